@@ -1,0 +1,27 @@
+/// @file
+/// The bit reader that serves every wire field.
+#pragma once
+
+#include <ondrel/types.h>
+
+#include <cstddef>
+#include <string_view>
+
+namespace tolvarin::ondrel::bits {
+
+/// Reads `Width` bits, most significant first, that stand `Pos` bits behind the top bit of byte 0.
+/// The bytes must reach to the last of them.
+template <unsigned Pos, unsigned Width>
+constexpr u32 read(std::string_view bytes) {
+    static_assert(Width >= 1 && Width <= 32);
+    constexpr std::size_t first = Pos / 8;
+    constexpr std::size_t last = (Pos + Width - 1) / 8;
+    u64 window = 0;
+    for (std::size_t i = first; i <= last; ++i) {
+        window = window << 8 | static_cast<u8>(bytes[i]);
+    }
+    constexpr unsigned behind = 7 - (Pos + Width - 1) % 8;
+    return static_cast<u32>(window >> behind & ((u64{1} << Width) - 1));
+}
+
+} // namespace tolvarin::ondrel::bits

@@ -1,0 +1,99 @@
+#include <ondrel/log.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdarg>
+#include <cstddef>
+#include <cstdio>
+#include <iostream>
+#include <string_view>
+#include <utility>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+constexpr std::size_t longestFormatted = 1024; // with the terminator
+
+constexpr std::array<std::string_view, 5> labels = {
+    "[DEBUG   ]", "[INFO    ]", "[WARNING ]", "[CRITICAL]", "[PANIC   ]",
+};
+
+std::string_view label(Log::Level level) {
+    const auto index = static_cast<u32>(level);
+    return index < labels.size() ? labels[index] : "[UNKNOWN ]";
+}
+
+/// Raises `width` to `length` if that is more; gives the larger of the two.
+u64 widen(std::atomic<u64>& width, u64 length) {
+    u64 current = width.load(std::memory_order_relaxed);
+    while (current < length &&
+           !width.compare_exchange_weak(current, length, std::memory_order_relaxed)) {
+    }
+    return std::max(current, length);
+}
+
+void writeToStandardLog(std::string line) {
+    line += '\n';
+    std::clog.write(line.data(), static_cast<std::streamsize>(line.size()));
+    std::clog.flush();
+}
+
+} // namespace
+
+std::atomic<Log::Level> Log::_showLevel{Log::Info};
+std::atomic<LogHandler*> Log::_logHandler{nullptr};
+std::atomic<u64> Log::_moduleWidth{10};
+
+bool Log::shown(Level level) {
+    return level >= _showLevel.load(std::memory_order_relaxed);
+}
+
+void Log::log(Level level, const std::string& module, const std::string& message) {
+    if (shown(level)) {
+        write(level, module, message);
+    }
+}
+
+void Log::log(Level level, const std::string& module, const char* format, ...) {
+    // Nobody sees what is formatted but the line, so nothing is formatted for a line below the
+    // level.
+    if (!shown(level)) {
+        return;
+    }
+    thread_local std::array<char, longestFormatted> buffer;
+    std::va_list arguments;
+    va_start(arguments, format);
+    const bool formatted =
+        format != nullptr && std::vsnprintf(buffer.data(), buffer.size(), format, arguments) >= 0;
+    va_end(arguments);
+    write(level, module, formatted ? buffer.data() : "");
+}
+
+void Log::write(Level level, const std::string& module, std::string_view message) {
+    const u64 width = widen(_moduleWidth, module.size());
+    const std::string_view head = label(level);
+    std::string line;
+    line.reserve(head.size() + width + message.size() + 4);
+    line += head;
+    line += '[';
+    line += module;
+    line.append(width - module.size(), ' ');
+    line += "] ";
+    line += message;
+    if (LogHandler* handler = _logHandler.load(std::memory_order_acquire)) {
+        handler->writeLine(line);
+    } else {
+        writeToStandardLog(std::move(line));
+    }
+}
+
+void Log::setShowLevel(Level level) {
+    _showLevel.store(level, std::memory_order_relaxed);
+}
+
+void Log::setLogHandler(LogHandler* handler) {
+    _logHandler.store(handler, std::memory_order_release);
+}
+
+} // namespace tolvarin::ondrel

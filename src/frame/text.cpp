@@ -1,0 +1,50 @@
+#include "text.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace tolvarin::ondrel::text {
+
+namespace {
+
+constexpr std::string_view digits = "0123456789ABCDEF";
+
+/// Writes `value` in base 2^`digitBits`, at least `width` digits.
+std::string number(u32 value, unsigned digitBits, std::size_t width) {
+    std::array<char, 32> buffer{};
+    const u32 mask = (1U << digitBits) - 1;
+    std::size_t start = buffer.size();
+    while (value != 0 || buffer.size() - start < width) {
+        buffer[--start] = digits[value & mask];
+        value >>= digitBits;
+    }
+    return {&buffer[start], buffer.size() - start};
+}
+
+} // namespace
+
+std::string hexBytes(const std::string& bytes) {
+    std::string result;
+    result.reserve(2 * bytes.size());
+    for (const char c : bytes) {
+        const auto byte = static_cast<u8>(c);
+        result += digits[byte >> 4];
+        result += digits[byte & 0x0F];
+    }
+    return result;
+}
+
+std::string hex(u32 value) {
+    return number(value, 4, 2);
+}
+
+std::string octal(u32 value) {
+    return number(value, 3, 4);
+}
+
+std::string bytes(const void* data, u64 size) {
+    return data == nullptr ? std::string{} : std::string(static_cast<const char*>(data), size);
+}
+
+} // namespace tolvarin::ondrel::text

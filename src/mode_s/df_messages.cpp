@@ -1,0 +1,317 @@
+#include <ondrel/df_messages.h>
+
+#include <ondrel/log.h>
+
+#include "bits.h"
+#include "field_places.h"
+#include "parity.h"
+
+#include <array>
+#include <cstddef>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string dfModule = "DFMessage";
+const std::string df17Module = "DF17Message";
+const std::string df18Module = "DF18Message";
+const std::string df19Module = "DF19Message";
+
+const std::array<std::string, 25> formatNames = {
+    "DF-0",  "DF-1",  "DF-2",  "DF-3",  "DF-4",  "DF-5",  "DF-6",  "DF-7",  "DF-8",
+    "DF-9",  "DF-10", "DF-11", "DF-12", "DF-13", "DF-14", "DF-15", "DF-16", "DF-17",
+    "DF-18", "DF-19", "DF-20", "DF-21", "DF-22", "DF-23", "DF-24",
+};
+
+/// Name and value of each field: "FS: AIR; AC: 36000".
+std::string joined(std::initializer_list<const ModeSMessageField*> fields) {
+    std::string text;
+    for (const ModeSMessageField* field : fields) {
+        if (!text.empty()) {
+            text += "; ";
+        }
+        text += field->name();
+        text += ": ";
+        text += field->description();
+    }
+    return text;
+}
+
+} // namespace
+
+DFMessage::DFMessage(DownlinkFormat format) : ModeSMessage(Downlink), _downlinkFormat(format) {}
+DFMessage::DFMessage(const DFMessage&) = default;
+DFMessage::DFMessage(DFMessage&&) noexcept = default;
+DFMessage::~DFMessage() = default;
+
+std::string DFMessage::description() const {
+    return "Mode-S " + downlinkFormatName() + " Message";
+}
+
+const std::string& DFMessage::downlinkFormatName() const {
+    return formatNames[downlinkFormatByCode(static_cast<u8>(_downlinkFormat))];
+}
+
+DFMessage::DownlinkFormat DFMessage::downlinkFormatByCode(u8 code) {
+    return code < DF24 ? static_cast<DownlinkFormat>(code) : DF24;
+}
+
+bool DFMessage::decodeImpl() {
+    if (data().size() < size()) {
+        return false;
+    }
+    const auto code = static_cast<u8>(bits::read<0, 5>(data()));
+    if (downlinkFormatByCode(code) != _downlinkFormat) {
+        Log::log(Log::Info, dfModule, "DF format mismatch.");
+        return false;
+    }
+    return true;
+}
+
+template <class... Fields>
+bool DFMessage::decodeFields(Fields&... fields) {
+    const u8 frameBits = bits();
+    return (fields.decode(data(), place::of<Fields>(frameBits)) & ...);
+}
+
+template <class... Fields>
+bool DFMessage::decodeOverlaid(ModeSMessageFieldAP& ap, Fields&... fields) {
+    const bool decoded = decodeFields(fields..., ap);
+    setIcaoAddress(ap.setParity(calculatedParity()));
+    return decoded;
+}
+
+template <class... Fields>
+bool DFMessage::decodeProvable(const std::string& module, ModeSMessageFieldPI& pi,
+                               ModeSMessageFieldAA& aa, Fields&... fields) {
+    const bool decoded = decodeFields(aa, fields..., pi);
+    if (pi.setInterrogatorId(0) != calculatedParity()) {
+        Log::log(Log::Info, module, "Parity check failed.");
+        return false;
+    }
+    setIcaoAddress(aa.icaoAddress());
+    return decoded;
+}
+
+// DF-0
+
+DF0Message::DF0Message() : DFMessage(DF0) {}
+
+u8 DF0Message::bits() const {
+    return parity::shortBits;
+}
+
+std::vector<const ModeSMessageField*> DF0Message::fields() const {
+    return {&_fieldVS, &_fieldAC, &_fieldAP};
+}
+
+std::string DF0Message::description() const {
+    return joined({&_fieldVS, &_fieldAC});
+}
+
+bool DF0Message::decodeImpl() {
+    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldVS, _fieldAC);
+}
+
+// DF-4
+
+DF4Message::DF4Message() : DFMessage(DF4) {}
+
+u8 DF4Message::bits() const {
+    return parity::shortBits;
+}
+
+std::vector<const ModeSMessageField*> DF4Message::fields() const {
+    return {&_fieldFS, &_fieldAC, &_fieldAP};
+}
+
+std::string DF4Message::description() const {
+    return joined({&_fieldFS, &_fieldAC});
+}
+
+bool DF4Message::decodeImpl() {
+    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldAC);
+}
+
+// DF-5
+
+DF5Message::DF5Message() : DFMessage(DF5) {}
+
+u8 DF5Message::bits() const {
+    return parity::shortBits;
+}
+
+std::vector<const ModeSMessageField*> DF5Message::fields() const {
+    return {&_fieldFS, &_fieldID, &_fieldAP};
+}
+
+std::string DF5Message::description() const {
+    return joined({&_fieldFS, &_fieldID});
+}
+
+bool DF5Message::decodeImpl() {
+    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldID);
+}
+
+// DF-11
+
+DF11Message::DF11Message() : DFMessage(DF11) {}
+
+u8 DF11Message::bits() const {
+    return parity::shortBits;
+}
+
+std::vector<const ModeSMessageField*> DF11Message::fields() const {
+    return {&_fieldCA, &_fieldAA, &_fieldPI};
+}
+
+std::string DF11Message::description() const {
+    return joined({&_fieldCA, &_fieldAA, &_fieldPI});
+}
+
+bool DF11Message::decodeImpl() {
+    if (!DFMessage::decodeImpl()) {
+        return false;
+    }
+    const bool decoded = decodeFields(_fieldCA, _fieldAA, _fieldPI);
+    _fieldPI.setParity(calculatedParity());
+    setIcaoAddress(_fieldAA.icaoAddress());
+    return decoded;
+}
+
+// DF-16
+
+DF16Message::DF16Message() : DFMessage(DF16) {}
+
+u8 DF16Message::bits() const {
+    return parity::longBits;
+}
+
+std::vector<const ModeSMessageField*> DF16Message::fields() const {
+    return {&_fieldVS, &_fieldAC, &_fieldMV, &_fieldAP};
+}
+
+std::string DF16Message::description() const {
+    return joined({&_fieldVS, &_fieldAC});
+}
+
+bool DF16Message::decodeImpl() {
+    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldVS, _fieldAC, _fieldMV);
+}
+
+// DF-17
+
+DF17Message::DF17Message() : DFMessage(DF17) {}
+
+u8 DF17Message::bits() const {
+    return parity::longBits;
+}
+
+std::vector<const ModeSMessageField*> DF17Message::fields() const {
+    return {&_fieldCA, &_fieldAA, &_fieldME, &_fieldPI};
+}
+
+std::string DF17Message::description() const {
+    return joined({&_fieldCA, &_fieldAA, &_fieldME});
+}
+
+bool DF17Message::decodeImpl() {
+    return DFMessage::decodeImpl() &&
+           decodeProvable(df17Module, _fieldPI, _fieldAA, _fieldCA, _fieldME);
+}
+
+// DF-18
+
+DF18Message::DF18Message() : DFMessage(DF18) {}
+
+u8 DF18Message::bits() const {
+    return parity::longBits;
+}
+
+std::vector<const ModeSMessageField*> DF18Message::fields() const {
+    return {&_fieldCF, &_fieldAA, &_fieldME, &_fieldPI};
+}
+
+std::string DF18Message::description() const {
+    return joined({&_fieldCF, &_fieldAA, &_fieldME});
+}
+
+bool DF18Message::decodeImpl() {
+    return DFMessage::decodeImpl() &&
+           decodeProvable(df18Module, _fieldPI, _fieldAA, _fieldCF, _fieldME);
+}
+
+// DF-19
+
+DF19Message::DF19Message() : DFMessage(DF19) {}
+
+u8 DF19Message::bits() const {
+    return parity::longBits;
+}
+
+std::vector<const ModeSMessageField*> DF19Message::fields() const {
+    if (!_fieldAF.valid() || _fieldAF.code() != 0) {
+        return {&_fieldAF};
+    }
+    return {&_fieldAF, &_fieldAA, &_fieldME, &_fieldPI};
+}
+
+std::string DF19Message::description() const {
+    return joined({&_fieldAF, &_fieldAA, &_fieldME});
+}
+
+bool DF19Message::decodeImpl() {
+    if (!DFMessage::decodeImpl()) {
+        return false;
+    }
+    decodeFields(_fieldAF);
+    if (_fieldAF.code() != 0) {
+        Log::log(Log::Info, df19Module, "AF = %u, reserved for military applications.",
+                 static_cast<unsigned>(_fieldAF.code()));
+        return true;
+    }
+    return decodeProvable(df19Module, _fieldPI, _fieldAA, _fieldME);
+}
+
+// DF-20
+
+DF20Message::DF20Message() : DFMessage(DF20) {}
+
+u8 DF20Message::bits() const {
+    return parity::longBits;
+}
+
+std::vector<const ModeSMessageField*> DF20Message::fields() const {
+    return {&_fieldFS, &_fieldAC, &_fieldMB, &_fieldAP};
+}
+
+std::string DF20Message::description() const {
+    return joined({&_fieldFS, &_fieldAC});
+}
+
+bool DF20Message::decodeImpl() {
+    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldAC, _fieldMB);
+}
+
+// DF-21
+
+DF21Message::DF21Message() : DFMessage(DF21) {}
+
+u8 DF21Message::bits() const {
+    return parity::longBits;
+}
+
+std::vector<const ModeSMessageField*> DF21Message::fields() const {
+    return {&_fieldFS, &_fieldID, &_fieldMB, &_fieldAP};
+}
+
+std::string DF21Message::description() const {
+    return joined({&_fieldFS, &_fieldID});
+}
+
+bool DF21Message::decodeImpl() {
+    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldID, _fieldMB);
+}
+
+} // namespace tolvarin::ondrel

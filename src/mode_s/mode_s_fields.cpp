@@ -1,0 +1,310 @@
+#include <ondrel/mode_s_fields.h>
+
+#include "bits.h"
+#include "field_places.h"
+#include "surveillance_codes.h"
+#include "text.h"
+
+#include <array>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+struct DesignatorNames {
+    std::string name;
+    std::string fullName;
+};
+
+// In the order of ModeSMessageField::Designator; the last row stands for any other value.
+const std::array<DesignatorNames, 16> designatorNames = {{
+    {"AA", "Address announced"},
+    {"AC", "Altitude code"},
+    {"AF", "Application field"},
+    {"AP", "Address/parity"},
+    {"CA", "Capability"},
+    {"CF", "Control field"},
+    {"DR", "Data selector"},
+    {"FS", "Flight status"},
+    {"ID", "Identity"},
+    {"MB", "Message, Comm-B"},
+    {"ME", "Message, extended squitter"},
+    {"MV", "Message, ACAS"},
+    {"PI", "Parity/interrogator identifier"},
+    {"UM", "Utility message"},
+    {"VS", "Vertical status"},
+    {"--", "Unknown field"},
+}};
+
+const DesignatorNames& namesOf(ModeSMessageField::Designator designator) {
+    const auto index = static_cast<u32>(designator);
+    return index < designatorNames.size() ? designatorNames[index] : designatorNames.back();
+}
+
+/// Reads the three bits that CA, CF, AF and FS share.
+bool readStatus(const std::string& data, u8 pos, u8& value) {
+    if (pos != place::status) {
+        return false;
+    }
+    value = static_cast<u8>(bits::read<place::status, 3>(data));
+    return true;
+}
+
+/// Reads the 24 bits that AP and PI share.
+bool readOverlay(const std::string& data, u8 pos, u32& value) {
+    switch (pos) {
+    case place::shortOverlay:
+        value = bits::read<place::shortOverlay, 24>(data);
+        return true;
+    case place::longOverlay:
+        value = bits::read<place::longOverlay, 24>(data);
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Reads the seven bytes that MB, ME and MV share.
+bool readPayload(const std::string& data, u8 pos, std::string& value) {
+    if (pos != place::payload) {
+        return false;
+    }
+    value = std::string(&data[place::payload / 8], 7);
+    return true;
+}
+
+} // namespace
+
+bool ModeSMessageField::decode(const void* data, u64 size, u8 pos) {
+    return decode(text::bytes(data, size), pos);
+}
+
+std::string ModeSMessageField::description() const {
+    return name() + ":" + fullName();
+}
+
+const std::string& ModeSMessageField::designatorName(Designator designator) {
+    return namesOf(designator).name;
+}
+
+const std::string& ModeSMessageField::designatorFullName(Designator designator) {
+    return namesOf(designator).fullName;
+}
+
+// AA
+
+bool ModeSMessageFieldAA::decodeImpl(const std::string& data, u8 pos) {
+    if (pos != place::address) {
+        return false;
+    }
+    _icaoAddress = bits::read<place::address, 24>(data);
+    return true;
+}
+
+std::string ModeSMessageFieldAA::description() const {
+    return icaoAddressHexString();
+}
+
+std::string ModeSMessageFieldAA::icaoAddressHexString() const {
+    return text::hex(_icaoAddress);
+}
+
+// AC
+
+bool ModeSMessageFieldAC::decodeImpl(const std::string& data, u8 pos) {
+    if (pos != place::code) {
+        return false;
+    }
+    const AltitudeCode code = altitudeCode(bits::read<place::code, 13>(data));
+    _altitudeUnit = code.unit;
+    _altitudeResolution = code.resolution;
+    _altitude = code.feet;
+    return true;
+}
+
+std::string ModeSMessageFieldAC::description() const {
+    return std::to_string(_altitude);
+}
+
+// AF
+
+bool ModeSMessageFieldAF::decodeImpl(const std::string& data, u8 pos) {
+    return readStatus(data, pos, _code);
+}
+
+std::string ModeSMessageFieldAF::description() const {
+    return std::to_string(_code);
+}
+
+// AP
+
+bool ModeSMessageFieldAP::decodeImpl(const std::string& data, u8 pos) {
+    return readOverlay(data, pos, _addressParity);
+}
+
+std::string ModeSMessageFieldAP::description() const {
+    return addressParityHexString();
+}
+
+std::string ModeSMessageFieldAP::addressParityHexString() const {
+    return text::hex(_addressParity);
+}
+
+u32 ModeSMessageFieldAP::setParity(u32 parity) {
+    _parity = parity;
+    _icaoAddress = _addressParity ^ parity;
+    return _icaoAddress;
+}
+
+// CA
+
+bool ModeSMessageFieldCA::decodeImpl(const std::string& data, u8 pos) {
+    return readStatus(data, pos, _capability);
+}
+
+std::string ModeSMessageFieldCA::description() const {
+    return std::to_string(_capability);
+}
+
+// CF
+
+bool ModeSMessageFieldCF::decodeImpl(const std::string& data, u8 pos) {
+    return readStatus(data, pos, _code);
+}
+
+std::string ModeSMessageFieldCF::description() const {
+    return std::to_string(_code);
+}
+
+// FS
+
+bool ModeSMessageFieldFS::decodeImpl(const std::string& data, u8 pos) {
+    u8 status = 0;
+    if (!readStatus(data, pos, status)) {
+        return false;
+    }
+    _flightStatus = static_cast<FlightStatus>(status);
+    return true;
+}
+
+std::string ModeSMessageFieldFS::description() const {
+    switch (_flightStatus) {
+    case Airborne:
+        return "AIR";
+    case OnGround:
+        return "GND";
+    case AirborneAlert:
+        return "AIR, ALERT";
+    case OnGroundAlert:
+        return "GND, ALERT";
+    case AlertSpi:
+        return "ALERT, SPI";
+    case Spi:
+        return "SPI";
+    default:
+        return "UNKNOWN";
+    }
+}
+
+// ID
+
+bool ModeSMessageFieldID::decodeImpl(const std::string& data, u8 pos) {
+    if (pos != place::code) {
+        return false;
+    }
+    _identity = identityCode(bits::read<place::code, 13>(data));
+    return true;
+}
+
+std::string ModeSMessageFieldID::description() const {
+    return text::octal(_identity);
+}
+
+// MB
+
+bool ModeSMessageFieldMB::decodeImpl(const std::string& data, u8 pos) {
+    return readPayload(data, pos, _data);
+}
+
+std::string ModeSMessageFieldMB::description() const {
+    return dataHexString();
+}
+
+std::string ModeSMessageFieldMB::dataHexString() const {
+    return text::hexBytes(_data);
+}
+
+// ME
+
+bool ModeSMessageFieldME::decodeImpl(const std::string& data, u8 pos) {
+    return readPayload(data, pos, _data);
+}
+
+std::string ModeSMessageFieldME::description() const {
+    return dataHexString();
+}
+
+std::string ModeSMessageFieldME::dataHexString() const {
+    return text::hexBytes(_data);
+}
+
+// MV
+
+bool ModeSMessageFieldMV::decodeImpl(const std::string& data, u8 pos) {
+    return readPayload(data, pos, _data);
+}
+
+std::string ModeSMessageFieldMV::description() const {
+    return dataHexString();
+}
+
+std::string ModeSMessageFieldMV::dataHexString() const {
+    return text::hexBytes(_data);
+}
+
+// PI
+
+bool ModeSMessageFieldPI::decodeImpl(const std::string& data, u8 pos) {
+    return readOverlay(data, pos, _parityInterrogatorId);
+}
+
+std::string ModeSMessageFieldPI::description() const {
+    return parityInterrogatorIdHexString();
+}
+
+std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
+    return text::hex(_parityInterrogatorId);
+}
+
+bool ModeSMessageFieldPI::interrogatorIdValid() const {
+    constexpr u32 highestCodeLabel = 0x40;
+    return _interrogatorId < 0x80 && (_interrogatorId & 0x70) <= highestCodeLabel;
+}
+
+u32 ModeSMessageFieldPI::setParity(u32 parity) {
+    _parity = parity;
+    _interrogatorId = _parityInterrogatorId ^ parity;
+    return _interrogatorId;
+}
+
+u32 ModeSMessageFieldPI::setInterrogatorId(u32 identifier) {
+    _interrogatorId = identifier;
+    _parity = _parityInterrogatorId ^ identifier;
+    return _parity;
+}
+
+// VS
+
+bool ModeSMessageFieldVS::decodeImpl(const std::string& data, u8 pos) {
+    if (pos != place::status) {
+        return false;
+    }
+    _verticalStatus = static_cast<VerticalStatus>(bits::read<place::status, 1>(data));
+    return true;
+}
+
+std::string ModeSMessageFieldVS::description() const {
+    return _verticalStatus == OnGround ? "GND" : "AIR";
+}
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,94 @@
+#include <ondrel/mode_s_message.h>
+
+#include "clock.h"
+#include "parity.h"
+#include "text.h"
+
+#include <cstddef>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string uplinkName = "Uplink";
+const std::string downlinkName = "Downlink";
+
+} // namespace
+
+ModeSMessage::ModeSMessage(ModeSMsgType type)
+    : _modeSMsgType(type), _timeStamp(clock::wholeSecondMilliseconds()) {}
+
+ModeSMessage::ModeSMessage(const ModeSMessage&) = default;
+ModeSMessage::ModeSMessage(ModeSMessage&&) noexcept = default;
+ModeSMessage::~ModeSMessage() = default;
+
+std::string ModeSMessage::description() const {
+    return "Mode-S " + modeSMsgTypeName() + " Format Message";
+}
+
+bool ModeSMessage::decode(const std::string& data) {
+    if (&data != &_data) {
+        _data = data;
+    }
+    _valid = false;
+    if (_data.size() < size()) {
+        return false;
+    }
+    _calculatedParity = calculateParity();
+    _valid = decodeImpl();
+    return _valid;
+}
+
+bool ModeSMessage::decode(const void* data, u64 size) {
+    return decode(text::bytes(data, size));
+}
+
+std::string ModeSMessage::dataHexString() const {
+    return text::hexBytes(_data);
+}
+
+std::string ModeSMessage::calculatedParityHexString() const {
+    return text::hex(_calculatedParity);
+}
+
+std::string ModeSMessage::icaoAddressHexString() const {
+    return text::hex(_icaoAddress);
+}
+
+const std::string& ModeSMessage::modeSMsgTypeName() const {
+    return _modeSMsgType == Uplink ? uplinkName : downlinkName;
+}
+
+bool ModeSMessage::fixError1Bit(std::string& data, u8& pos, u32 parity) const {
+    if (data.size() * 8 < bits()) {
+        return false;
+    }
+    const auto found = parity::findBit(bits(), calculateParity(data) ^ parity);
+    if (!found) {
+        return false;
+    }
+    parity::invert(data, *found);
+    pos = *found;
+    return true;
+}
+
+bool ModeSMessage::fixError2Bits(std::string& data, u8& pos1, u8& pos2, u32 parity) const {
+    if (data.size() * 8 < bits()) {
+        return false;
+    }
+    const auto found = parity::findBitPair(bits(), calculateParity(data) ^ parity);
+    if (!found) {
+        return false;
+    }
+    parity::invert(data, found->first);
+    parity::invert(data, found->second);
+    pos1 = found->first;
+    pos2 = found->second;
+    return true;
+}
+
+u32 ModeSMessage::calculateParity(const std::string& data) const {
+    return parity::sum(data, bits());
+}
+
+} // namespace tolvarin::ondrel

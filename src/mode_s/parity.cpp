@@ -1,0 +1,179 @@
+#include "parity.h"
+
+#include <algorithm>
+#include <array>
+#include <bitset>
+#include <cstddef>
+#include <cstdint>
+
+namespace tolvarin::ondrel::parity {
+
+namespace {
+
+using u16 = std::uint16_t;
+
+constexpr u32 generator = 0x1FFF409;
+constexpr u32 topBit = 1U << 24;
+constexpr std::size_t parityBits = 24;
+constexpr std::size_t protectedBits = longBits - parityBits;
+
+/// Multiplies a remainder by x.
+constexpr u32 shifted(u32 remainder) {
+    const u32 product = remainder << 1;
+    return (product & topBit) != 0 ? product ^ generator : product;
+}
+
+/// Entry i is the remainder of x^(111 - i), and 0 for the last 24.
+constexpr std::array<u32, longBits> makeEntries() {
+    std::array<u32, longBits> entries{};
+    u32 remainder = generator & (topBit - 1); // of x^24
+    for (std::size_t i = protectedBits; i-- > 0;) {
+        entries[i] = remainder;
+        remainder = shifted(remainder);
+    }
+    return entries;
+}
+
+constexpr std::array<u32, longBits> entries = makeEntries();
+static_assert(entries[0] == 0x3935EA && entries[1] == 0x1C9AF5 && entries[87] == 0xFFF409);
+
+/// The remainder that a byte leaves when it is shifted out of the top of the sum.
+constexpr std::array<u32, 256> makeByteRemainders() {
+    std::array<u32, 256> table{};
+    for (u32 byte = 0; byte < table.size(); ++byte) {
+        u32 remainder = byte << 16;
+        for (int bit = 0; bit < 8; ++bit) {
+            remainder = shifted(remainder);
+        }
+        table[byte] = remainder;
+    }
+    return table;
+}
+
+constexpr std::array<u32, 256> byteRemainders = makeByteRemainders();
+
+// The way back from an entry to its position goes by a key: twelve bits of the entry that no two
+// share. Taking them is linear as the parity is, so that the key of a difference of entries is the
+// difference of their keys, and the search for a pair costs one exclusive-or and one look-up for
+// each first position.
+constexpr u32 keyOf(u32 value) {
+    return value >> 6 & 0xFFF;
+}
+
+/// Position by key; keys of no entry lead to position 0.
+constexpr std::array<u8, 0x1000> makePositions() {
+    std::array<u8, 0x1000> positions{};
+    for (std::size_t i = protectedBits + 1; i-- > 0;) { // up to the first of the zero entries
+        positions[keyOf(entries[i])] = static_cast<u8>(i);
+    }
+    return positions;
+}
+
+constexpr std::array<u16, longBits> makeKeys() {
+    std::array<u16, longBits> keys{};
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        keys[i] = static_cast<u16>(keyOf(entries[i]));
+    }
+    return keys;
+}
+
+constexpr std::array<u8, 0x1000> positions = makePositions();
+constexpr std::array<u16, longBits> keys = makeKeys();
+
+constexpr bool everyEntryIsFound() {
+    for (std::size_t i = 0; i <= protectedBits; ++i) {
+        if (positions[keys[i]] != i) {
+            return false;
+        }
+    }
+    return true;
+}
+
+static_assert(everyEntryIsFound());
+
+/// A short frame uses the table's second half.
+constexpr unsigned offset(u8 frameBits) {
+    return frameBits == longBits ? 0 : longBits - shortBits;
+}
+
+/// The table position behind a frame's last bit.
+constexpr unsigned end(u8 frameBits) {
+    return std::min<unsigned>(offset(frameBits) + frameBits, longBits);
+}
+
+/// The lowest table position from `first` on whose entry is `value`; longBits when there is none.
+unsigned findEntry(unsigned first, u32 value) {
+    if (value == 0) {
+        return std::max<unsigned>(first, protectedBits);
+    }
+    const unsigned position = positions[keyOf(value)];
+    return position >= first && entries[position] == value ? position : longBits;
+}
+
+/// Table positions; the second is longBits or more when there is no such pair.
+using EntryPair = std::pair<unsigned, unsigned>;
+
+/// Whether a pair that explains `difference` must have a bit of the parity itself in it. The
+/// generator has the factor x + 1, so that every other entry has an odd number of ones, and two of
+/// them together an even one.
+bool pairsWithZeroEntry(u32 difference) {
+    return difference == 0 || std::bitset<parityBits>(difference).count() % 2 != 0;
+}
+
+EntryPair findPairWithZeroEntry(unsigned start, u32 difference) {
+    const unsigned first = findEntry(start, difference);
+    return {first, std::max<unsigned>(first + 1, protectedBits)};
+}
+
+EntryPair findPairOfEntries(unsigned start, u32 difference) {
+    const u32 differenceKey = keyOf(difference);
+    for (unsigned first = start; first < protectedBits; ++first) {
+        const unsigned second = positions[differenceKey ^ keys[first]];
+        if (second > first && entries[second] == (difference ^ entries[first])) {
+            return {first, second};
+        }
+    }
+    return {longBits, longBits};
+}
+
+} // namespace
+
+u32 sum(std::string_view frame, u8 frameBits) {
+    if (frameBits == 0) {
+        return 0;
+    }
+    const std::size_t protectedBytes = (protectedBits - offset(frameBits)) / 8;
+    u32 remainder = 0;
+    for (std::size_t i = 0; i < protectedBytes; ++i) {
+        const u32 byte = i < frame.size() ? static_cast<u8>(frame[i]) : 0;
+        remainder = (remainder << 8 & (topBit - 1)) ^ byteRemainders[remainder >> 16 ^ byte];
+    }
+    return remainder;
+}
+
+void invert(std::string& frame, u8 position) {
+    char& byte = frame[position / 8U];
+    byte = static_cast<char>(static_cast<u8>(byte) ^ 1U << (7 - position % 8));
+}
+
+std::optional<u8> findBit(u8 frameBits, u32 difference) {
+    const unsigned start = offset(frameBits);
+    const unsigned position = findEntry(start, difference);
+    if (position >= end(frameBits)) {
+        return std::nullopt;
+    }
+    return static_cast<u8>(position - start);
+}
+
+std::optional<std::pair<u8, u8>> findBitPair(u8 frameBits, u32 difference) {
+    const unsigned start = offset(frameBits);
+    const auto [first, second] = pairsWithZeroEntry(difference)
+                                     ? findPairWithZeroEntry(start, difference)
+                                     : findPairOfEntries(start, difference);
+    if (second >= end(frameBits)) {
+        return std::nullopt;
+    }
+    return std::pair{static_cast<u8>(first - start), static_cast<u8>(second - start)};
+}
+
+} // namespace tolvarin::ondrel::parity
