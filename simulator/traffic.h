@@ -1,0 +1,105 @@
+#pragma once
+
+#include "simulator/channel.h"
+#include "simulator/fleet.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <optional>
+#include <queue>
+#include <string>
+#include <vector>
+
+namespace tolvarin::ondrel::simulator {
+
+struct TrafficOptions : FleetOptions {
+    unsigned seconds = 60;
+    std::uint64_t seed = 1;
+    std::uint64_t startMs = 1700000000000; ///< of the first second, since 1970-01-01 UTC
+    unsigned interrogators = 8;            ///< radars around, at most 64
+    double receptionShare = 1;             ///< probability that a reply is heard at all
+    DamageShares damage;
+};
+
+struct Reply {
+    static constexpr std::size_t noAircraft = std::numeric_limits<std::size_t>::max();
+
+    std::uint64_t timeMs = 0; ///< since 1970-01-01 UTC
+    std::string bytes;        ///< as received
+    std::string sent;         ///< as sent; empty for noise
+    std::size_t aircraft = noAircraft;
+    Damage damage = Damage::None;
+    AircraftState truth; ///< of the sender at that time
+};
+
+/// What an emitter does; each has its own rhythm.
+enum class Task {
+    Position,
+    Velocity,
+    Identification,
+    OperationalStatus,
+    TargetState,
+    AircraftStatus,
+    Test,
+    AcquisitionSquitter,
+    AirAirReply,
+    MilitaryApplication,
+    Scan,       ///< a radar's beam passes
+    RadarReply, ///< one reply within the beam
+};
+
+/// Yields what a receiver hears of a fleet, in the order of time. The same options give the same
+/// replies. Objects are independent of each other; one is used by one thread at a time.
+class Traffic {
+public:
+    explicit Traffic(const TrafficOptions& options);
+
+    /// The next reply, or nothing when the time is up.
+    std::optional<Reply> next();
+
+    /// Indices of aircraft run from 0 to one below this.
+    std::size_t aircraftCount() const { return _emitters.size(); }
+
+private:
+    struct Interrogator {
+        unsigned identifier; ///< II or SI code with its label
+        unsigned scanMs;     ///< one turn of the antenna
+        double allCallShare; ///< the rest of the replies are selective ones
+    };
+    struct Emitter {
+        Aircraft aircraft;
+        std::uint64_t timeMs = 0; ///< up to which the aircraft has been flown
+        bool odd = false;         ///< format of its last position message
+    };
+    struct Event {
+        std::uint64_t timeMs; ///< since the start
+        std::uint64_t order;  ///< of scheduling, so that equal times have an order too
+        std::size_t emitter;
+        Task task;
+        std::size_t interrogator;
+        bool operator>(const Event& other) const;
+    };
+
+    void addInterrogators(unsigned count);
+    void addEmitter(const Aircraft& aircraft);
+    void schedule(std::uint64_t timeMs, const Event& event);
+    void repeat(const Event& event, const AircraftState& state);
+    std::string transmit(const Event& event, const AircraftState& state);
+    void scan(const Event& event);
+    std::string radarReply(const Interrogator& interrogator, const AircraftState& state);
+    std::string airAir(const Event& event, const AircraftState& state);
+    bool hasNeighbour(std::size_t emitter) const;
+    std::string militaryFrame();
+    Reply received(const Event& event, const std::string& frame, const AircraftState& state);
+
+    TrafficOptions _options;
+    Random _random;
+    std::vector<Interrogator> _interrogators;
+    std::vector<Emitter> _emitters;
+    std::priority_queue<Event, std::vector<Event>, std::greater<>> _events;
+    std::uint64_t _scheduled = 0;
+};
+
+} // namespace tolvarin::ondrel::simulator

@@ -1,0 +1,202 @@
+#include "simulator/aircraft.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <string>
+
+using namespace tolvarin::ondrel::simulator;
+
+namespace {
+
+Aircraft flying(GeoPoint place, double heading, double speed, std::uint64_t seed) {
+    Flight flight;
+    flight.place = place;
+    flight.headingDeg = heading;
+    flight.speedKt = speed;
+    flight.altitudeFt = 30000;
+    return {Airframe(), flight, seed};
+}
+
+GeoPoint placeOf(const AircraftState& state) {
+    return {state.latitude, state.longitude};
+}
+
+TEST(Course, KeepsToTheGreatCircle) {
+    const struct {
+        GeoPoint start;
+        double heading;
+        double nauticalMiles;
+        GeoPoint end;
+        double endHeading;
+    } rows[] = {
+        {{0, 0}, 90, 5400, {0, 90}, 90},         {{0, 179.5}, 90, 60, {0, -179.5}, 90},
+        {{0, -179.5}, 270, 60, {0, 179.5}, 270}, {{89, 20}, 0, 120, {89, -160}, 180},
+        {{-89, 20}, 180, 120, {-89, -160}, 0},   {{45, 10}, 0, 10800, {-45, -170}, 180},
+        {{50, 8.5}, 123, 21600, {50, 8.5}, 123},
+    };
+    for (const auto& row : rows) {
+        for (const int steps : {1, 1000}) {
+            Course course(row.start, row.heading);
+            for (int i = 0; i < steps; ++i) {
+                course.move(row.nauticalMiles / steps);
+            }
+            EXPECT_NEAR(distanceNm(course.place(), row.end), 0, 1e-6) << row.start.longitude;
+            EXPECT_NEAR(std::remainder(course.heading() - row.endHeading, 360), 0, 1e-6);
+        }
+    }
+}
+
+TEST(Course, PointsAtPlaces) {
+    const Course course({10, 20}, 45);
+    EXPECT_NEAR(course.turnTowards({20, 20}), -45, 1e-9);
+    EXPECT_NEAR(std::fabs(Course({0, 179}, 270).turnTowards({0, -179})), 180, 1e-9);
+    EXPECT_NEAR(Course({80, 0}, 0).turnTowards({80, 180}), 0, 1e-9);
+}
+
+// Places, speed and heading must tell the same story wherever the aircraft flies.
+TEST(Aircraft, PlacesAgreeWithSpeedAndHeading) {
+    const GeoPoint starts[] = {{50, 8.5}, {89.9, 0}, {-89.9, 77}, {0, 179.9}, {-0.1, -179.9}};
+    for (const GeoPoint start : starts) {
+        Aircraft aircraft = flying(start, 30, 460, 7);
+        for (int i = 0; i < 3000; ++i) {
+            const AircraftState before = aircraft.state();
+            aircraft.step(250);
+            const AircraftState after = aircraft.state();
+            const double meanSpeed = (before.groundSpeedKt + after.groundSpeedKt) / 2;
+            const double flown = distanceNm(placeOf(before), placeOf(after));
+            ASSERT_NEAR(flown, meanSpeed * 0.25 / 3600, 1e-5) << start.latitude << " step " << i;
+            const Course course(placeOf(before), before.headingDeg);
+            ASSERT_NEAR(course.turnTowards(placeOf(after)), 0, 0.3) << start.latitude;
+        }
+    }
+}
+
+TEST(Aircraft, FliesStraightBetweenTurns) {
+    Aircraft aircraft = flying({0, 0}, 90, 450, 6);
+    int turning = 0;
+    for (int i = 0; i < 3600; ++i) {
+        const double before = aircraft.state().headingDeg;
+        aircraft.step(1000);
+        const double change = std::remainder(aircraft.state().headingDeg - before, 360);
+        ASSERT_LE(std::fabs(change), 1.6);
+        turning += std::fabs(change) > 0.5 ? 1 : 0;
+    }
+    EXPECT_GT(turning, 200);
+    EXPECT_LT(turning, 1800);
+}
+
+TEST(Aircraft, FlightDoesNotDependOnTheSteps) {
+    Aircraft coarse = flying({60, 179.9}, 80, 450, 3);
+    Aircraft fine = flying({60, 179.9}, 80, 450, 3);
+    coarse.step(600123);
+    for (int i = 0; i < 600123; i += 3) {
+        fine.step(3);
+    }
+    EXPECT_EQ(coarse.state().latitude, fine.state().latitude);
+    EXPECT_EQ(coarse.state().longitude, fine.state().longitude);
+    EXPECT_EQ(coarse.state().altitudeFt, fine.state().altitudeFt);
+    EXPECT_EQ(coarse.state().squawk, fine.state().squawk);
+    EXPECT_NE(coarse.state().latitude, 60);
+}
+
+TEST(Aircraft, QuantisedValuesFitTheWireAndTheTruth) {
+    Airframe airframe;
+    airframe.performance = {1100, 1600, 42000, 50000};
+    airframe.geometricMinusBaroFt = 750;
+    Flight flight;
+    flight.speedKt = 1100;
+    flight.altitudeFt = 42000;
+    Aircraft aircraft(airframe, flight, 11);
+    std::set<bool> supersonic;
+    for (int i = 0; i < 5000; ++i, aircraft.step(1000)) {
+        const AircraftState state = aircraft.state();
+        const int step = state.supersonic ? 4 : 1;
+        supersonic.insert(state.supersonic);
+        ASSERT_EQ(state.altitudeFt % 25, 0);
+        ASSERT_EQ(state.gnssHeightFt, std::min(state.altitudeFt + 750, 50175));
+        ASSERT_EQ(state.verticalRateFtMin % 64, 0);
+        ASSERT_EQ(state.eastKt % step, 0);
+        ASSERT_NEAR(std::hypot(state.eastKt, state.northKt), state.groundSpeedKt, 0.75 * step);
+        ASSERT_TRUE(state.supersonic ||
+                    std::max(std::abs(state.eastKt), std::abs(state.northKt)) < 1023);
+    }
+    EXPECT_EQ(supersonic.size(), 2U) << "a supersonic aircraft that turns uses both subtypes";
+}
+
+TEST(Aircraft, ClimbsAndDescendsAsItsRateSays) {
+    Aircraft aircraft = flying({50, 8}, 0, 400, 5);
+    std::set<bool> up;
+    for (int i = 0; i < 3600; ++i) {
+        const AircraftState before = aircraft.state();
+        aircraft.step(1000);
+        const AircraftState after = aircraft.state();
+        ASSERT_NEAR(after.altitudeFt - before.altitudeFt, before.verticalRateFtMin / 60.0, 26.2);
+        if (before.verticalRateFtMin != 0) {
+            up.insert(before.verticalRateFtMin > 0);
+        }
+    }
+    EXPECT_EQ(up.size(), 2U);
+}
+
+TEST(Aircraft, TakesOffAndLands) {
+    Flight departure;
+    departure.phase = FlightPhase::Taxiing;
+    departure.departs = true;
+    Aircraft leaving(Airframe(), departure, 1);
+    EXPECT_TRUE(leaving.state().onGround);
+    leaving.step(1800000);
+    EXPECT_FALSE(leaving.state().onGround);
+    EXPECT_GT(leaving.state().altitudeFt, 5000);
+
+    Flight arrival;
+    arrival.phase = FlightPhase::Landing;
+    arrival.speedKt = 140;
+    arrival.altitudeFt = 1500;
+    arrival.fieldElevationFt = 375;
+    Aircraft coming(Airframe(), arrival, 1);
+    EXPECT_FALSE(coming.state().onGround);
+    coming.step(300000);
+    EXPECT_TRUE(coming.state().onGround);
+    EXPECT_EQ(coming.state().altitudeFt, 375);
+    EXPECT_LT(coming.state().groundSpeedKt, 25);
+}
+
+TEST(Aircraft, TurnsBackToItsRange) {
+    Flight flight;
+    flight.speedKt = 450;
+    flight.altitudeFt = 30000;
+    flight.home = {0, 180};
+    flight.place = {0, -179};
+    flight.rangeNm = 100;
+    Aircraft aircraft(Airframe(), flight, 2);
+    double farthest = 0;
+    for (int i = 0; i < 600; ++i, aircraft.step(60000)) {
+        farthest = std::max(farthest, distanceNm(placeOf(aircraft.state()), flight.home));
+    }
+    EXPECT_GT(farthest, 60);
+    EXPECT_LT(farthest, 250);
+}
+
+TEST(Aircraft, EmergenciesSetTheirSquawkAndEnd) {
+    const struct {
+        Emergency emergency;
+        unsigned squawk;
+    } rows[] = {{Emergency::General, 07700},
+                {Emergency::NoCommunications, 07600},
+                {Emergency::UnlawfulInterference, 07500}};
+    for (const auto& row : rows) {
+        Flight flight;
+        flight.emergency = row.emergency;
+        Aircraft aircraft(Airframe(), flight, 1);
+        EXPECT_EQ(aircraft.state().squawk, row.squawk);
+        EXPECT_TRUE(aircraft.state().alert);
+        aircraft.step(200000);
+        EXPECT_EQ(aircraft.state().emergency, Emergency::None);
+        EXPECT_LT(aircraft.state().squawk, 07500U);
+    }
+}
+
+} // namespace
