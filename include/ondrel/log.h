@@ -15,8 +15,8 @@ namespace tolvarin::ondrel {
 /// alive while it is installed.
 class ONDREL_EXPORT LogHandler {
 public:
-    LogHandler(const LogHandler&) {}
-    LogHandler& operator=(const LogHandler&) { return *this; }
+    LogHandler(const LogHandler&) = default;
+    LogHandler& operator=(const LogHandler&) = default;
 
     /// Takes one finished line, without a line end. Runs on the thread that logs, inside the
     /// library call that logs; with several such threads it is called from all of them at once.

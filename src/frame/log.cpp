@@ -55,6 +55,7 @@ void Log::log(Level level, const std::string& module, const std::string& message
     }
 }
 
+// NOLINTNEXTLINE(cert-dcl50-cpp): a print format is the documented interface
 void Log::log(Level level, const std::string& module, const char* format, ...) {
     // Nobody sees what is formatted but the line, so nothing is formatted for a line below the
     // level.

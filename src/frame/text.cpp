@@ -1,6 +1,7 @@
 #include "text.h"
 
 #include <array>
+#include <charconv>
 #include <cstddef>
 #include <string_view>
 
@@ -22,6 +23,13 @@ std::string number(u32 value, unsigned digitBits, std::size_t width) {
     return {&buffer[start], buffer.size() - start};
 }
 
+std::string number(double value, std::chars_format format) {
+    std::array<char, 320> buffer; // the largest double has 309 digits before the point
+    const std::to_chars_result result =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, 6);
+    return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};
+}
+
 } // namespace
 
 std::string hexBytes(const std::string& bytes) {
@@ -41,6 +49,14 @@ std::string hex(u32 value) {
 
 std::string octal(u32 value) {
     return number(value, 3, 4);
+}
+
+std::string fixed(double value) {
+    return number(value, std::chars_format::fixed);
+}
+
+std::string general(double value) {
+    return number(value, std::chars_format::general);
 }
 
 std::string bytes(const void* data, u64 size) {

@@ -1,5 +1,5 @@
 /// @file
-/// How values are written as text.
+/// How values are written as text, always as in the C locale.
 #pragma once
 
 #include <ondrel/types.h>
@@ -16,6 +16,12 @@ std::string hex(u32 value);
 
 /// Octal, four digits at least: 8 gives "0010".
 std::string octal(u32 value);
+
+/// Six digits behind the point: 357.1875 gives "357.187500".
+std::string fixed(double value);
+
+/// At most six significant digits, without trailing zeros, as a text stream writes by default.
+std::string general(double value);
 
 /// The bytes that a caller passed as pointer and size; a null pointer counts as none.
 std::string bytes(const void* data, u64 size);

@@ -50,7 +50,8 @@ std::string DFMessage::description() const {
 }
 
 const std::string& DFMessage::downlinkFormatName() const {
-    return formatNames[downlinkFormatByCode(static_cast<u8>(_downlinkFormat))];
+    const DownlinkFormat format = downlinkFormatByCode(static_cast<u8>(_downlinkFormat));
+    return formatNames[static_cast<u32>(format)];
 }
 
 DFMessage::DownlinkFormat DFMessage::downlinkFormatByCode(u8 code) {
@@ -72,7 +73,9 @@ bool DFMessage::decodeImpl() {
 template <class... Fields>
 bool DFMessage::decodeFields(Fields&... fields) {
     const u8 frameBits = bits();
-    return (fields.decode(data(), place::of<Fields>(frameBits)) & ...);
+    bool decoded = true;
+    ((decoded = fields.decode(data(), place::of<Fields>(frameBits)) && decoded), ...);
+    return decoded;
 }
 
 template <class... Fields>

@@ -155,7 +155,7 @@ Message* ModeSDecoder::decodeIdentityReply(const std::string& data, Seconds now)
 /// An altitude in metres, which nobody sends, speaks for noise.
 template <class Message>
 Message* ModeSDecoder::decodeAltitudeReply(const std::string& data, Seconds now) {
-    Message* message = decodeIdentityReply<Message>(data, now);
+    auto* message = decodeIdentityReply<Message>(data, now);
     if (message != nullptr && message->constFieldAC().altitudeUnit() != Feet) {
         message->setConfidence(ModeSMessage::None);
     }

@@ -37,20 +37,28 @@ constexpr std::array<u32, longBits> makeEntries() {
 constexpr std::array<u32, longBits> entries = makeEntries();
 static_assert(entries[0] == 0x3935EA && entries[1] == 0x1C9AF5 && entries[87] == 0xFFF409);
 
-/// The remainder that a byte leaves when it is shifted out of the top of the sum.
-constexpr std::array<u32, 256> makeByteRemainders() {
-    std::array<u32, 256> table{};
-    for (u32 byte = 0; byte < table.size(); ++byte) {
-        u32 remainder = byte << 16;
-        for (int bit = 0; bit < 8; ++bit) {
-            remainder = shifted(remainder);
+constexpr std::size_t protectedBytes = protectedBits / 8;
+
+using ByteSums = std::array<std::array<u32, 256>, protectedBytes>;
+
+/// What each byte at each place of a long frame adds to the parity: the sum over its bits' entries.
+/// Looked up in any order, the places do not wait for one another.
+constexpr ByteSums makeByteSums() {
+    ByteSums sums{};
+    for (std::size_t place = 0; place < protectedBytes; ++place) {
+        for (std::size_t byte = 1; byte < 256; ++byte) {
+            const std::size_t withoutLowestBit = byte & (byte - 1);
+            std::size_t lowestBit = 7;
+            while ((byte >> (7 - lowestBit) & 1) == 0) {
+                --lowestBit;
+            }
+            sums[place][byte] = sums[place][withoutLowestBit] ^ entries[8 * place + lowestBit];
         }
-        table[byte] = remainder;
     }
-    return table;
+    return sums;
 }
 
-constexpr std::array<u32, 256> byteRemainders = makeByteRemainders();
+constexpr ByteSums byteSums = makeByteSums();
 
 // The way back from an entry to its position goes by a key: twelve bits of the entry that no two
 // share. Taking them is linear as the parity is, so that the key of a difference of entries is the
@@ -142,13 +150,13 @@ u32 sum(std::string_view frame, u8 frameBits) {
     if (frameBits == 0) {
         return 0;
     }
-    const std::size_t protectedBytes = (protectedBits - offset(frameBits)) / 8;
-    u32 remainder = 0;
-    for (std::size_t i = 0; i < protectedBytes; ++i) {
-        const u32 byte = i < frame.size() ? static_cast<u8>(frame[i]) : 0;
-        remainder = (remainder << 8 & (topBit - 1)) ^ byteRemainders[remainder >> 16 ^ byte];
+    const std::size_t firstPlace = offset(frameBits) / 8;
+    const std::size_t bytes = std::min(protectedBytes - firstPlace, frame.size());
+    u32 sum = 0;
+    for (std::size_t i = 0; i < bytes; ++i) {
+        sum ^= byteSums[firstPlace + i][static_cast<u8>(frame[i])];
     }
-    return remainder;
+    return sum;
 }
 
 void invert(std::string& frame, u8 position) {

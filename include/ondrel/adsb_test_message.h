@@ -1,0 +1,34 @@
+/// @file
+/// Test message.
+#pragma once
+
+#include <ondrel/adsb_message.h>
+#include <ondrel/export.h>
+#include <ondrel/types.h>
+
+#include <string>
+
+namespace tolvarin::ondrel {
+
+/// Test message, type code 23 (RTCA DO-260B, 2.2.3.2.7.3).
+class ONDREL_EXPORT ADSBTestMessage : public ADSBMessage {
+public:
+    ADSBTestMessage();
+
+    /// 0 to 7; one other than 0 is noted in the log.
+    u8 subtype() const { return _subtype; }
+
+    /// The six bytes behind the first; empty before a decode.
+    const std::string& testData() const { return _testData; }
+
+    std::string description() const override;
+
+protected:
+    bool decodeImpl() override;
+
+private:
+    u8 _subtype = 0;
+    std::string _testData;
+};
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,133 @@
+/// @file
+/// The table of aircraft.
+#pragma once
+
+#include <ondrel/adsb_airborne_position_message.h>
+#include <ondrel/adsb_airborne_velocity_message.h>
+#include <ondrel/adsb_aircraft_operational_status_message.h>
+#include <ondrel/adsb_decoder.h>
+#include <ondrel/adsb_identity_message.h>
+#include <ondrel/adsb_target.h>
+#include <ondrel/adsb_target_report.h>
+#include <ondrel/df_messages.h>
+#include <ondrel/export.h>
+#include <ondrel/types.h>
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace tolvarin::ondrel {
+
+/// Takes decoded messages into a table with one target for each aircraft, and believes them as far
+/// as ModeSDecoder graded them. At most 4095 aircraft, each with a track number of its own.
+///
+/// The tracker has no clock: times come with messages and calls, in milliseconds since 1970-01-01
+/// UTC, and nothing expires by itself. It keeps no pointer to a message. A tracker belongs to one
+/// thread at a time, together with its copies: copies share their targets.
+class ONDREL_EXPORT ADSBTracker {
+public:
+    ADSBTracker();
+    ADSBTracker(const ADSBTracker&);
+    ADSBTracker& operator=(const ADSBTracker&);
+    /// Leaves the other tracker with an empty table.
+    ADSBTracker(ADSBTracker&&) noexcept;
+    ADSBTracker& operator=(ADSBTracker&&) noexcept;
+    ~ADSBTracker();
+
+    /// Takes a message into its target, which it makes for a new address where the message is
+    /// believed. Gives the target, which lives until it leaves the table; null for a null message,
+    /// an uplink, a format that is not tracked (a line in the log), a confidence too low, an
+    /// all-call reply of an unknown address, and a new address when the table is full.
+    const ADSBTarget* procModeSMsg(const ModeSMessage* message);
+
+    /// Takes a report into the target of its address, which it makes if there is none. The report
+    /// wins over what the target holds, older or not; quality, MOPS version, SPI and alert are not
+    /// taken over. Gives the target; null for null, a report that is not valid, and a new address
+    /// when the table is full.
+    const ADSBTarget* procTargetReport(const ADSBTargetReport* report);
+
+    /// Decodes an ME field as the aircraft of that address would be read, or as of MOPS version 0
+    /// when it is not in the table. Gives a new message that the caller owns and deletes, or null.
+    ADSBMessage* decodeADSBMsg(u32 icaoAddress, const std::string& data) const;
+
+    /// Sets the altitude check: off at the start. A new altitude within `seconds` of the last one
+    /// accepted is believed only if it lies at most `limit` feet from it.
+    void setAltituteBaroChecking(bool enabled, u32 seconds, u32 limit);
+
+    /// Copies of all targets, in ascending order of address; so are all lists below.
+    std::vector<ADSBTarget> allTargets() const;
+
+    /// Copies of the targets whose last update is above `from`, and at most `to`.
+    std::vector<ADSBTarget> allTargetsSince(u64 from);
+    std::vector<ADSBTarget> allTargetsSince(u64 from, u64 to);
+
+    /// Removes every target whose last update is at most `time`; gives copies of them.
+    std::vector<ADSBTarget> killTargets(u64 time);
+
+    /// Empties the table and numbers from 1 again. The altitude check stays as set.
+    void reset();
+
+private:
+    // Table
+
+    std::size_t placeOf(u32 icaoAddress) const;
+    bool holds(std::size_t place, u32 icaoAddress) const;
+    ADSBTarget* createTarget(u32 icaoAddress);
+    ADSBTarget* findTarget(u32 icaoAddress);
+    const ADSBTarget* findConstTarget(u32 icaoAddress) const;
+    u32 getNextTrackId();
+
+    // Replies
+
+    const ADSBTarget* procDFMsg(const DFMessage* message);
+    const ADSBTarget* procDF0Msg(const DF0Message* message);
+    const ADSBTarget* procDF4Msg(const DF4Message* message);
+    const ADSBTarget* procDF5Msg(const DF5Message* message);
+    const ADSBTarget* procDF11Msg(const DF11Message* message);
+    const ADSBTarget* procDF16Msg(const DF16Message* message);
+    const ADSBTarget* procDF17Msg(const DF17Message* message);
+    const ADSBTarget* procDF20Msg(const DF20Message* message);
+    const ADSBTarget* procDF21Msg(const DF21Message* message);
+    template <class Message>
+    const ADSBTarget* procAirAirReply(const Message* message);
+    template <class Message>
+    const ADSBTarget* procAltitudeReply(const Message* message);
+    template <class Message>
+    const ADSBTarget* procIdentityReply(const Message* message);
+    ADSBTarget* believe(const DFMessage* message);
+    static void applyFlightStatus(ADSBTarget* target, const ModeSMessageFieldFS& field, u64 time);
+    bool updateTargetAltituteBaro(ADSBTarget* target, i32 altitude, u64 time) const;
+
+    void takeMotion(ADSBTarget& target, const ADSBTargetReport& report) const;
+
+    // Squitters
+
+    static void procADSBIdentificationMsg(ADSBTarget* target, const ADSBIdentityMessage* message);
+    void procADSBAirbornePositionMsg(ADSBTarget* target,
+                                     const ADSBAirbornePositionMessage* message);
+    static void procADSBAirbornePositionMsgV2(ADSBTarget* target,
+                                              const ADSBAirbornePositionMessageV2* message);
+    static void procADSBAirborneVelocityMsg(ADSBTarget* target,
+                                            const ADSBAirborneVelocityMessage* message);
+    static void procADSBAirborneVelocityMsgV0(ADSBTarget* target,
+                                              const ADSBAirborneVelocityMessageV0* message);
+    static void
+    procADSBAircraftOperationalStatusMsg(ADSBTarget* target,
+                                         const ADSBAircraftOperationalStatusMessage* message);
+    void procADSBMsg(ADSBTarget* target, const ADSBMessage* message);
+    static void judgeMOPSVersion0(ADSBTarget* target, u64 time);
+
+    ADSBDecoder _decoder;
+    // The table: addresses in ascending order, and in step with them the targets. Two plain rows
+    // are searched several times faster than a tree when there are thousands of aircraft.
+    std::vector<u32> _addresses;
+    std::vector<std::shared_ptr<ADSBTarget>> _targets;
+    u32 _nextTrackId;
+    bool _altitudeBaroChecking = false;
+    u32 _altitudeBaroCheckingSeconds = 4;
+    u32 _altitudeBaroCheckingLimit = 150;
+};
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,140 @@
+#include <ondrel/adsb_airborne_velocity_message.h>
+
+#include <ondrel/log.h>
+
+#include "text.h"
+#include "tokens.h"
+#include "wire_field.h"
+
+#include <array>
+#include <cmath>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string moduleName = "ADSBAirVelMsg";
+
+namespace layout {
+
+constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL};
+constexpr WireField<10, 3> nucr{ADSBMessageField::NUC_R};
+constexpr WireField<13, 1> eastWestDirection{ADSBMessageField::DIR_EW};
+constexpr WireField<14, 10> eastWestVelocity{ADSBMessageField::VEL_EW};
+constexpr WireField<24, 1> northSouthDirection{ADSBMessageField::DIR_NS};
+constexpr WireField<25, 10> northSouthVelocity{ADSBMessageField::VEL_NS};
+constexpr WireField<35, 1> verticalRateSource{ADSBMessageField::VR_SRC};
+constexpr WireField<36, 1> verticalRateSign{ADSBMessageField::VR_SIGN};
+constexpr WireField<37, 9> verticalRate{ADSBMessageField::VR};
+
+} // namespace layout
+
+struct SubtypeNames {
+    const char* field;
+    const char* shortForm;
+};
+
+// By subtype; 0 and those behind the last are not assigned.
+constexpr std::array<SubtypeNames, 5> subtypeNames = {{
+    {"", ""},
+    {"GROUND_SPEED", "GS"},
+    {"GROUND_SPEED_SUPER_SONIC", "GS_SS"},
+    {"AIR_SPEED", "AS"},
+    {"AIR_SPEED_SUPER_SONIC", "AS_SS"},
+}};
+
+constexpr double fullCircle = 6.283185307179586; // radians
+
+/// Signed knots of a velocity code other than 0. A zero has no sign.
+i32 component(u32 code, bool negative, i32 scale) {
+    const i32 knots = (static_cast<i32>(code) - 1) * scale;
+    return negative ? -knots : knots;
+}
+
+/// Degrees clockwise from north, from 0 to below 360.
+double direction(i32 east, i32 north) {
+    const double heading = std::atan2(east, north) * 360.0 / fullCircle;
+    return heading < 0 ? heading + 360.0 : heading;
+}
+
+} // namespace
+
+ADSBAirborneVelocityMessage::ADSBAirborneVelocityMessage() : ADSBMessage(AIR_VEL) {}
+
+bool ADSBAirborneVelocityMessage::decodeImpl() {
+    const u32 subtype = layout::subtype.read(data());
+    if (subtype == 0 || subtype >= subtypeNames.size()) {
+        Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
+        return false;
+    }
+    _velocityType = static_cast<AirborneVelocityType>(subtype);
+    addField(layout::subtype.shown(subtypeNames[subtype].field));
+    if (_velocityType == AIR_SPEED || _velocityType == AIR_SPEED_SUPER_SONIC) {
+        Log::log(Log::Warning, moduleName, "Unsupported AIR_SPD message detected.");
+        return false;
+    }
+    decodeGroundVelocity();
+    decodeVerticalRate();
+    return true;
+}
+
+/// A code of 0 stands for a component that is not available.
+void ADSBAirborneVelocityMessage::decodeGroundVelocity() {
+    const bool westward = layout::eastWestDirection.read(data()) != 0;
+    addField(layout::eastWestDirection.shown(westward ? "E->W" : "W->E"));
+    const u32 eastWest = addDecimal(layout::eastWestVelocity);
+    const bool southward = layout::northSouthDirection.read(data()) != 0;
+    addField(layout::northSouthDirection.shown(southward ? "N->S" : "S->N"));
+    const u32 northSouth = addDecimal(layout::northSouthVelocity);
+
+    _groundSpeed = 0;
+    _heading = 0;
+    if (eastWest == 0 || northSouth == 0) {
+        return;
+    }
+    const i32 scale = _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1;
+    const i32 east = component(eastWest, westward, scale);
+    const i32 north = component(northSouth, southward, scale);
+    if (east != 0 || north != 0) {
+        _groundSpeed = std::sqrt(static_cast<double>(east * east + north * north));
+        _heading = direction(east, north);
+    }
+}
+
+/// A code of 0 stands for a rate that is not available.
+void ADSBAirborneVelocityMessage::decodeVerticalRate() {
+    _verticalRateSource = static_cast<AltitudeSource>(layout::verticalRateSource.read(data()));
+    addField(layout::verticalRateSource.shown(altitudeSourceText(_verticalRateSource)));
+    const bool downward = layout::verticalRateSign.read(data()) != 0;
+    addField(layout::verticalRateSign.shown(downward ? "DOWN" : "UP"));
+    const auto code = static_cast<i32>(addDecimal(layout::verticalRate));
+    const i32 rate = code == 0 ? 0 : (code - 1) * 64;
+    _verticalRate = downward ? -rate : rate;
+}
+
+std::string ADSBAirborneVelocityMessage::description() const {
+    std::string text = "TC=AIR_VEL, ST=";
+    text += subtypeNames[static_cast<u32>(_velocityType)].shortForm;
+    if (_velocityType == GROUND_SPEED || _velocityType == GROUND_SPEED_SUPER_SONIC) {
+        text += ", GS=" + text::general(_groundSpeed) + ", HDG=" + text::general(_heading);
+    }
+    return text + ", VR=" + std::to_string(_verticalRate);
+}
+
+ADSBAirborneVelocityMessageV0::ADSBAirborneVelocityMessageV0() = default;
+
+bool ADSBAirborneVelocityMessageV0::decodeImpl() {
+    if (!ADSBAirborneVelocityMessage::decodeImpl()) {
+        return false;
+    }
+    _nucr = static_cast<u8>(addDecimal(layout::nucr));
+    return true;
+}
+
+std::string ADSBAirborneVelocityMessageV0::description() const {
+    return ADSBAirborneVelocityMessage::description() + ", NUCr=" + std::to_string(_nucr);
+}
+
+ADSBAirborneVelocityMessageV1::ADSBAirborneVelocityMessageV1() = default;
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,88 @@
+#include <ondrel/adsb_aircraft_status_message.h>
+
+#include <ondrel/log.h>
+
+#include "surveillance_codes.h"
+#include "text.h"
+#include "wire_field.h"
+
+#include <array>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string moduleName = "ADSBAcStatMsg";
+
+namespace layout {
+
+constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS};
+constexpr WireField<8, 3> emergencyState{ADSBMessageField::EMG_STATE};
+constexpr WireField<11, 13> modeACode{ADSBMessageField::MODE_A};
+
+} // namespace layout
+
+constexpr std::array<const char*, 3> subtypeTokens = {"NO_INFO", "EMERGENCY", "TCAS_RA"};
+
+constexpr std::array<const char*, 8> emergencyTokens = {
+    "NO_EMG", "EMERGENCY", "MEDICAL", "MIN_FUEL", "NO_COMM", "HIJACK", "AC_DOWNED", "UNDEFINED",
+};
+
+} // namespace
+
+ADSBAircraftStatusMessage::ADSBAircraftStatusMessage() : ADSBMessage(AC_STATUS) {}
+
+bool ADSBAircraftStatusMessage::decodeImpl() {
+    const u32 subtype = layout::subtype.read(data());
+    if (subtype >= subtypeTokens.size()) {
+        Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
+        _subtype = AircraftStatusSubtype::UNDEFINED;
+        return false;
+    }
+    _subtype = static_cast<AircraftStatusSubtype>(subtype);
+    addField(layout::subtype.shown(subtypeTokens[subtype]));
+    if (_subtype == AircraftStatusSubtype::EMERGENCY) {
+        _emergencyState = static_cast<EmergencyState>(layout::emergencyState.read(data()));
+    } else {
+        Log::log(Log::Critical, moduleName, "Unsupported subtype %u detected.", subtype);
+    }
+    addField(layout::emergencyState.shown(emergencyTokens[static_cast<u32>(_emergencyState)]));
+    return true;
+}
+
+std::string ADSBAircraftStatusMessage::description() const {
+    std::string text = "TC=AC_STATUS";
+    if (_subtype == AircraftStatusSubtype::EMERGENCY) {
+        text += ", ST=EMG, EMG=" + std::to_string(static_cast<u32>(_emergencyState));
+    }
+    return text;
+}
+
+ADSBAircraftStatusMessageV2::ADSBAircraftStatusMessageV2() = default;
+
+bool ADSBAircraftStatusMessageV2::decodeImpl() {
+    if (!ADSBAircraftStatusMessage::decodeImpl()) {
+        return false;
+    }
+    switch (subtype()) {
+    case AircraftStatusSubtype::EMERGENCY:
+        _modeACode = identityCode(layout::modeACode.read(data()));
+        addField(layout::modeACode.shown(modeAOctString()));
+        return true;
+    case AircraftStatusSubtype::TCAS_RA:
+        Log::log(Log::Warning, moduleName, "Unsupported TCAS RA message detected.");
+        return false;
+    default:
+        return true;
+    }
+}
+
+std::string ADSBAircraftStatusMessageV2::modeAOctString() const {
+    return text::octal(_modeACode);
+}
+
+std::string ADSBAircraftStatusMessageV2::description() const {
+    return ADSBAircraftStatusMessage::description() + ", MA=" + modeAOctString();
+}
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,171 @@
+#include <ondrel/adsb_message.h>
+
+#include <ondrel/log.h>
+
+#include "clock.h"
+#include "text.h"
+#include "wire_field.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string moduleName = "ADSBMessage";
+
+constexpr std::size_t payloadBytes = 7;
+constexpr std::size_t longestFieldList = 11;
+
+namespace layout {
+
+constexpr WireField<0, 5> type{ADSBMessageField::TYPE};
+constexpr WireField<0, 5> typeCode{ADSBMessageField::TYPE_CODE};
+
+} // namespace layout
+
+struct TypeNames {
+    std::string name;
+    std::string fullName;
+};
+
+// In the order of ADSBMessage::ADSBMessageType.
+const std::array<TypeNames, 9> typeNames = {{
+    {"ACID", "Aircraft Identification"},
+    {"POS_GND", "Surface Position"},
+    {"POS_AIR", "Airborne Position"},
+    {"AIR_VEL", "Airborne Velocities"},
+    {"TEST", "Test"},
+    {"AC_STATUS", "Aircraft Status"},
+    {"TG_STATUS", "Target State and Status Information"},
+    {"OP_STATUS", "Aircraft Operation Status"},
+    {"RESERVED", "Reserved"},
+}};
+
+const TypeNames& namesOf(ADSBMessage::ADSBMessageType type) {
+    const auto index = static_cast<u32>(type);
+    return index < typeNames.size() ? typeNames[index] : typeNames.back();
+}
+
+// In the order of ADSBMessageField::Designator.
+const std::array<std::string, 48> fieldNames = {
+    "TYPE",      "TYPE_CODE", "EMT_SET",   "EMT_CAT",    "CHAR_1",     "CHAR_2",   "CHAR_3",
+    "CHAR_4",    "CHAR_5",    "CHAR_6",    "CHAR_7",     "CHAR_8",     "MOV_CODE", "GND_SPD",
+    "HDG_STATE", "HDG",       "SAF",       "NIC_SUPP_B", "ALT_SRC",    "ALT_RES",  "ALT",
+    "T",         "CPR_FMT",   "CPR_LAT",   "CPR_LON",    "SUB_TYPE",   "NUC_R",    "DIR_EW",
+    "DIR_NS",    "VEL_EW",    "VEL_NS",    "VR_SRC",     "VR_SIGN",    "VR",       "SUB_TYPE",
+    "DATA",      "SUB_TYPE",  "EMG_STATE", "MODE_A",     "SUB_TYPE",   "NAC_P",    "NIC_BARO",
+    "SIL",       "SIL_SUPP",  "SUB_TYPE",  "VER_NUM",    "NIC_SUPP_A", "--",
+};
+
+const std::string fullNameOfType = "Type";
+const std::string noDescription = "NO_DESCRIPTION";
+
+} // namespace
+
+// ADSBMessageField
+
+ADSBMessageField::ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description)
+    : _designator(designator), _pos(pos), _bits(bits),
+      _valid(bits >= 1 && designator != UNKNOWN_FIELD), _description(std::move(description)) {}
+
+const std::string& ADSBMessageField::description() const {
+    return _description.empty() ? noDescription : _description;
+}
+
+const std::string& ADSBMessageField::designatorName(Designator designator) {
+    const auto index = static_cast<u32>(designator);
+    return index < fieldNames.size() ? fieldNames[index] : fieldNames.back();
+}
+
+const std::string& ADSBMessageField::designatorFullName(Designator designator) {
+    return designator == TYPE ? fullNameOfType : designatorName(designator);
+}
+
+// ADSBMessage
+
+ADSBMessage::ADSBMessage(ADSBMessageType type)
+    : _type(type), _timeStamp(clock::wholeSecondMilliseconds()) {}
+
+ADSBMessage::ADSBMessage(const ADSBMessage&) = default;
+ADSBMessage::ADSBMessage(ADSBMessage&&) noexcept = default;
+ADSBMessage& ADSBMessage::operator=(const ADSBMessage&) = default;
+ADSBMessage& ADSBMessage::operator=(ADSBMessage&&) noexcept = default;
+ADSBMessage::~ADSBMessage() = default;
+
+bool ADSBMessage::decode(const std::string& data) {
+    if (data.size() < payloadBytes) {
+        return false;
+    }
+    _data.assign(data, 0, payloadBytes);
+    _typeCode = static_cast<u8>(layout::typeCode.read(_data));
+    if (typeByCode(_typeCode) != _type) {
+        Log::log(Log::Critical, moduleName, "Type code mismatch.");
+        return false;
+    }
+    const std::size_t sorted = _fields.size();
+    _fields.reserve(sorted + longestFieldList);
+    addField(layout::type.shown(typeName()));
+    addDecimal(layout::typeCode);
+    _valid = decodeImpl();
+    sortFields(sorted);
+    return _valid;
+}
+
+bool ADSBMessage::decode(const void* data, u64 size) {
+    return decode(text::bytes(data, size));
+}
+
+std::vector<ADSBMessageField> ADSBMessage::fields() const {
+    return _fields;
+}
+
+std::string ADSBMessage::description() const {
+    return "ADS-B Type-" + std::to_string(_typeCode) + ' ' + typeName() + " Message";
+}
+
+std::string ADSBMessage::dataHexString() const {
+    return text::hexBytes(_data);
+}
+
+const std::string& ADSBMessage::typeName(ADSBMessageType type) {
+    return namesOf(type).name;
+}
+
+const std::string& ADSBMessage::typeFullName(ADSBMessageType type) {
+    return namesOf(type).fullName;
+}
+
+ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
+    static constexpr std::array<ADSBMessageType, 32> types = {
+        RESERVED,                                           // 0
+        ACID,      ACID,      ACID,     ACID,               // 1 to 4
+        POS_GND,   POS_GND,   POS_GND,  POS_GND,            // 5 to 8
+        POS_AIR,   POS_AIR,   POS_AIR,  POS_AIR,   POS_AIR, // 9 to 13
+        POS_AIR,   POS_AIR,   POS_AIR,  POS_AIR,   POS_AIR, // 14 to 18
+        AIR_VEL,                                            // 19
+        POS_AIR,   POS_AIR,   POS_AIR,                      // 20 to 22
+        TEST,                                               // 23
+        RESERVED,  RESERVED,  RESERVED, RESERVED,           // 24 to 27
+        AC_STATUS, TG_STATUS, RESERVED, OP_STATUS,          // 28 to 31
+    };
+    return typeCode < types.size() ? types[typeCode] : RESERVED;
+}
+
+void ADSBMessage::addField(const ADSBMessageField& field) {
+    _fields.push_back(field);
+}
+
+/// Moves every field behind the first `sorted` to its place: nothing is allocated, and few move.
+void ADSBMessage::sortFields(std::size_t sorted) {
+    const auto isBefore = [](u8 pos, const ADSBMessageField& field) { return pos < field.pos(); };
+    for (std::size_t i = sorted; i < _fields.size(); ++i) {
+        const auto added = _fields.begin() + static_cast<std::ptrdiff_t>(i);
+        const auto place = std::upper_bound(_fields.begin(), added, added->pos(), isBefore);
+        std::rotate(place, added, added + 1);
+    }
+}
+
+} // namespace tolvarin::ondrel

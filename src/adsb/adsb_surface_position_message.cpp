@@ -1,0 +1,90 @@
+#include <ondrel/adsb_surface_position_message.h>
+
+#include <ondrel/log.h>
+
+#include "cpr_fields.h"
+#include "text.h"
+#include "tokens.h"
+#include "wire_field.h"
+
+#include <array>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string moduleName = "ADSBGndPosMsg";
+
+namespace layout {
+
+constexpr WireField<5, 7> movementCode{ADSBMessageField::MOV_CODE};
+constexpr WireField<5, 7> groundSpeed{ADSBMessageField::GND_SPD};
+constexpr WireField<12, 1> headingStatus{ADSBMessageField::HDG_STATE};
+constexpr WireField<13, 7> heading{ADSBMessageField::HDG};
+
+} // namespace layout
+
+/// A run of movement codes (RTCA DO-260B, table 2-20): its first code has the speed `base`, every
+/// further one a step more.
+struct MovementRun {
+    u8 firstCode;
+    double step;
+    double base; // knots
+};
+
+constexpr std::array<MovementRun, 9> movementRuns = {{
+    {124, 0, 175.0},
+    {109, 5, 100.0},
+    {94, 2, 70.0},
+    {39, 1, 15.0},
+    {13, 0.5, 2.0},
+    {9, 0.25, 1.0},
+    {3, 0.14583332, 0.125},
+    {2, 0, 0.125},
+    {0, 0, 0},
+}};
+
+constexpr u8 lastMovementCode = 124; // those above are reserved
+
+double speedOf(u8 movementCode) {
+    for (const MovementRun& run : movementRuns) {
+        if (movementCode >= run.firstCode) {
+            return (movementCode - run.firstCode) * run.step + run.base;
+        }
+    }
+    return 0;
+}
+
+} // namespace
+
+ADSBSurfacePositionMessage::ADSBSurfacePositionMessage() : ADSBMessage(POS_GND) {}
+
+bool ADSBSurfacePositionMessage::decodeImpl() {
+    _movementCode = static_cast<u8>(addDecimal(layout::movementCode));
+    const bool reserved = _movementCode > lastMovementCode;
+    if (reserved) {
+        Log::log(Log::Critical, moduleName, "Reserved Movement Code: %u.", unsigned{_movementCode});
+    }
+    _movement = _movementCode != 0 && !reserved;
+    _groundSpeed = reserved ? 0 : speedOf(_movementCode);
+    addField(layout::groundSpeed.shown(text::fixed(_groundSpeed)));
+
+    _headingValid = addDecimal(layout::headingStatus) != 0;
+    _heading = _headingValid ? layout::heading.read(data()) * 360.0 * 0.0078125 : 0.0;
+    addField(layout::heading.shown(text::fixed(_heading)));
+
+    _timeApplicability = addDecimal(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::format.read(data()) == 0 ? Even : Odd;
+    addField(cpr_layout::format.shown(cprFormatText(_cprFormat)));
+    _cprLatitude = static_cast<i32>(addDecimal(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(addDecimal(cpr_layout::longitude));
+    return true;
+}
+
+std::string ADSBSurfacePositionMessage::description() const {
+    return "TC=POS_GND, SPD=" + text::general(_groundSpeed) + ", HDG=" + text::general(_heading) +
+           ", CPR=" + cprFormatText(_cprFormat) + ", LAT=" + std::to_string(_cprLatitude) +
+           ", LON=" + std::to_string(_cprLongitude);
+}
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,63 @@
+#include <ondrel/adsb_target_status_message.h>
+
+#include <ondrel/log.h>
+
+#include "wire_field.h"
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+const std::string moduleName = "ADSBTgStatMsg";
+
+constexpr u8 lastKnownSubtype = 1;
+
+namespace layout {
+
+constexpr WireField<5, 2> subtype{ADSBMessageField::SUB_TYPE_TG_STATUS};
+constexpr WireField<7, 1> silSupplement{ADSBMessageField::SIL_SUPP};
+constexpr WireField<39, 4> nacp{ADSBMessageField::NAC_P};
+constexpr WireField<43, 1> nicBaro{ADSBMessageField::NIC_BARO};
+constexpr WireField<44, 2> sil{ADSBMessageField::SIL};
+
+} // namespace layout
+
+} // namespace
+
+ADSBTargetStatusMessage::ADSBTargetStatusMessage() : ADSBMessage(TG_STATUS) {}
+
+bool ADSBTargetStatusMessage::decodeImpl() {
+    _subtype = static_cast<u8>(layout::subtype.read(data()));
+    if (_subtype > lastKnownSubtype) {
+        Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
+        return false;
+    }
+    addDecimal(layout::subtype);
+    _nacp = static_cast<u8>(addDecimal(layout::nacp));
+    _nicBaro = static_cast<u8>(addDecimal(layout::nicBaro));
+    _sil = static_cast<u8>(addDecimal(layout::sil));
+    return true;
+}
+
+std::string ADSBTargetStatusMessage::description() const {
+    return "TC=TG_STATUS, ST=" + std::to_string(_subtype) + ", NACp=" + std::to_string(_nacp) +
+           ", NICbaro=" + std::to_string(_nicBaro) + ", SIL=" + std::to_string(_sil);
+}
+
+ADSBTargetStatusMessageV1::ADSBTargetStatusMessageV1() = default;
+
+ADSBTargetStatusMessageV2::ADSBTargetStatusMessageV2() = default;
+
+bool ADSBTargetStatusMessageV2::decodeImpl() {
+    if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) {
+        return false;
+    }
+    _silSupplement = addDecimal(layout::silSupplement) != 0;
+    return true;
+}
+
+std::string ADSBTargetStatusMessageV2::description() const {
+    return ADSBTargetStatusMessage::description() + ", SILsupp=" + (_silSupplement ? "1" : "0");
+}
+
+} // namespace tolvarin::ondrel

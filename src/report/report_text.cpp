@@ -1,0 +1,112 @@
+// The text forms of a report's data.
+
+#include <ondrel/adsb_target_report.h>
+
+#include "text.h"
+
+#include <array>
+#include <cmath>
+#include <cstddef>
+
+namespace tolvarin::ondrel {
+
+namespace {
+
+/// A date of the Gregorian calendar.
+struct Date {
+    u64 year;
+    u64 month; // 1 to 12
+    u64 day;   // 1 to 31
+};
+
+constexpr u64 daysIn400Years = 146097;
+constexpr u64 daysIn100Years = 36524;
+constexpr u64 daysIn4Years = 1461;
+constexpr u64 daysIn5Months = 153; // from March on, any five months in a row that end a run
+constexpr u64 daysFromYear0To1970 = 719468; // from the first of March of year 0
+
+/// Reckons years from March, so that the day that leap years add is their last.
+Date dateOf(u64 daysSince1970) {
+    const u64 days = daysSince1970 + daysFromYear0To1970;
+    const u64 era = days / daysIn400Years;
+    const u64 dayOfEra = days % daysIn400Years;
+    const u64 yearOfEra = (dayOfEra - dayOfEra / (daysIn4Years - 1) + dayOfEra / daysIn100Years -
+                           dayOfEra / (daysIn400Years - 1)) /
+                          365;
+    const u64 dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const u64 monthFromMarch = (5 * dayOfYear + 2) / daysIn5Months;
+    const u64 month = monthFromMarch < 10 ? monthFromMarch + 3 : monthFromMarch - 9;
+    const u64 year = era * 400 + yearOfEra + (month <= 2 ? 1 : 0);
+    return {year, month, dayOfYear - (daysIn5Months * monthFromMarch + 2) / 5 + 1};
+}
+
+/// Decimal, padded on the left with zeros.
+std::string padded(u64 number, std::size_t width) {
+    std::string digits = std::to_string(number);
+    if (digits.size() < width) {
+        digits.insert(0, width - digits.size(), '0');
+    }
+    return digits;
+}
+
+/// Degrees, minutes and seconds, then the letter of the hemisphere.
+std::string angle(double degrees, std::size_t degreeDigits, char positive, char negative) {
+    constexpr double noAngle = 2147483648.0;
+    const double magnitude = std::abs(degrees);
+    if (!(magnitude < noAngle)) {
+        return std::string(degreeDigits + 5, '-');
+    }
+    const double whole = std::floor(magnitude);
+    const double fraction = magnitude - whole;
+    const double minutes = std::floor(fraction * 60.0);
+    const double seconds = std::round((fraction - minutes / 60.0) * 3600.0);
+    return padded(static_cast<u64>(whole), degreeDigits) + padded(static_cast<u64>(minutes), 2) +
+           padded(static_cast<u64>(seconds), 2) + (degrees > 0.0 ? positive : negative);
+}
+
+} // namespace
+
+std::string ADSBTargetReport::boolToString(bool value) {
+    return value ? "TRUE" : "FALSE";
+}
+
+std::string ADSBTargetReport::timeToString(u64 time) {
+    if (time == 0) {
+        return {};
+    }
+    const u64 seconds = time / 1000;
+    const Date date = dateOf(seconds / 86400);
+    return std::to_string(date.year) + '-' + padded(date.month, 2) + '-' + padded(date.day, 2) +
+           'T' + padded(seconds / 3600 % 24, 2) + ':' + padded(seconds / 60 % 60, 2) + ':' +
+           padded(seconds % 60, 2) + '.' + padded(time % 1000, 3) + 'Z';
+}
+
+std::string ADSBTargetReport::icaoAddressString() const {
+    constexpr std::size_t width = 6;
+    if (!_icaoAddressValid) {
+        return {};
+    }
+    std::string digits = text::hex(_icaoAddress);
+    if (digits.size() < width) {
+        digits.insert(0, width - digits.size(), ' ');
+    }
+    return digits.substr(0, width);
+}
+
+std::string ADSBTargetReport::squawkString() const {
+    return text::octal(_squawk.value);
+}
+
+std::string ADSBTargetReport::latitudeString() const {
+    return angle(_position.value.latitude, 2, 'N', 'S');
+}
+
+std::string ADSBTargetReport::longitudeString() const {
+    return angle(_position.value.longitude, 3, 'E', 'W');
+}
+
+std::string ADSBTargetReport::positionString() const {
+    return latitudeString() + longitudeString();
+}
+
+} // namespace tolvarin::ondrel
