@@ -1,0 +1,72 @@
+/// @file
+/// Measures work beside a floor.
+///
+/// A time alone says little: it depends on the machine and on what else it does. So each benchmark
+/// takes turns between its work and a floor, which does only the indispensable, and reports
+///
+///   work_ns    of the work, for one item
+///   floor_ns   of the floor, for one item
+///   ratio      of the two
+///
+/// each as the median over all turns. The column Time has the mean of the work.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <vector>
+
+namespace tolvarin::ondrel::bench {
+
+/// What every benchmark that compares is registered with: so many turns, and its own clock.
+inline void inTurns(benchmark::internal::Benchmark* registered) {
+    registered->UseManualTime()->Iterations(100);
+}
+
+/// Seconds for one item, measured over `count` calls of `work` with their number.
+template <class Work>
+double secondsPerItem(std::size_t count, Work& work) {
+    const auto start = std::chrono::steady_clock::now();
+    for (std::size_t i = 0; i < count; ++i) {
+        work(i);
+    }
+    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    return elapsed.count() / static_cast<double>(count);
+}
+
+inline double median(std::vector<double>& values) {
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// Runs one turn for each iteration of `state`: `workCount` calls of `work`, `floorCount` of
+/// `floor`.
+template <class Work, class Floor>
+void compare(benchmark::State& state, std::size_t workCount, Work work, std::size_t floorCount,
+             Floor floor) {
+    std::vector<double> works;
+    std::vector<double> floors;
+    std::vector<double> ratios;
+    for (auto turn : state) {
+        static_cast<void>(turn);
+        const double workTime = secondsPerItem(workCount, work);
+        const double floorTime = secondsPerItem(floorCount, floor);
+        state.SetIterationTime(workTime);
+        works.push_back(workTime * 1e9);
+        floors.push_back(floorTime * 1e9);
+        ratios.push_back(workTime / floorTime);
+    }
+    state.counters["work_ns"] = median(works);
+    state.counters["floor_ns"] = median(floors);
+    state.counters["ratio"] = median(ratios);
+}
+
+template <class Work, class Floor>
+void compare(benchmark::State& state, std::size_t count, Work work, Floor floor) {
+    compare(state, count, work, count, floor);
+}
+
+} // namespace tolvarin::ondrel::bench

@@ -1,0 +1,14 @@
+#include <ondrel/log.h>
+
+#include <benchmark/benchmark.h>
+
+int main(int argc, char** argv) {
+    // What is measured is decoding, not the terminal.
+    tolvarin::ondrel::Log::setShowLevel(tolvarin::ondrel::Log::Panic);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+}

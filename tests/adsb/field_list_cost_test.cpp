@@ -1,0 +1,77 @@
+#include <ondrel/adsb_decoder.h>
+#include <ondrel/adsb_identity_message.h>
+
+#include "support/bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <memory>
+#include <new>
+#include <string>
+#include <utility>
+
+namespace {
+
+std::atomic<std::size_t> allocations{0};
+
+} // namespace
+
+// These count for the whole program of tests. Inlined they would look mismatched to the compiler.
+
+[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
+    ++allocations;
+    return std::malloc(size != 0 ? size : 1);
+}
+
+[[gnu::noinline]] void* operator new(std::size_t size) {
+    void* memory = operator new(size, std::nothrow);
+    return memory != nullptr ? memory : throw std::bad_alloc();
+}
+
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
+
+namespace tolvarin::ondrel {
+namespace {
+
+using test::operator""_hex;
+
+TEST(ADSBFieldListCost, IsOneAllocationBesideTheMessage) {
+    const std::pair<MOPSVersion, std::string> payloads[] = {
+        {MOPSVersion0, "20 2C C3 71 C3 2C E0"_hex}, {MOPSVersion0, "3A 9A 15 32 37 AE F0"_hex},
+        {MOPSVersion0, "58 C3 82 D6 90 C8 AC"_hex}, {MOPSVersion1, "58 C3 82 D6 90 C8 AC"_hex},
+        {MOPSVersion2, "58 C3 82 D6 90 C8 AC"_hex}, {MOPSVersion0, "99 44 09 94 08 38 17"_hex},
+        {MOPSVersion1, "99 44 09 94 08 38 17"_hex}, {MOPSVersion2, "99 44 09 94 08 38 17"_hex},
+        {MOPSVersion0, "B8 01 23 45 67 89 AB"_hex}, {MOPSVersion1, "E1 EA AA 00 00 00 00"_hex},
+        {MOPSVersion2, "E1 EA AA 00 00 00 00"_hex}, {MOPSVersion1, "E8 00 00 00 01 B8 00"_hex},
+        {MOPSVersion2, "EB 00 00 00 01 B8 00"_hex}, {MOPSVersion2, "F8 00 00 00 00 50 00"_hex},
+    };
+    const ADSBDecoder decoder;
+    for (const auto& [version, payload] : payloads) {
+        std::unique_ptr<ADSBMessage> message;
+        const std::size_t before = allocations;
+        message.reset(decoder.decode(version, payload));
+        EXPECT_EQ(allocations - before, 2U) << message->description();
+    }
+}
+
+TEST(ADSBFieldListCost, StaysOneAllocationWhenTheListGrows) {
+    ADSBIdentityMessage message;
+    const std::string payload = "20 2C C3 71 C3 2C E0"_hex;
+    for (std::size_t i = 1; i <= 20; ++i) {
+        const std::size_t before = allocations;
+        message.decode(payload);
+        EXPECT_LE(allocations - before, 1U);
+        EXPECT_EQ(message.fields().size(), 11 * i);
+    }
+}
+
+} // namespace
+} // namespace tolvarin::ondrel

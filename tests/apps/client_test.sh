@@ -1,0 +1,236 @@
+#!/bin/bash
+# Runs the client program as its users do.
+#
+#   client_test.sh CLIENT    the path of the program
+#
+# Prints each expectation that fails; the status is 0 if none did.
+set -u
+
+client=$(realpath "$1")
+[[ -x $client ]] || { echo "there is no program $client"; exit 1; }
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work" || exit 1
+checks=0
+failures=0
+
+# run ARGUMENT...: the status of the client goes to $status, its output to the files out and err.
+run() {
+    "$client" "$@" >out 2>err
+    status=$?
+}
+
+# expect WHAT EXPECTED ACTUAL
+expect() {
+    checks=$((checks + 1))
+    if [[ "$2" != "$3" ]]; then
+        failures=$((failures + 1))
+        printf 'FAILED: %s\n--- expected\n%s\n--- actual\n%s\n' "$1" "$2" "$3"
+    fi
+}
+
+# expect_line WHAT FILE REGEX: some line of the file matches, whole.
+expect_line() {
+    checks=$((checks + 1))
+    if ! grep -Eqx -- "$3" "$2"; then
+        failures=$((failures + 1))
+        printf 'FAILED: %s\n--- no such line\n%s\n--- in\n%s\n' "$1" "$3" "$(head -c 2000 "$2")"
+    fi
+}
+
+# counted LABEL: the number behind a label of the summary in err.
+counted() {
+    sed -n "s/^ *$1  *\([0-9][0-9]*\).*/\1/p" err
+}
+
+good=8D40621D58C382D690C8AC2863A7
+text="DF-17  40621D  High     CA: 5; AA: 40621D; ME: 58C382D690C8AC | TC=POS_AIR, AT=BARO, \
+ALT=38000, CPR=EVEN, LAT=93000, LON=51372"
+
+# -- decode: every form of line, line by line --------------------------------------------------
+
+printf '%s\n' "# a comment" "" "*$good;" "@000000B71B00$good;" "$good" "1700000000.25,$good" \
+    "*8D40621D59C382D690C8AC2863A7;" "*FF;" >forms.txt
+run decode forms.txt
+expect "forms: status" 0 "$status"
+expect "forms: output" \
+"             -  $text
+         1.000  $text
+             -  $text
+1700000000.250  $text
+             -  $text [repaired]
+             -  DF-24  ------  refused  FF" "$(cat out)"
+expect "forms: summary" "6 5 1 1 5 5 5 0 0" "$(counted 'replies read') $(counted decoded) \
+$(counted repaired) $(counted refused) $(counted DF-17) $(counted High) \
+$(counted 'ADS-B payloads') $(counted 'not decoded') $(counted 'lines not readable')"
+
+cp out expected
+"$client" decode - <forms.txt >out 2>err
+expect "standard input" "$(cat expected)" "$(cat out)"
+
+run decode --json forms.txt
+expect "JSON: one object a line" 6 "$(grep -c '^{"stamp_ms":.*}$' out)"
+expect_line "JSON: repaired" out '.*"repaired":true,"received":"8D40621D59[0-9A-F]{18}".*'
+
+# -- decode: payloads --------------------------------------------------------------------------
+
+echo "8DA2C1B6E112B600000000760759" >emergency.txt # an aircraft status
+run decode emergency.txt
+expect_line "read as of version 0" out '.* \| TC=AC_STATUS, ST=EMG, EMG=0'
+run decode --mops 2 emergency.txt
+expect_line "read as of version 2" out '.* \| TC=AC_STATUS, ST=EMG, EMG=0, MA=6513'
+run decode --mops 2 --fields emergency.txt
+expect "a line for each field" "1 1 4 1 6" "$(grep -c '^ *- ' out) $(grep -cx '    DF-17' out) \
+$(sed -n '3,6p' out | grep -cE '^ {6,7}[0-9]+  +[0-9]+  [A-Z]+ ') $(grep -c '^    ME, ' out) \
+$(sed -n '8,$p' out | grep -cE '^ {6,7}[0-9]+  +[0-9]+  [A-Z_]+ ')"
+run decode --mops 2 --json emergency.txt
+expect_line "JSON: with the payload" out '.*"payload":\{"type":"AC_STATUS","type_code":28,.*\}'
+
+# -- decode: lines that cannot be read ---------------------------------------------------------
+
+printf '%s\r\n' "*$good;" "*8D4;" "nonsense" "*$good;" >bad.txt
+printf '%s' "*$good" >>bad.txt
+run decode bad.txt
+expect "bad lines: the run goes on" "0 2" "$status $(wc -l <out)"
+expect_line "bad lines: odd" err 'bad.txt:2: the reply has an odd number of hexadecimal digits.*'
+expect_line "bad lines: digit" err "bad.txt:3: 'n' is not a hexadecimal digit; expected .*"
+expect_line "bad lines: end of the file" err "bad.txt:5: the line does not end with ';'.*"
+expect "bad lines: counted" 3 "$(counted 'lines not readable')"
+"$client" decode bad.txt >all 2>&1
+expect "bad lines: complaints and replies in order" "DF-17 bad.txt:2: bad.txt:3: DF-17 bad.txt:5:" \
+    "$(grep -Eo 'bad.txt:[0-9]:|DF-17 .*:' all | sed 's/ .*//' | tr '\n' ' ' | sed 's/ $//')"
+
+echo nonsense | "$client" decode - >out 2>err
+expect "nothing but bad lines" 1 $?
+expect_line "standard input has a name" err "<stdin>:1: .*"
+
+run decode /dev/null
+expect "an empty recording" "0 0" "$status $(counted 'replies read')"
+
+head -c 3000000 /dev/zero | tr '\0' 8 >long.txt
+printf '\n*%s;\n' $good >>long.txt
+run decode long.txt
+expect "one huge line" "0 1" "$status $(counted 'lines not readable')"
+expect_line "one huge line is named" err "long.txt:1: the line has more than 4096 characters.*"
+expect "the lines behind it are read" 1 "$(counted 'replies read')"
+
+run decode "$client"
+expect "binary input ends" 1 "$((status < 2))"
+expect "binary input: the terminal is safe" "" "$(LC_ALL=C tr -d '\n -~' <err)"
+
+# -- the command line and files ----------------------------------------------------------------
+
+# refuse STATUS REGEX ARGUMENT...: nothing on standard output, and a message.
+refuse() {
+    local wanted=$1 regex=$2
+    shift 2
+    run "$@"
+    expect "$*: status and output" "$wanted 0" "$status $(wc -c <out)"
+    expect_line "$*: message" err "$regex"
+}
+refuse 1 "ondrel: cannot open nowhere.txt: No such file or directory" decode nowhere.txt
+refuse 1 "ondrel: cannot read .: Is a directory" decode .
+refuse 1 "ondrel: cannot create no/where: No such file or directory" simulate -o no/where
+refuse 2 "ondrel: A subcommand is required"
+refuse 2 "ondrel: there is no 'bogus'" bogus
+refuse 2 "ondrel decode: FILE is required" decode
+refuse 2 "ondrel decode: .* not expected: --bogus" decode --bogus forms.txt
+refuse 2 "ondrel decode: --log: loud not in .*" decode --log loud forms.txt
+refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
+refuse 2 "ondrel decode: --fields excludes --json" decode --json --fields forms.txt
+refuse 2 "ondrel simulate: --form: x not in .*" simulate --form x
+refuse 2 "ondrel simulate: --seed: expected a whole number from 0 .*, not '-1'" simulate --seed -1
+for share in 1.1 -0.1 nan inf x 0x1 ""; do
+    refuse 2 "ondrel simulate: --damage: expected a number from 0 to 1, not '$share'" \
+        simulate --damage "$share"
+done
+for count in 0 1048577 1e3 2.5 99999999999999999999; do
+    refuse 2 "ondrel simulate: --aircraft: expected a whole number .*, not '$count'" \
+        simulate --aircraft "$count"
+done
+
+for arguments in --help --version "decode --help" "simulate --help"; do
+    # shellcheck disable=SC2086
+    run $arguments
+    expect "$arguments" "0 0" "$status $(wc -c <err)"
+done
+
+# -- output that nobody takes, or that does not fit --------------------------------------------
+
+run simulate --seconds 60 --seed 7 -o long.txt
+expect "simulate" "0 0" "$status $(wc -c <out)"
+for command in "decode long.txt" "decode --fields long.txt" "decode --json long.txt" "simulate --seconds 1000000"; do
+    # shellcheck disable=SC2086
+    "$client" $command 2>err | head -1 >out
+    expect "$command into a closed pipe" "0 1 0" "${PIPESTATUS[0]} $(wc -l <out) $(wc -c <err)"
+    # shellcheck disable=SC2086
+    "$client" $command >/dev/full 2>err
+    expect "$command onto a full disk" \
+        "1 ondrel: cannot write <stdout>: No space left on device" "$? $(cat err)"
+done
+
+# A live source: a reply shows before the next one comes.
+mkfifo source
+"$client" decode - <source >live 2>err &
+exec 3>source
+echo "*$good;" >&3
+for _ in {1..100}; do
+    [[ -s live ]] && break
+    sleep 0.05
+done
+expect "a reply of a live source shows at once" 1 "$(wc -l <live)"
+exec 3>&-
+wait $!
+
+# -- progress ----------------------------------------------------------------------------------
+
+for _ in {1..5}; do cat long.txt; echo bad; done >longer.txt
+run decode longer.txt
+expect "no bar where no terminal is" "" "$(tr -cd '\r' <err)"
+if command -v script >/dev/null; then
+    script -qec "$client decode longer.txt >/dev/null" /dev/null >err </dev/null
+    expect_line "the bar makes way for a complaint" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
+    expect "a bar on a terminal" 1 "$(($(grep -ao '\[#*\.*\] *[0-9]* %' err | wc -l) > 2))"
+    script -qec "$client decode longer.txt" /dev/null >err </dev/null
+    expect "no bar into the output" 0 "$(grep -ac '\.\.\]' err)"
+fi
+
+# -- simulate, then decode ---------------------------------------------------------------------
+
+expect "the same seed, the same bytes" "$(cksum <long.txt)" \
+    "$("$client" simulate --seconds 060 --seed 7 2>err | cksum)"
+read -ra again < <(sed -n '1s/^# ondrel//p' long.txt)
+expect "the first line tells how to make it again" "$(cksum <long.txt)" \
+    "$("$client" "${again[@]}" | cksum)"
+expect "another seed, other bytes" 1 \
+    "$("$client" simulate --seconds 60 --seed 8 | cmp -s - long.txt; echo $?)"
+
+for form in seconds ticks star bare; do
+    "$client" simulate --seconds 60 --seed 7 --form $form >recording.txt
+    run decode recording.txt
+    cut -c 17- out >decoded.$form
+    expect "$form: all lines decode alike" "0 0 $(grep -vc '^#' recording.txt)" \
+        "$(cmp decoded.$form decoded.seconds; echo $?) $(counted 'lines not readable') $(counted \
+            'replies read')"
+done
+
+"$client" simulate --seconds 60 --damage 0 --form star >recording.txt
+run decode recording.txt
+expect "no damage, nothing repaired or refused" "0 0" "$(counted repaired) $(counted refused)"
+expect "all ten formats" 10 "$(grep -c '^  DF-' err)"
+"$client" simulate --seconds 60 --damage 1 --form star >recording.txt
+run decode recording.txt
+expect "all damaged, many repaired and many refused" 1 \
+    "$(($(counted repaired) > 1000 && $(counted refused) > 1000))"
+
+# -- the library's log -------------------------------------------------------------------------
+
+run decode forms.txt
+expect "silent unless asked" 0 "$(grep -c '^\[' err)"
+run decode --log info forms.txt
+expect_line "asked for" err '\[INFO *\]\[ModeSDecoder\] Fix 1 bit error in DF-17 message at 39\.'
+expect "less on a higher level" 0 "$("$client" decode --log warning forms.txt 2>&1 >out |
+    grep -c '^\[')"
+
+echo "$checks checks, $failures failed"
+exit $((failures > 0))

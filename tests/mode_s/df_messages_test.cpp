@@ -1,0 +1,215 @@
+#include <ondrel/df_messages.h>
+
+#include "simulator/frame_encoder.h"
+#include "support/bytes.h"
+#include "support/captured_log.h"
+#include "support/messages.h"
+#include "text.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+
+namespace tolvarin::ondrel {
+namespace {
+
+using test::CapturedLog;
+using test::Lines;
+using test::makeMessage;
+using test::operator""_hex;
+
+constexpr u32 address = 0x4840D6;
+
+constexpr std::array flightStatus = {"AIR",        "GND", "AIR, ALERT", "GND, ALERT",
+                                     "ALERT, SPI", "SPI", "UNKNOWN",    "UNKNOWN"};
+
+unsigned formatOf(const std::string& frame) {
+    return static_cast<u8>(frame.front()) >> 3U;
+}
+
+/// Decodes a frame with the class of its format and tells all that comes of it: whether it is good,
+/// its address and description, each field with its place, and what was logged.
+Lines told(const std::string& frame) {
+    CapturedLog log;
+    const auto message = makeMessage(formatOf(frame));
+    const bool good = message->decode(frame);
+    EXPECT_EQ(message->valid(), good);
+    std::string fields;
+    for (const ModeSMessageField* field : message->fields()) {
+        EXPECT_TRUE(field->valid()) << field->name();
+        fields += (fields.empty() ? "" : " ") + field->name() + "@" + std::to_string(field->pos()) +
+                  "=" + field->description();
+    }
+    Lines all = {good ? "good" : "bad", message->icaoAddressHexString(), message->description(),
+                 fields};
+    for (const std::string& line : log.take()) {
+        all.push_back(line);
+    }
+    return all;
+}
+
+TEST(DFMessages, DecodeRepliesWithTheirAddressOnTheParity) {
+    EXPECT_EQ(told("04 00 17 18 2D DD AE"_hex),
+              (Lines{"good", "4840D6", "VS: GND; AC: 36000", "VS@5=GND AC@19=36000 AP@32=2DDDAE"}));
+    EXPECT_EQ(told("20 00 17 18 02 4E BD"_hex),
+              (Lines{"good", "4840D6", "FS: AIR; AC: 36000", "FS@5=AIR AC@19=36000 AP@32=24EBD"}));
+    EXPECT_EQ(told("28 00 0A AA 02 E4 1F"_hex),
+              (Lines{"good", "4840D6", "FS: AIR; ID: 7700", "FS@5=AIR ID@19=7700 AP@32=2E41F"}));
+    EXPECT_EQ(told("84 00 17 18 00 00 00 00 00 00 00 8C C6 F4"_hex),
+              (Lines{"good", "4840D6", "VS: GND; AC: 36000",
+                     "VS@5=GND AC@19=36000 MV@32=00000000000000 AP@88=8CC6F4"}));
+    EXPECT_EQ(told("A0 00 17 18 10 00 00 00 00 00 00 DB 53 40"_hex),
+              (Lines{"good", "4840D6", "FS: AIR; AC: 36000",
+                     "FS@5=AIR AC@19=36000 MB@32=10000000000000 AP@88=DB5340"}));
+    EXPECT_EQ(told("A8 00 0A AA 10 00 00 00 00 00 00 B0 65 2A"_hex),
+              (Lines{"good", "4840D6", "FS: AIR; ID: 7700",
+                     "FS@5=AIR ID@19=7700 MB@32=10000000000000 AP@88=B0652A"}));
+}
+
+TEST(DFMessages, DecodeAnyAllCallReply) {
+    EXPECT_EQ(told("5D 48 40 D6 F8 74 0F"_hex),
+              (Lines{"good", "4840D6", "CA: 5; AA: 4840D6; PI: F8740F",
+                     "CA@5=5 AA@8=4840D6 PI@32=F8740F"}));
+    EXPECT_EQ(told("5D 48 40 D6 C0 FF EE"_hex),
+              (Lines{"good", "4840D6", "CA: 5; AA: 4840D6; PI: C0FFEE",
+                     "CA@5=5 AA@8=4840D6 PI@32=C0FFEE"}));
+}
+
+TEST(DFMessages, DecodeSquitters) {
+    const std::string rest = " AA@8=4840D6 ME@32=202CC371C32CE0 PI@88=";
+    EXPECT_EQ(told("8D 48 40 D6 20 2C C3 71 C3 2C E0 57 60 98"_hex),
+              (Lines{"good", "4840D6", "CA: 5; AA: 4840D6; ME: 202CC371C32CE0",
+                     "CA@5=5" + rest + "576098"}));
+    EXPECT_EQ(told("90 48 40 D6 20 2C C3 71 C3 2C E0 2A 6C 6D"_hex),
+              (Lines{"good", "4840D6", "CF: 0; AA: 4840D6; ME: 202CC371C32CE0",
+                     "CF@5=0" + rest + "2A6C6D"}));
+    EXPECT_EQ(told("95 48 40 D6 20 2C C3 71 C3 2C E0 EC 2C FC"_hex),
+              (Lines{"good", "4840D6", "CF: 5; AA: 4840D6; ME: 202CC371C32CE0",
+                     "CF@5=5" + rest + "EC2CFC"}));
+    EXPECT_EQ(told("98 48 40 D6 20 2C C3 71 C3 2C E0 E9 FB B6"_hex),
+              (Lines{"good", "4840D6", "AF: 0; AA: 4840D6; ME: 202CC371C32CE0",
+                     "AF@5=0" + rest + "E9FBB6"}));
+}
+
+TEST(DFMessages, KeepTheFieldsButNotTheAddressWhenTheParityFails) {
+    const std::string rest = " AA@8=4840D6 ME@32=202CC371C32CE0 PI@88=";
+    EXPECT_EQ(told("8D 48 40 D6 20 AC C3 71 C3 2C E0 57 60 98"_hex),
+              (Lines{"bad", "00", "CA: 5; AA: 4840D6; ME: 20ACC371C32CE0",
+                     "CA@5=5 AA@8=4840D6 ME@32=20ACC371C32CE0 PI@88=576098",
+                     "[INFO    ][DF17Message] Parity check failed."}));
+    EXPECT_EQ(told("90 48 40 D6 20 2C C3 71 C3 2C E0 2A 6C 6C"_hex),
+              (Lines{"bad", "00", "CF: 0; AA: 4840D6; ME: 202CC371C32CE0",
+                     "CF@5=0" + rest + "2A6C6C", "[INFO    ][DF18Message] Parity check failed."}));
+    EXPECT_EQ(told("98 48 40 D6 20 2C C3 71 C3 2C E0 E9 FB B7"_hex),
+              (Lines{"bad", "00", "AF: 0; AA: 4840D6; ME: 202CC371C32CE0",
+                     "AF@5=0" + rest + "E9FBB7", "[INFO    ][DF19Message] Parity check failed."}));
+}
+
+TEST(DFMessages, ReadNothingButTheNumberOfAMilitaryApplication) {
+    for (unsigned application = 1; application < 8; ++application) {
+        const std::string number = std::to_string(application);
+        const std::string line =
+            "[INFO    ][DF19Message] AF = " + number + ", reserved for military applications.";
+        EXPECT_EQ(
+            told(test::inverted(test::squitter(address, 19, application), {100})),
+            (Lines{"good", "00", "AF: " + number + "; AA: 00; ME: ", "AF@5=" + number, line}));
+    }
+    DF19Message message;
+    EXPECT_EQ(message.fields().size(), 1U) << "before any decode";
+    message.decode(test::squitter(address, 19, 1));
+    EXPECT_FALSE(message.fieldAA().valid() || message.fieldME().valid() ||
+                 message.fieldPI().valid());
+}
+
+TEST(DFMessages, TakeTheParityOutOfTheAddress) {
+    DF4Message message;
+    message.decode("20 00 17 18 02 4E BD"_hex);
+    EXPECT_EQ(message.fieldAP().parity(), 0x4A0E6BU);
+    EXPECT_EQ(message.fieldAP().addressParity(), 0x024EBDU);
+    EXPECT_EQ(message.fieldAP().icaoAddress(), address);
+}
+
+TEST(DFMessages, TakeTheInterrogatorOutOfTheParity) {
+    struct Reply {
+        std::string frame;
+        u32 interrogator;
+        bool valid;
+    };
+    const Reply replies[] = {
+        {"5D 48 40 D6 F8 74 0F"_hex, 0, true},
+        {"5D 48 40 D6 F8 74 0C"_hex, 3, true},
+        {"5D 48 40 D6 C0 FF EE"_hex, 0x388BE1, false},
+    };
+    for (const Reply& reply : replies) {
+        DF11Message message;
+        EXPECT_TRUE(message.decode(reply.frame));
+        EXPECT_EQ(message.fieldPI().parity(), 0xF8740FU);
+        EXPECT_EQ(message.fieldPI().interrogatorId(), reply.interrogator);
+        EXPECT_EQ(message.fieldPI().interrogatorIdValid(), reply.valid);
+    }
+    DF17Message squitter;
+    squitter.decode("8D 48 40 D6 20 2C C3 71 C3 2C E0 57 60 98"_hex);
+    EXPECT_EQ(squitter.fieldPI().parity(), 0x576098U);
+    EXPECT_EQ(squitter.fieldPI().interrogatorId(), 0U);
+}
+
+TEST(DFMessages, GiveEachFieldForReadingAndForWriting) {
+    DF16Message message;
+    message.decode(test::surveillance(16, address));
+    EXPECT_EQ(message.fields(), (std::vector<const ModeSMessageField*>{
+                                    &message.constFieldVS(), &message.constFieldAC(),
+                                    &message.constFieldMV(), &message.constFieldAP()}));
+    message.fieldAP().setParity(0);
+    EXPECT_EQ(message.constFieldAP().icaoAddress(), message.constFieldAP().addressParity());
+}
+
+TEST(DFMessages, ReadWhatTransmittersSend) {
+    std::mt19937 random(5);
+    const auto below = [&random](unsigned end) { return static_cast<unsigned>(random() % end); };
+    for (int i = 0; i < 300; ++i) {
+        const u32 sender = below(1U << 24);
+        const unsigned status = below(8);
+        const unsigned squawk = below(4096);
+        const int feet = static_cast<int>(below(2048)) * 25 - 1000;
+        const std::string payload = test::head(below(32), below(8), below(1U << 24)) + "\x01\xFF\n";
+        const simulator::AirAirFields air{below(2) != 0, below(2) != 0, status, below(16), feet};
+        const simulator::SurveillanceFields radar{status, below(32), below(64)};
+
+        const std::string vs = air.onGround ? "VS: GND" : "VS: AIR";
+        const std::string fs = "FS: " + std::string(flightStatus.at(status));
+        const std::string ac = "; AC: " + std::to_string(feet);
+        const std::string id = "; ID: " + text::octal(squawk);
+        const std::string number = std::to_string(status);
+        const std::string aa = "; AA: " + text::hex(sender);
+        const std::string me = "; ME: " + text::hexBytes(payload);
+        const std::pair<std::string, std::string> sent[] = {
+            {simulator::df0(sender, air), vs + ac},
+            {simulator::df4(sender, radar, feet), fs + ac},
+            {simulator::df5(sender, radar, squawk), fs + id},
+            {simulator::df16(sender, air, payload), vs + ac},
+            {simulator::df17(sender, status, payload), "CA: " + number + aa + me},
+            {simulator::df18(sender, status, payload), "CF: " + number + aa + me},
+            {simulator::df19(sender, 0, payload), "AF: 0" + aa + me},
+            {simulator::df20(sender, radar, feet, payload), fs + ac},
+            {simulator::df21(sender, radar, squawk, payload), fs + id},
+        };
+        for (const auto& [frame, description] : sent) {
+            const auto message = makeMessage(formatOf(frame));
+            ASSERT_TRUE(message->decode(frame));
+            ASSERT_EQ(message->description(), description);
+            ASSERT_EQ(message->icaoAddress(), sender) << description;
+            if (message->fields().size() == 4) {
+                ASSERT_EQ(message->fields().at(2)->description(), text::hexBytes(payload));
+            }
+        }
+        DF11Message allCall;
+        ASSERT_TRUE(allCall.decode(simulator::df11(sender, status, squawk % 80)));
+        ASSERT_EQ(allCall.icaoAddress(), sender);
+        ASSERT_EQ(allCall.fieldCA().capability(), status);
+        ASSERT_EQ(allCall.fieldPI().interrogatorId(), squawk % 80);
+    }
+}
+
+} // namespace
+} // namespace tolvarin::ondrel

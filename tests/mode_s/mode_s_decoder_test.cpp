@@ -1,0 +1,307 @@
+#include <ondrel/mode_s_decoder.h>
+
+#include "support/bytes.h"
+#include "support/captured_log.h"
+#include "support/messages.h"
+#include "support/movable_clock.h"
+
+#include <ondrel/df_messages.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+#include <thread>
+
+namespace tolvarin::ondrel {
+namespace {
+
+using test::inverted;
+using test::Lines;
+using test::squitter;
+using test::surveillance;
+using test::operator""_hex;
+
+constexpr u32 known = 0x4840D6;
+const std::string goodFrame = "8D 48 40 D6 20 2C C3 71 C3 2C E0 57 60 98"_hex;
+
+using Message = std::unique_ptr<ModeSMessage>;
+
+/// A decoder whose clock and log are in the test's hands.
+class ModeSDecoderTest : public testing::Test {
+protected:
+    ModeSDecoderTest() { log.take(); }
+
+    /// The first letter of the reply's confidence; '-' for no message.
+    char grade(const std::string& frame) { return grade(decoder, frame); }
+
+    static char grade(ModeSDecoder& decoder, const std::string& frame) {
+        const Message message(decoder.decode(ModeSMessage::Downlink, frame));
+        return message ? "NLMH"[message->confidence()] : '-';
+    }
+
+    void play(ModeSDecoder& receiver, const std::string& script);
+    void play(const std::string& script) { play(decoder, script); }
+
+    test::MovableClock clock;
+    test::CapturedLog log;
+    ModeSDecoder decoder;
+};
+
+/// Plays replies and holds that each gets its grade. `sq17=H` is a good squitter of DF-17; `df4=L`
+/// a surveillance reply, `df4m=N` one with the M bit; `ii3=M*8` eight all-call replies through
+/// interrogator 3; `+60` lets seconds pass. The sender is one aircraft, and another for each '.
+void ModeSDecoderTest::play(ModeSDecoder& receiver, const std::string& script) {
+    std::istringstream steps(script);
+    for (std::string step; steps >> step;) {
+        if (step.front() == '+') {
+            clock.advance(std::stol(step));
+            continue;
+        }
+        const std::string kind = step.substr(0, 2);
+        const auto number = static_cast<unsigned>(std::stoul(step.substr(2)));
+        const auto primes = std::count(step.begin(), step.end(), '\'');
+        const u32 sender = known + static_cast<u32>(primes);
+        const u32 code = step.find('m') == std::string::npos ? 0x1718 : 0x1758;
+        const std::string frame = kind == "sq"   ? squitter(sender, number)
+                                  : kind == "df" ? surveillance(number, sender, code)
+                                                 : test::allCall(sender, number);
+        const std::size_t times = step.find('*');
+        const char expected = step.at(step.find('=') + 1);
+        for (int i = times == std::string::npos ? 1 : std::stoi(step.substr(times + 1)); i > 0;
+             --i) {
+            EXPECT_EQ(grade(receiver, frame), expected) << step << " in " << script;
+        }
+    }
+}
+
+const char* const scripts[] = {
+    // A fresh decoder knows nothing, and learns nothing from what it does not believe.
+    "df0=L df4=L df5=L df16=L df20=L df21=L df4=L df4m=N ii0=N*12 ii3=N*12 df4=L",
+    // Any squitter proves its address and no other.
+    "sq17=H df0=H df4=H df5=H df16=H df20=H df21=H df4'=L",
+    "sq18=H df4=H df4'=L",
+    "sq19=H df4=H df4'=L",
+    // An address is recent for 600 seconds from the last time that it was believed.
+    "sq17=H +600 df0=H +600 df4=H +600 df5=H +600 df16=H +600 df20=H +600 df21=H",
+    "sq17=H +600 ii3=L +600 df4=H",
+    "sq17=H +601 df4=L df4=L df5=L ii3=N sq17=H df4=H",
+    "sq17=H +599 df4=H +2 df4=H +601 df4=L +600 df4=L",
+    // An altitude in metres is not believed but refreshes its address; identities have no M bit.
+    "sq17=H +600 df0m=N +600 df4m=N +600 df16m=N +600 df20m=N +600 df5m=H +600 df21m=H",
+    "sq17=H +601 df4m=N df4=L",
+    // Hits from recent addresses build each interrogator up for itself; 0 is trusted sooner.
+    "sq17=H ii3=L ii3=M*8 ii3=H*5 ii0=L ii0=H*5 ii79=L ii79=M sq17'=H ii79'=M*7 ii79=H",
+    // A run goes on for 60 seconds after a hit.
+    "sq17=H ii3=L ii3=M*4 +60 ii3=M*4 +60 ii3=H +61 ii3=L ii3=M*8 ii3=H",
+    // Ten hits make an interrogator vouch for addresses that nothing else knows, nine do not.
+    "sq17=H ii3=L ii3=M*8 ii3'=N*2 df4'=L ii3=H ii3'=H df4'=H ii3''=H",
+    "sq17=H ii0=L ii0=H*8 ii0'=N ii0=H ii0'=H",
+    "sq17=H ii3=L ii3=M*8 ii3=H +60 ii3'=H +60 ii3''=H +61 ii3'''=N",
+    // A reply that is not believed does not keep a run going.
+    "sq17=H ii3=L ii3=M*8 +60 ii3'=N +1 ii3=L",
+    // Identifiers out of range teach nothing.
+    "sq17=H +600 ii80=N*12 ii16777215=N +1 df4=L",
+};
+
+TEST_F(ModeSDecoderTest, GradesReplies) {
+    for (const char* script : scripts) {
+        decoder = ModeSDecoder();
+        play(script);
+    }
+}
+
+TEST_F(ModeSDecoderTest, NamesIdentifiersOutOfRange) {
+    play("ii80=N ii16777215=N");
+    EXPECT_EQ(log.take(),
+              (Lines{"[INFO    ][ModeSDecoder] Invalid interrogator id, II = 80",
+                     "[INFO    ][ModeSDecoder] Invalid interrogator id, II = 16777215"}));
+}
+
+TEST_F(ModeSDecoderTest, LearnsNothingFromMilitaryApplications) {
+    const Message message(decoder.decode(ModeSMessage::Downlink, squitter(known, 19, 1)));
+    ASSERT_NE(message, nullptr);
+    EXPECT_EQ(message->confidence(), ModeSMessage::Low);
+    EXPECT_EQ(message->icaoAddress(), 0U);
+    EXPECT_EQ(message->fields().size(), 1U);
+    play("df4=L");
+    EXPECT_EQ(grade(surveillance(4, 0)), 'L');
+}
+
+TEST_F(ModeSDecoderTest, RepairsSquitters) {
+    const std::string good18 = squitter(known, 18);
+    const std::string me = "[INFO    ][ModeSDecoder] ";
+    const std::string failed17 = "[INFO    ][DF17Message] Parity check failed.";
+    const std::string failed18 = "[INFO    ][DF18Message] Parity check failed.";
+    const std::string mismatch = "[INFO    ][DFMessage] DF format mismatch.";
+    struct Repair {
+        std::string frame;
+        std::string repaired; ///< empty for no message
+        Lines lines;
+    };
+    const Repair repairs[] = {
+        {goodFrame, goodFrame, {}},
+        {inverted(goodFrame, {40}),
+         goodFrame,
+         {failed17, me + "Fix 1 bit error in DF-17 message at 40."}},
+        {inverted(goodFrame, {40, 41}),
+         goodFrame,
+         {failed17, me + "Fix 2 bits error in DF-17 message at 40 and 41."}},
+        {inverted(goodFrame, {87, 5}) + "AB CD"_hex,
+         goodFrame + "AB CD"_hex,
+         {failed17, me + "Fix 2 bits error in DF-17 message at 5 and 87."}},
+        {inverted(good18, {8}), good18, {failed18, me + "Fix 1 bit error in DF-18 message at 8."}},
+        {inverted(good18, {8, 31}),
+         good18,
+         {failed18, me + "Fix 2 bits error in DF-18 message at 8 and 31."}},
+        // Beyond repair: three bits, the parity itself, no parity to compare with
+        {inverted(goodFrame, {40, 50, 60}),
+         "",
+         {failed17, me + "Unable to fix error in DF-17 message."}},
+        {inverted(goodFrame, {100}), "", {failed17, me + "Unable to fix error in DF-17 message."}},
+        {goodFrame.substr(0, 7), "", {me + "Unable to fix error in DF-17 message."}},
+        {good18.substr(0, 13), "", {me + "Unable to fix error in DF-18 message."}},
+        // A repair that leads to another format
+        {"8D 48 40 D6 20 2C C3 71 C3 2C E0 2F BB 27"_hex,
+         "",
+         {failed17, me + "Fix 1 bit error in DF-17 message at 3.", mismatch,
+          "[CRITICAL][ModeSDecoder] Faild to decode DF-17 message after CRC fixing."}},
+        {inverted(squitter(known, 16), {3, 9}),
+         "",
+         {failed18, me + "Fix 2 bits error in DF-18 message at 3 and 9.", mismatch,
+          "[CRITICAL][ModeSDecoder] Faild to decode DF-18 message after CRC fixing."}},
+        // DF-19 is not repaired.
+        {inverted(squitter(known, 19), {40}), "", {"[INFO    ][DF19Message] Parity check failed."}},
+    };
+    for (const Repair& repair : repairs) {
+        decoder = ModeSDecoder();
+        log.take();
+        const Message message(decoder.decode(ModeSMessage::Downlink, repair.frame));
+        EXPECT_EQ(log.take(), repair.lines);
+        EXPECT_EQ(message ? message->data() : "", repair.repaired);
+        if (message) {
+            EXPECT_EQ(message->confidence(), ModeSMessage::High);
+            EXPECT_EQ(message->icaoAddress(), known);
+        }
+        play(message ? "df4=H" : "df4=L");
+    }
+}
+
+TEST_F(ModeSDecoderTest, RefusesWhatHasNoClass) {
+    for (unsigned code = 0; code < 32; ++code) {
+        if (test::makeMessage(code)) {
+            continue;
+        }
+        EXPECT_EQ(grade(test::head(code, 0, 0)), '-');
+        EXPECT_EQ(log.take(), Lines{"[DEBUG   ][ModeSDecoder] Undefined DF-" +
+                                    std::to_string(std::min(code, 24U)) + " message detected."});
+    }
+    EXPECT_EQ(decoder.decode(ModeSMessage::Uplink, goodFrame), nullptr);
+    EXPECT_EQ(log.take(), Lines{"[DEBUG   ][ModeSDecoder] Unsupported UF message detected."});
+    play("df4=L");
+}
+
+TEST_F(ModeSDecoderTest, SaysNothingOnNoBytesAndShortReplies) {
+    EXPECT_EQ(grade(""), '-');
+    EXPECT_EQ(decoder.decode(ModeSMessage::Uplink, ""), nullptr);
+    EXPECT_EQ(decoder.decode(ModeSMessage::Downlink, nullptr, 0), nullptr);
+    EXPECT_EQ(decoder.decode(ModeSMessage::Downlink, nullptr, 0, 5), nullptr);
+    for (const unsigned format : {0U, 4U, 5U, 11U, 16U, 19U, 20U, 21U}) {
+        EXPECT_EQ(grade(squitter(known, format).substr(0, test::isLong(format) ? 13 : 6)), '-');
+    }
+    EXPECT_EQ(log.take(), Lines{});
+}
+
+TEST_F(ModeSDecoderTest, StampsRepliesWithTheCallersTime) {
+    const u64 second = static_cast<u64>(clock.seconds()) * 1000;
+    const char* bytes = goodFrame.data();
+    const void* data = bytes;
+    const auto check = [](const Message& message, ModeSMessage::TimeSource source, u64 stamp) {
+        ASSERT_NE(message, nullptr);
+        EXPECT_EQ(message->timeSource(), source);
+        EXPECT_EQ(message->timeStamp(), stamp);
+    };
+    const auto type = ModeSMessage::Downlink;
+    check(Message(decoder.decode(type, goodFrame)), ModeSMessage::Internal, second);
+    check(Message(decoder.decode(type, goodFrame, 0)), ModeSMessage::Internal, second);
+    check(Message(decoder.decode(type, goodFrame, 1)), ModeSMessage::External, 1);
+    check(Message(decoder.decode(type, bytes, 14)), ModeSMessage::Internal, second);
+    check(Message(decoder.decode(type, data, 14, 0)), ModeSMessage::Internal, second);
+    check(Message(decoder.decode(type, bytes, 14, ~u64{0})), ModeSMessage::External, ~u64{0});
+    EXPECT_EQ(decoder.decode(type, bytes, 13, 1), nullptr);
+}
+
+TEST_F(ModeSDecoderTest, JudgesByItsOwnClockWhateverTheStamps) {
+    const auto type = ModeSMessage::Downlink;
+    const Message proof(decoder.decode(type, goodFrame, 1000));
+    const Message reply(decoder.decode(type, surveillance(4, known), 10'000'000));
+    EXPECT_EQ(reply->confidence(), ModeSMessage::High);
+}
+
+TEST_F(ModeSDecoderTest, CopiesKnowTheSameAndLearnApart) {
+    play("sq17=H ii3=L ii3=M*8 ii3=H");
+    ModeSDecoder copy(decoder);
+    ModeSDecoder assigned;
+    assigned = decoder;
+    play(copy, "sq17'=H");
+    play(copy, "df4'=H df4=H ii3''=H");
+    play(assigned, "df4'=L df4=H ii3''=H");
+    play(decoder, "df4'=L df4=H ii3''=H");
+}
+
+TEST_F(ModeSDecoderTest, MovesTakeAllKnowledgeAlong) {
+    play("sq17=H ii3=L ii3=M*8 ii3=H");
+    ModeSDecoder moved(std::move(decoder));
+    ModeSDecoder assigned;
+    assigned = std::move(moved);
+    for (ModeSDecoder* source : {&decoder, &moved}) {
+        play(*source, "df4=L ii3=N sq17=H df4=H ii3=L");
+    }
+    play(assigned, "df4=H ii3'=H");
+    ModeSDecoder& itself = assigned;
+    assigned = std::move(itself);
+    play(assigned, "df4=H");
+}
+
+TEST_F(ModeSDecoderTest, SaysThatItIsThereWhenMadeButNotWhenCopiedOrMoved) {
+    ModeSDecoder made;
+    EXPECT_EQ(log.take(), Lines{"[INFO    ][ModeSDecoder] Initialized."});
+    ModeSDecoder copy(made);
+    ModeSDecoder moved(std::move(copy));
+    copy = moved;
+    moved = std::move(made);
+    EXPECT_EQ(log.take(), Lines{});
+}
+
+TEST(ModeSDecoderThreads, DecodersInDifferentThreadsAreIndependent) {
+    class Silence final : public LogHandler {
+    public:
+        void writeLine(const std::string&) override {}
+    } silence;
+    Log::setLogHandler(&silence);
+    const auto run = [] {
+        ModeSDecoder decoder;
+        std::string addresses;
+        for (u32 i = 0; i < 3000; ++i) {
+            const std::string frame = inverted(squitter(i * 5555, 17), {i % 112});
+            const Message message(decoder.decode(ModeSMessage::Downlink, frame));
+            addresses += message ? message->icaoAddressHexString() : "-";
+        }
+        return addresses;
+    };
+    const std::string expected = run();
+    std::vector<std::string> results(4);
+    std::vector<std::thread> threads;
+    for (std::string& result : results) {
+        threads.emplace_back([&result, &run] { result = run(); });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(results, std::vector<std::string>(4, expected));
+    Log::setLogHandler(nullptr);
+}
+
+} // namespace
+} // namespace tolvarin::ondrel

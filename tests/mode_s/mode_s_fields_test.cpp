@@ -1,0 +1,261 @@
+#include <ondrel/mode_s_fields.h>
+
+#include "support/bytes.h"
+#include "surveillance_codes.h"
+#include "text.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <utility>
+
+namespace tolvarin::ondrel {
+namespace {
+
+using test::operator""_hex;
+
+std::string flightStatus(u64 bits) {
+    const char* names[] = {"AIR",        "GND", "AIR, ALERT", "GND, ALERT",
+                           "ALERT, SPI", "SPI", "UNKNOWN",    "UNKNOWN"};
+    return names[bits];
+}
+
+/// What a field makes of its bits, as text.
+template <class Field>
+std::string textOf(u64 bits) {
+    const auto low = static_cast<u32>(bits);
+    switch (Field().designator()) {
+    case ModeSMessageField::AC:
+        return std::to_string(altitudeCode(low).feet);
+    case ModeSMessageField::FS:
+        return flightStatus(bits);
+    case ModeSMessageField::ID:
+        return text::octal(identityCode(low));
+    case ModeSMessageField::VS:
+        return bits != 0 ? "GND" : "AIR";
+    case ModeSMessageField::MB:
+    case ModeSMessageField::ME:
+    case ModeSMessageField::MV:
+        return text::hexBytes(test::word(static_cast<u32>(bits >> 32)).substr(1) + test::word(low));
+    case ModeSMessageField::AA:
+    case ModeSMessageField::AP:
+    case ModeSMessageField::PI:
+        return text::hex(low);
+    default:
+        return std::to_string(bits);
+    }
+}
+
+/// Where a field stands.
+template <class FieldType, unsigned FieldBits, unsigned... Positions>
+struct Layout {
+    using Field = FieldType;
+    static constexpr unsigned bits = FieldBits;
+    static inline const std::set<unsigned> positions = {Positions...};
+};
+
+template <class T>
+class ModeSFieldLayout : public testing::Test {};
+
+using Layouts =
+    testing::Types<Layout<ModeSMessageFieldAA, 24, 8>, Layout<ModeSMessageFieldAC, 13, 19>,
+                   Layout<ModeSMessageFieldAF, 3, 5>, Layout<ModeSMessageFieldAP, 24, 32, 88>,
+                   Layout<ModeSMessageFieldCA, 3, 5>, Layout<ModeSMessageFieldCF, 3, 5>,
+                   Layout<ModeSMessageFieldFS, 3, 5>, Layout<ModeSMessageFieldID, 13, 19>,
+                   Layout<ModeSMessageFieldMB, 56, 32>, Layout<ModeSMessageFieldME, 56, 32>,
+                   Layout<ModeSMessageFieldMV, 56, 32>, Layout<ModeSMessageFieldPI, 24, 32, 88>,
+                   Layout<ModeSMessageFieldVS, 1, 5>>;
+
+struct FieldName {
+    template <class>
+    static std::string GetName(int index) {
+        const std::string names = "AA AC AF AP CA CF FS ID MB ME MV PI VS";
+        return names.substr(3 * static_cast<std::size_t>(index), 2);
+    }
+};
+
+TYPED_TEST_SUITE(ModeSFieldLayout, Layouts, FieldName);
+
+TYPED_TEST(ModeSFieldLayout, DecodesAtItsPlacesAloneAndOnlyFromWholeFields) {
+    for (std::size_t size = 0; size <= 40; ++size) {
+        for (unsigned pos = 0; pos <= 0xFF; ++pos) {
+            typename TypeParam::Field field;
+            ASSERT_EQ(field.bits(), TypeParam::bits);
+            const bool whole = pos + TypeParam::bits <= 8 * size;
+            const bool good = whole && TypeParam::positions.count(pos) == 1;
+            ASSERT_EQ(field.decode(std::string(size, '\xA5'), static_cast<u8>(pos)), good) << pos;
+            ASSERT_EQ(field.valid(), good) << pos;
+            ASSERT_EQ(field.pos(), whole ? pos : 0);
+        }
+    }
+}
+
+TYPED_TEST(ModeSFieldLayout, ReadsEachOfItsBitsAndNoOther) {
+    for (const unsigned pos : TypeParam::positions) {
+        const unsigned end = pos + TypeParam::bits;
+        for (unsigned bit = 0; bit < 112; ++bit) {
+            typename TypeParam::Field field;
+            const std::string frame = test::inverted(std::string(14, '\0'), {bit});
+            ASSERT_TRUE(field.decode(frame.data(), frame.size(), static_cast<u8>(pos)));
+            const u64 own = bit >= pos && bit < end ? u64{1} << (end - 1 - bit) : 0;
+            ASSERT_EQ(field.description(), textOf<typename TypeParam::Field>(own)) << bit;
+        }
+    }
+}
+
+TYPED_TEST(ModeSFieldLayout, KeepsItsStateForAShortFrameOnly) {
+    typename TypeParam::Field field;
+    const auto pos = static_cast<u8>(*TypeParam::positions.begin());
+    ASSERT_TRUE(field.decode(std::string(14, '\xFF'), pos));
+    EXPECT_FALSE(field.decode("", pos));
+    EXPECT_FALSE(field.decode(nullptr, 0, pos));
+    EXPECT_TRUE(field.valid());
+    typename TypeParam::Field copy(field);
+    EXPECT_FALSE(field.decode(std::string(14, '\0'), static_cast<u8>(pos + 1)));
+    EXPECT_FALSE(field.valid());
+    EXPECT_EQ(field.pos(), pos + 1);
+    EXPECT_EQ(field.description(), copy.description()) << "the value stays in either case";
+    field = std::move(copy);
+    EXPECT_TRUE(field.valid());
+    EXPECT_EQ(field.pos(), pos);
+}
+
+TEST(ModeSField, NamesEveryDesignator) {
+    struct Row {
+        int designator;
+        const char* name;
+        const char* fullName;
+    };
+    const Row rows[] = {
+        {0, "AA", "Address announced"},
+        {1, "AC", "Altitude code"},
+        {2, "AF", "Application field"},
+        {3, "AP", "Address/parity"},
+        {4, "CA", "Capability"},
+        {5, "CF", "Control field"},
+        {6, "DR", "Data selector"},
+        {7, "FS", "Flight status"},
+        {8, "ID", "Identity"},
+        {9, "MB", "Message, Comm-B"},
+        {10, "ME", "Message, extended squitter"},
+        {11, "MV", "Message, ACAS"},
+        {12, "PI", "Parity/interrogator identifier"},
+        {13, "UM", "Utility message"},
+        {14, "VS", "Vertical status"},
+        {15, "--", "Unknown field"},
+        {16, "--", "Unknown field"},
+        {-1, "--", "Unknown field"},
+    };
+    for (const Row& row : rows) {
+        const auto designator = static_cast<ModeSMessageField::Designator>(row.designator);
+        EXPECT_EQ(ModeSMessageField::designatorName(designator), row.name);
+        EXPECT_EQ(ModeSMessageField::designatorFullName(designator), row.fullName);
+    }
+}
+
+TEST(ModeSField, DescribesItselfByItsNamesInTheBase) {
+    const ModeSMessageFieldPI field;
+    EXPECT_EQ(field.designator(), ModeSMessageField::PI);
+    EXPECT_EQ(field.name(), "PI");
+    EXPECT_EQ(field.fullName(), "Parity/interrogator identifier");
+    EXPECT_EQ(field.ModeSMessageField::description(), "PI:Parity/interrogator identifier");
+}
+
+template <class Field>
+Field decoded(const std::string& frame, u8 pos) {
+    Field field;
+    EXPECT_TRUE(field.decode(frame, pos));
+    return field;
+}
+
+TEST(ModeSField, GivesItsValue) {
+    for (unsigned i = 0; i < 8; ++i) {
+        const std::string frame = test::head(31, i, 0xABCDEF);
+        EXPECT_EQ(decoded<ModeSMessageFieldAF>(frame, 5).code(), i);
+        EXPECT_EQ(decoded<ModeSMessageFieldCA>(frame, 5).capability(), i);
+        EXPECT_EQ(decoded<ModeSMessageFieldCF>(frame, 5).code(), i);
+        EXPECT_EQ(decoded<ModeSMessageFieldFS>(frame, 5).flightStatus(), static_cast<i32>(i));
+        EXPECT_EQ(decoded<ModeSMessageFieldFS>(frame, 5).description(), flightStatus(i));
+        EXPECT_EQ(decoded<ModeSMessageFieldVS>(frame, 5).verticalStatus(), i < 4 ? 0 : 1);
+        EXPECT_EQ(decoded<ModeSMessageFieldAA>(frame, 8).icaoAddress(), 0xABCDEFU);
+    }
+    const std::string frame = "00 00 00 00 00 0A 00 FF 10 00 00"_hex;
+    EXPECT_EQ(decoded<ModeSMessageFieldMB>(frame, 32).data(), frame.substr(4));
+    EXPECT_EQ(decoded<ModeSMessageFieldME>(frame, 32).data(), frame.substr(4));
+    EXPECT_EQ(decoded<ModeSMessageFieldMV>(frame, 32).data(), frame.substr(4));
+}
+
+TEST(ModeSField, KnowsNothingBeforeItsFirstDecode) {
+    EXPECT_EQ(ModeSMessageFieldFS().flightStatus(), ModeSMessageFieldFS::Unknown);
+    EXPECT_EQ(ModeSMessageFieldVS().verticalStatus(), ModeSMessageFieldVS::Airborne);
+    EXPECT_EQ(ModeSMessageFieldAA().icaoAddress(), 0U);
+    EXPECT_EQ(ModeSMessageFieldMB().data() + ModeSMessageFieldME().data(), "");
+    EXPECT_FALSE(ModeSMessageFieldPI().valid());
+    EXPECT_EQ(ModeSMessageFieldPI().pos(), 0);
+}
+
+TEST(ModeSField, ReadsKnownAltitudesAndIdentities) {
+    struct Row {
+        std::string bytes2And3;
+        std::string altitude;
+        AltitudeResolution resolution;
+        ALtitudeUnit unit;
+        std::string identity;
+    };
+    const Row rows[] = {
+        {"17 18"_hex, "36000", Resolution25Ft, Feet, "2271"},
+        {"17 08"_hex, "147000", Resolution100Ft, Feet, "2270"},
+        {"17 58"_hex, "36000", Resolution25Ft, Metres, "2271"},
+        {"1F BF"_hex, "50175", Resolution25Ft, Feet, "7777"},
+        {"1F AF"_hex, "203700", Resolution100Ft, Feet, "7776"},
+        {"00 00"_hex, "-1000", Resolution100Ft, Feet, "0000"},
+        {"1F FF"_hex, "50175", Resolution25Ft, Metres, "7777"},
+        {"0A AA"_hex, "68800", Resolution100Ft, Feet, "7700"},
+    };
+    for (const Row& row : rows) {
+        const auto ac = decoded<ModeSMessageFieldAC>("FF FF"_hex + row.bytes2And3, 19);
+        const auto id = decoded<ModeSMessageFieldID>("FF FF"_hex + row.bytes2And3, 19);
+        EXPECT_EQ(ac.description(), row.altitude);
+        EXPECT_EQ(ac.altitudeResolution(), row.resolution);
+        EXPECT_EQ(ac.altitudeUnit(), row.unit);
+        EXPECT_EQ(id.description(), row.identity);
+    }
+}
+
+TEST(ModeSField, OverlaysComeApartEitherWay) {
+    const std::string frame = "00 00 00 00 12 34 56"_hex;
+    ModeSMessageFieldAP ap;
+    ap.decode(frame, 32);
+    EXPECT_EQ(ap.parity() | ap.icaoAddress(), 0U) << "reading takes nothing apart";
+    EXPECT_EQ(ap.setParity(0x0000FF), 0x1234A9U);
+    EXPECT_EQ(ap.parity(), 0x0000FFU);
+    EXPECT_EQ(ap.icaoAddress(), 0x1234A9U);
+    EXPECT_EQ(ap.addressParityHexString(), "123456");
+
+    ModeSMessageFieldPI pi;
+    pi.decode(frame, 32);
+    EXPECT_EQ(pi.setInterrogatorId(0x000006), 0x123450U);
+    EXPECT_EQ(pi.parity(), 0x123450U);
+    EXPECT_EQ(pi.interrogatorId(), 6U);
+    EXPECT_EQ(pi.setParity(0x123400), 0x56U);
+    EXPECT_EQ(pi.parity(), 0x123400U);
+    EXPECT_EQ(pi.interrogatorId(), 0x56U);
+    EXPECT_EQ(pi.parityInterrogatorIdHexString(), "123456");
+}
+
+TEST(ModeSField, InterrogatorIdentifiersRunFrom0To79) {
+    ModeSMessageFieldPI pi;
+    const auto valid = [&pi](u32 identifier) {
+        pi.setInterrogatorId(identifier);
+        return pi.interrogatorIdValid();
+    };
+    for (u32 identifier = 0; identifier < 0x10000; ++identifier) {
+        ASSERT_EQ(valid(identifier), identifier <= 79) << identifier;
+    }
+    for (unsigned bit = 7; bit < 32; ++bit) {
+        EXPECT_FALSE(valid(1U << bit)) << bit;
+    }
+}
+
+} // namespace
+} // namespace tolvarin::ondrel
