@@ -1,0 +1,30 @@
+#pragma once
+
+#include "apps/command.h"
+#include "apps/decoded_reply.h"
+#include "apps/recording_source.h"
+
+#include <ondrel/types.h>
+
+#include <optional>
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// `ondrel decode`: every reply of a recording as a line of text or JSON.
+class DecodeCommand final : public Command {
+public:
+    explicit DecodeCommand(CLI::App& program);
+
+    int run() override;
+
+private:
+    std::string form(const DecodedReply& decoded) const;
+
+    RecordingOptions _recording;
+    std::optional<MOPSVersion> _version;
+    bool _json = false;
+    bool _fields = false;
+};
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+namespace tolvarin::ondrel::client {
+
+/// Ends the program with a message and status 1. The text says what could not be done, and why.
+class Failure : public std::runtime_error {
+public:
+    explicit Failure(const std::string& text) : std::runtime_error(text) {}
+
+    /// "cannot open x: No such file or directory"; `error` is an errno value.
+    Failure(const std::string& text, int error)
+        : std::runtime_error(text + ": " + std::generic_category().message(error)) {}
+};
+
+} // namespace tolvarin::ondrel::client

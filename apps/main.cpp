@@ -1,0 +1,77 @@
+#include "apps/decode_command.h"
+#include "apps/file.h"
+#include "apps/simulate_command.h"
+
+#include <ondrel/ondrel.h>
+
+#include <csignal>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+enum Status : int {
+    Done = 0,
+    Failed = 1,
+    WrongUsage = 2,
+};
+
+/// What CLI11 has to say of a wrong command line, in the words of this program.
+std::string complaint(const CLI::App* program, const CLI::Error& error) {
+    std::string command = program->get_name();
+    for (const CLI::App* chosen : program->get_subcommands()) {
+        command += " " + chosen->get_name();
+    }
+    std::string text = error.what();
+    if (program->get_subcommands().empty() && program->remaining_size() > 0) {
+        text = "there is no '" + program->remaining().front() + "'";
+    }
+    return command + ": " + text + "\nTry " + command + " --help\n";
+}
+
+int runChosen(const std::vector<Command*>& commands) {
+    for (Command* command : commands) {
+        if (command->chosen()) {
+            return command->run();
+        }
+    }
+    return WrongUsage;
+}
+
+int runProgram(int argc, const char* const* argv) {
+    CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
+    program.footer("Try ondrel SUBCOMMAND --help");
+    program.set_version_flag("--version", "ondrel " + Ondrel::version());
+    program.failure_message(complaint);
+    program.require_subcommand(1);
+    DecodeCommand decode(program);
+    SimulateCommand simulate(program);
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& answer) { // also a wish for help
+        return program.exit(answer) == 0 ? Done : WrongUsage;
+    }
+    return runChosen({&decode, &simulate});
+}
+
+} // namespace
+
+} // namespace tolvarin::ondrel::client
+
+int main(int argc, char** argv) {
+    using namespace tolvarin::ondrel::client;
+    try {
+        // A write into a closed pipe then gives an error, which File::write looks at.
+        static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+        return runProgram(argc, argv);
+    } catch (const OutputClosed&) {
+        return Done;
+    } catch (const std::exception& error) {
+        std::cerr << "ondrel: " << error.what() << '\n';
+        return Failed;
+    }
+}

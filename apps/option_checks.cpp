@@ -1,0 +1,52 @@
+#include "apps/option_checks.h"
+
+#include <charconv>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <type_traits>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+/// The text as a number if it is one, whole and nothing else.
+template <class Number>
+std::optional<Number> parsed(const std::string& text) {
+    Number value{};
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value);
+    if (result.ec != std::errc() || result.ptr != end) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+template <class Number>
+CLI::Validator range(const std::string& kind, Number low, Number high) {
+    std::ostringstream expected;
+    expected << kind << " from " << low << " to " << high;
+    const auto check = [low, high, wanted = expected.str()](std::string& text) -> std::string {
+        const auto value = parsed<Number>(text);
+        if (!value || !(*value >= low && *value <= high)) { // which holds for no NaN
+            return "expected " + wanted + ", not '" + text + "'";
+        }
+        if constexpr (std::is_integral_v<Number>) {
+            text = std::to_string(*value); // CLI11 takes a leading 0 for that of an octal number
+        }
+        return {};
+    };
+    return CLI::Validator(check, "");
+}
+
+} // namespace
+
+CLI::Validator wholeNumber(u64 low, u64 high) {
+    return range("a whole number", low, high);
+}
+
+CLI::Validator number(double low, double high) {
+    return range("a number", low, high);
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "apps/decoded_reply.h"
+
+#include <ondrel/types.h>
+
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// Seconds with three decimals: 1500 is "1.500".
+std::string secondsText(u64 milliseconds);
+
+/// A reply as one line in columns, without a line end: stamp, format, address, confidence and
+/// description, that of its payload behind a bar, and at the end whether it was repaired. Of a
+/// refused reply, the bytes.
+std::string textForm(const DecodedReply& decoded);
+
+/// The fields of a reply and those of its payload, one an indented line, each with a line end:
+/// position, width, name and value. Nothing for a refused reply.
+std::string fieldsForm(const DecodedReply& decoded);
+
+} // namespace tolvarin::ondrel::client
