@@ -1,6 +1,5 @@
 #include "apps/decoded_reply.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <utility>
@@ -16,9 +15,9 @@ std::string DecodedReply::formatName() const {
 }
 
 DecodedReply decodeReply(ModeSDecoder& decoder, Reply reply) {
-    // 0 says that there is no stamp, so the first millisecond of a counter counts as its second.
-    const u64 stamp = reply.stampMs ? std::max<u64>(*reply.stampMs, 1) : 0;
-    const ModeSMessage* message = decoder.decode(ModeSMessage::Downlink, reply.bytes, stamp);
+    // The decoder takes 0 for a reply without a stamp.
+    const ModeSMessage* message =
+        decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0));
     // Downlink messages are of a downlink format.
     return {std::move(reply),
             std::unique_ptr<const DFMessage>(static_cast<const DFMessage*>(message)), std::nullopt};

@@ -1,6 +1,7 @@
 #include "apps/file.h"
 
 #include "apps/failure.h"
+#include "apps/interruption.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -61,7 +62,13 @@ File::~File() {
 }
 
 std::size_t File::read(char* target, std::size_t size) {
-    const ssize_t count = uninterrupted([&] { return ::read(_descriptor, target, size); });
+    ssize_t count = ::read(_descriptor, target, size);
+    while (count < 0 && errno == EINTR) {
+        if (interrupted()) {
+            return 0;
+        }
+        count = ::read(_descriptor, target, size);
+    }
     if (count < 0) {
         throw Failure("cannot read " + _name, errno);
     }

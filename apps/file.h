@@ -31,7 +31,8 @@ public:
     File& operator=(File&&) = delete;
     ~File();
 
-    /// Waits for at least one byte and reads at most `size`; 0 at the end of the file.
+    /// Waits for at least one byte and reads at most `size`; 0 at the end of the file, or when the
+    /// user no longer wants to wait (interruption.h).
     std::size_t read(char* target, std::size_t size);
 
     /// Writes all of the text. Throws OutputClosed when that is a pipe that nobody reads.

@@ -2,6 +2,7 @@
 
 #include "apps/columns.h"
 #include "apps/hex.h"
+#include "apps/numbers.h"
 
 #include <cstddef>
 #include <string_view>
@@ -61,12 +62,6 @@ std::string payloadFields(const AdsbPayload& payload) {
 }
 
 } // namespace
-
-std::string secondsText(u64 milliseconds) {
-    const std::string fraction = std::to_string(milliseconds % 1000);
-    return std::to_string(milliseconds / 1000) + "." + std::string(3 - fraction.size(), '0') +
-           fraction;
-}
 
 std::string textForm(const DecodedReply& decoded) {
     if (decoded.refused()) {

@@ -2,14 +2,9 @@
 
 #include "apps/decoded_reply.h"
 
-#include <ondrel/types.h>
-
 #include <string>
 
 namespace tolvarin::ondrel::client {
-
-/// Seconds with three decimals: 1500 is "1.500".
-std::string secondsText(u64 milliseconds);
 
 /// A reply as one line in columns, without a line end: stamp, format, address, confidence and
 /// description, that of its payload behind a bar, and at the end whether it was repaired. Of a

@@ -19,6 +19,7 @@
 #include <cstddef>
 #include <cstring>
 #include <memory>
+#include <numeric>
 #include <random>
 #include <string>
 #include <string_view>
@@ -61,21 +62,23 @@ struct CompactPosition {
           latitude(bits::read<22, 17>(payload)), longitude(bits::read<39, 17>(payload)) {}
 };
 
+/// Any table of one speed for each movement code: to look up is what takes the time.
+const std::array<double, 128> speeds = [] {
+    std::array<double, 128> all{};
+    std::iota(all.begin(), all.end(), 0.5);
+    return all;
+}();
+
 struct SurfacePosition {
     u32 movementCode;
-    double groundSpeed; // left to a table of all codes
+    double groundSpeed;
     double heading;
     CompactPosition position;
 
     explicit SurfacePosition(const std::string& payload)
-        : movementCode(bits::read<5, 7>(payload)), groundSpeed(speeds()[movementCode]),
+        : movementCode(bits::read<5, 7>(payload)), groundSpeed(speeds[movementCode]),
           heading(bits::read<12, 1>(payload) * bits::read<13, 7>(payload) * 2.8125),
           position(payload) {}
-
-    static const std::array<double, 128>& speeds() {
-        static const std::array<double, 128> all{};
-        return all;
-    }
 };
 
 struct AirbornePosition {
@@ -164,7 +167,7 @@ struct Fixed {
 constexpr std::size_t payloadCount = 4096;
 
 std::vector<std::string> payloads(const std::vector<Fixed>& fixed) {
-    std::mt19937_64 random(3); // NOLINT(cert-msc51-cpp): every run measures the same
+    std::mt19937_64 random(3); // NOLINT(cert-msc*): every run measures the same
     std::vector<std::string> all;
     for (std::size_t i = 0; i < payloadCount; ++i) {
         simulator::BitWriter writer(7);
@@ -189,9 +192,18 @@ void payloadFloor(const std::string& payload) {
     benchmark::DoNotOptimize(values);
 }
 
+/// What a benchmark decodes, and what its floor reads of it.
+template <class MessageType, class ValuesType>
+struct Kind {
+    using Message = MessageType;
+    using Values = ValuesType;
+};
+
 /// Decoding of random payloads, which have only `fixed` in common, beside the floor.
-template <class Message, class Values>
-void decodePayload(benchmark::State& state, MOPSVersion version, const std::vector<Fixed>& fixed) {
+template <class Kind>
+void decodePayload(benchmark::State& state, Kind, MOPSVersion version,
+                   const std::vector<Fixed>& fixed) {
+    using Message = typename Kind::Message;
     const std::vector<std::string> all = payloads(fixed);
     const ADSBDecoder decoder;
     const auto decoded = [&](std::size_t i) {
@@ -203,35 +215,35 @@ void decodePayload(benchmark::State& state, MOPSVersion version, const std::vect
     }
     compare(
         state, all.size(), [&](std::size_t i) { benchmark::DoNotOptimize(decoded(i)); },
-        [&](std::size_t i) { payloadFloor<Message, Values>(all[i]); });
+        [&](std::size_t i) { payloadFloor<Message, typename Kind::Values>(all[i]); });
 }
 
-template <class Message, class Values>
-void add(const char* name, MOPSVersion version, const std::vector<Fixed>& fixed) {
-    benchmark::RegisterBenchmark(
-        name,
-        [=](benchmark::State& state) { decodePayload<Message, Values>(state, version, fixed); })
-        ->UseManualTime()
-        ->Iterations(turns);
-}
+constexpr Kind<ADSBIdentityMessage, Identity> identity;
+constexpr Kind<ADSBSurfacePositionMessage, SurfacePosition> surfacePosition;
+constexpr Kind<ADSBAirbornePositionMessageV2, AirbornePosition> airbornePosition;
+constexpr Kind<ADSBAirborneVelocityMessageV0, AirborneVelocity> velocity;
+constexpr Kind<ADSBTestMessage, TestData> testData;
+constexpr Kind<ADSBAircraftStatusMessageV2, AircraftStatus> aircraftStatus;
+constexpr Kind<ADSBTargetStatusMessageV2, TargetStatus> targetStatus;
+constexpr Kind<ADSBAircraftOperationalStatusMessage, OperationalStatus> operationalStatus;
 
-[[maybe_unused]] const bool added = [] {
-    add<ADSBIdentityMessage, Identity>("Payload/Identity", MOPSVersion0, {{0, 5, 4}});
-    add<ADSBSurfacePositionMessage, SurfacePosition>("Payload/SurfacePosition", MOPSVersion0,
-                                                     {{0, 5, 7}});
-    add<ADSBAirbornePositionMessageV2, AirbornePosition>("Payload/AirbornePosition", MOPSVersion2,
-                                                         {{0, 5, 11}});
-    add<ADSBAirborneVelocityMessageV0, AirborneVelocity>("Payload/AirborneVelocity", MOPSVersion0,
-                                                         {{0, 5, 19}, {5, 3, 1}});
-    add<ADSBTestMessage, TestData>("Payload/Test", MOPSVersion0, {{0, 5, 23}, {5, 3, 0}});
-    add<ADSBAircraftStatusMessageV2, AircraftStatus>("Payload/AircraftStatus", MOPSVersion2,
-                                                     {{0, 5, 28}, {5, 3, 1}});
-    add<ADSBTargetStatusMessageV2, TargetStatus>("Payload/TargetStatus", MOPSVersion2,
-                                                 {{0, 5, 29}, {5, 2, 1}});
-    add<ADSBAircraftOperationalStatusMessage, OperationalStatus>(
-        "Payload/OperationalStatus", MOPSVersion2, {{0, 5, 31}, {40, 3, 2}});
-    return true;
-}();
+BENCHMARK_CAPTURE(decodePayload, Identity, identity, MOPSVersion0, {{0, 5, 4}})->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, SurfacePosition, surfacePosition, MOPSVersion0, {{0, 5, 7}})
+    ->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, AirbornePosition, airbornePosition, MOPSVersion2, {{0, 5, 11}})
+    ->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, AirborneVelocity, velocity, MOPSVersion0, {{0, 5, 19}, {5, 3, 1}})
+    ->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, Test, testData, MOPSVersion0, {{0, 5, 23}, {5, 3, 0}})
+    ->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, AircraftStatus, aircraftStatus, MOPSVersion2,
+                  {{0, 5, 28}, {5, 3, 1}})
+    ->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, TargetStatus, targetStatus, MOPSVersion2, {{0, 5, 29}, {5, 2, 1}})
+    ->Apply(inTurns);
+BENCHMARK_CAPTURE(decodePayload, OperationalStatus, operationalStatus, MOPSVersion2,
+                  {{0, 5, 31}, {40, 3, 2}})
+    ->Apply(inTurns);
 
 } // namespace
 } // namespace tolvarin::ondrel::bench

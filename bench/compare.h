@@ -20,9 +20,12 @@
 
 namespace tolvarin::ondrel::bench {
 
-/// What every benchmark that compares is registered with: so many turns, and its own clock.
+/// Turns of each benchmark.
+constexpr int turns = 100;
+
+/// What every benchmark that compares is registered with: so many turns, timed by itself.
 inline void inTurns(benchmark::internal::Benchmark* registered) {
-    registered->UseManualTime()->Iterations(100);
+    registered->UseManualTime()->Iterations(turns);
 }
 
 /// Seconds for one item, measured over `count` calls of `work` with their number.

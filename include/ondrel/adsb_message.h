@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel {
@@ -68,7 +69,9 @@ public:
 
     /// A field of `bits` bits at the ME position `pos`: 0 is the top bit of the first ME byte. It
     /// is valid when it has a width and a designator other than UNKNOWN_FIELD.
-    ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description);
+    ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description)
+        : _designator(designator), _pos(pos), _bits(bits),
+          _valid(bits >= 1 && designator != UNKNOWN_FIELD), _description(std::move(description)) {}
 
     Designator designator() const { return _designator; }
     u8 pos() const { return _pos; }
@@ -182,6 +185,7 @@ protected:
 
     /// Appends to the field list; decode() puts it in order.
     void addField(const ADSBMessageField& field);
+    void addField(ADSBMessageField&& field);
 
     /// Reads a wire field and adds it with its value in decimal; gives the value. For the library's
     /// own messages.

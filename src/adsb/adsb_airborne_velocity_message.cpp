@@ -95,10 +95,8 @@ void ADSBAirborneVelocityMessage::decodeGroundVelocity() {
     const i32 scale = _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1;
     const i32 east = component(eastWest, westward, scale);
     const i32 north = component(northSouth, southward, scale);
-    if (east != 0 || north != 0) {
-        _groundSpeed = std::sqrt(static_cast<double>(east * east + north * north));
-        _heading = direction(east, north);
-    }
+    _groundSpeed = std::sqrt(static_cast<double>(east * east + north * north));
+    _heading = direction(east, north); // of integers: a zero has no sign, and 0, 0 gives 0
 }
 
 /// A code of 0 stands for a rate that is not available.

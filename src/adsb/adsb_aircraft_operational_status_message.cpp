@@ -32,7 +32,7 @@ bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unsupported MOPS Version %u detected.",
                  unsigned{_versionNumber});
     }
-    addDecimal(layout::versionNumber);
+    addField(layout::versionNumber.shown(std::to_string(_versionNumber)));
     _nicSupplementA = addDecimal(layout::nicSupplementA) != 0;
     return true;
 }

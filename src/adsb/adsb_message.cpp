@@ -67,10 +67,6 @@ const std::string noDescription = "NO_DESCRIPTION";
 
 // ADSBMessageField
 
-ADSBMessageField::ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description)
-    : _designator(designator), _pos(pos), _bits(bits),
-      _valid(bits >= 1 && designator != UNKNOWN_FIELD), _description(std::move(description)) {}
-
 const std::string& ADSBMessageField::description() const {
     return _description.empty() ? noDescription : _description;
 }
@@ -158,11 +154,18 @@ void ADSBMessage::addField(const ADSBMessageField& field) {
     _fields.push_back(field);
 }
 
+void ADSBMessage::addField(ADSBMessageField&& field) {
+    _fields.push_back(std::move(field));
+}
+
 /// Moves every field behind the first `sorted` to its place: nothing is allocated, and few move.
 void ADSBMessage::sortFields(std::size_t sorted) {
     const auto isBefore = [](u8 pos, const ADSBMessageField& field) { return pos < field.pos(); };
     for (std::size_t i = sorted; i < _fields.size(); ++i) {
         const auto added = _fields.begin() + static_cast<std::ptrdiff_t>(i);
+        if (i == 0 || added->pos() >= (added - 1)->pos()) {
+            continue; // most are added in order
+        }
         const auto place = std::upper_bound(_fields.begin(), added, added->pos(), isBefore);
         std::rotate(place, added, added + 1);
     }

@@ -32,7 +32,7 @@ bool ADSBTargetStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
         return false;
     }
-    addDecimal(layout::subtype);
+    addField(layout::subtype.shown(std::to_string(_subtype)));
     _nacp = static_cast<u8>(addDecimal(layout::nacp));
     _nicBaro = static_cast<u8>(addDecimal(layout::nicBaro));
     _sil = static_cast<u8>(addDecimal(layout::sil));

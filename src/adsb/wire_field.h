@@ -8,6 +8,7 @@
 #include "bits.h"
 
 #include <string>
+#include <utility>
 
 namespace tolvarin::ondrel {
 

@@ -15,13 +15,17 @@
 
 #include <gtest/gtest.h>
 
+#include <bitset>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
 #include <random>
+#include <string>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
+#include <vector>
 
 namespace tolvarin::ondrel {
 namespace {

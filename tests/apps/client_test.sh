@@ -80,7 +80,7 @@ expect_line "read as of version 0" out '.* \| TC=AC_STATUS, ST=EMG, EMG=0'
 run decode --mops 2 emergency.txt
 expect_line "read as of version 2" out '.* \| TC=AC_STATUS, ST=EMG, EMG=0, MA=6513'
 run decode --mops 2 --fields emergency.txt
-expect "a line for each field" "1 1 4 1 6" "$(grep -c '^ *- ' out) $(grep -cx '    DF-17' out) \
+expect "a line for each field" "1 1 4 1 5" "$(grep -c '^ *- ' out) $(grep -cx '    DF-17' out) \
 $(sed -n '3,6p' out | grep -cE '^ {6,7}[0-9]+  +[0-9]+  [A-Z]+ ') $(grep -c '^    ME, ' out) \
 $(sed -n '8,$p' out | grep -cE '^ {6,7}[0-9]+  +[0-9]+  [A-Z_]+ ')"
 run decode --mops 2 --json emergency.txt

@@ -67,7 +67,6 @@ TEST(DecodedReply, hasTheStampOfItsLine) {
     const DecodedReply stamped = decodedLast({"1.5," + good});
     EXPECT_EQ(stamped.message->timeStamp(), 1500U);
     EXPECT_EQ(stamped.message->timeSource(), ModeSMessage::External);
-    EXPECT_EQ(decodedLast({"0," + good}).message->timeStamp(), 1U); // 0 would mean none
     EXPECT_EQ(decodedLast({good}).message->timeSource(), ModeSMessage::Internal);
 }
 
@@ -142,8 +141,8 @@ TEST(ProgressBar, leavesNothingBehind) {
         bar.show(0, 4);
         bar.show(0, 4);
     }
-    const std::string text = progressText(0, 4);
-    EXPECT_EQ(terminal.str(), "\r" + text + "\r" + std::string(text.size(), ' ') + "\r");
+    const std::string whole = progressText(0, 4);
+    EXPECT_EQ(terminal.str(), "\r" + whole + "\r" + std::string(whole.size(), ' ') + "\r");
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cctype>
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -44,35 +44,20 @@ const Table version2 = {
     {"16", "B", "2 3 4"},      {"16", "", "2 2 3"},        {"17", "", "1 1 1"},
 };
 
-bool names(const char* typeCodes, unsigned typeCode) {
-    std::istringstream in(typeCodes);
-    for (unsigned code = 0; in >> code;) {
-        if (code == typeCode) {
-            return true;
-        }
-    }
-    return false;
+bool names(const std::string& typeCodes, unsigned typeCode) {
+    return (' ' + typeCodes + ' ').find(' ' + std::to_string(typeCode) + ' ') != std::string::npos;
 }
 
-bool holds(const std::string& condition, const Supplements& supplements) {
-    for (const char letter : condition) {
-        const bool isSet = std::isupper(static_cast<unsigned char>(letter)) != 0;
-        const int which = std::toupper(static_cast<unsigned char>(letter));
-        const Supplement state = which == 'A'   ? supplements.a
-                                 : which == 'B' ? supplements.b
-                                                : supplements.c;
-        if (state != (isSet ? Supplement::Set : Supplement::Clear)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-std::string lookUp(const Table& table, unsigned typeCode, const Supplements& supplements,
+/// `known` has the letter of each supplement that was received, as a condition asks for it.
+std::string lookUp(const Table& table, unsigned typeCode, const std::string& known,
                    const char* nothing) {
-    for (const PublishedRow& row : table) {
-        if (names(row.typeCodes, typeCode) && holds(row.condition, supplements)) {
-            return row.quality;
+    for (const auto& [typeCodes, condition, quality] : table) {
+        const std::string letters = condition;
+        const bool holds = std::all_of(letters.begin(), letters.end(), [&](char letter) {
+            return known.find(letter) != std::string::npos;
+        });
+        if (holds && names(typeCodes, typeCode)) {
+            return quality;
         }
     }
     return nothing;
@@ -84,24 +69,25 @@ std::string textOf(const PositionQuality& quality) {
     return out.str();
 }
 
-std::string textOf(const PositionQualityV0& quality) {
-    std::ostringstream out;
-    out << textOf(static_cast<const PositionQuality&>(quality)) << ' ' << +quality.nacp << ' '
-        << +quality.sil;
-    return out.str();
-}
-
 TEST(QualityIndicators, AreThoseOfThePublishedTables) {
-    constexpr Supplement states[] = {Supplement::Unknown, Supplement::Clear, Supplement::Set};
     for (unsigned typeCode = 0; typeCode < 256; ++typeCode) {
         const auto code = static_cast<u8>(typeCode);
-        EXPECT_EQ(textOf(positionQualityV0(code)), lookUp(version0, typeCode, {}, "0 0 0 0 0"));
+        const PositionQualityV0 early = positionQualityV0(code);
+        std::ostringstream text;
+        text << textOf(early) << ' ' << +early.nacp << ' ' << +early.sil;
+        EXPECT_EQ(text.str(), lookUp(version0, typeCode, "", "0 0 0 0 0")) << typeCode;
         for (int i = 0; i < 27; ++i) {
-            const Supplements s{states[i % 3], states[i / 3 % 3], states[i / 9]};
-            EXPECT_EQ(textOf(positionQualityV1(code, s)), lookUp(version1, typeCode, s, "0 0 0"))
-                << typeCode << " state " << i;
-            EXPECT_EQ(textOf(positionQualityV2(code, s)), lookUp(version2, typeCode, s, "0 0 0"))
-                << typeCode << " state " << i;
+            const auto state = [](int value) { return static_cast<Supplement>(value % 3); };
+            static_assert(static_cast<Supplement>(1) == Supplement::Clear);
+            static_assert(static_cast<Supplement>(2) == Supplement::Set);
+            const Supplements supplements{state(i), state(i / 3), state(i / 9)};
+            const std::string known = {"?aA"[i % 3], "?bB"[i / 3 % 3], "?cC"[i / 9]};
+            EXPECT_EQ(textOf(positionQualityV1(code, supplements)),
+                      lookUp(version1, typeCode, known, "0 0 0"))
+                << typeCode << known;
+            EXPECT_EQ(textOf(positionQualityV2(code, supplements)),
+                      lookUp(version2, typeCode, known, "0 0 0"))
+                << typeCode << known;
         }
     }
 }

@@ -4,7 +4,6 @@
 #include <ondrel/adsb_tracker.h>
 
 #include "quality_indicators.h"
-#include "simulator/cpr_encoder.h"
 #include "simulator/random.h"
 #include "support/bytes.h"
 #include "support/captured_log.h"
@@ -19,9 +18,9 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <limits>
 #include <map>
 #include <memory>
-#include <set>
 #include <sstream>
 #include <utility>
 
@@ -542,165 +541,41 @@ private:
     }
 };
 
-/// Replies and stamps as nobody should send them.
-class Wilderness {
-public:
-    explicit Wilderness(u64 seed) : random(seed) {
-        for (u32 i = 0; i < addresses.size(); ++i) {
-            addresses[i] = i == 0 ? 0 : static_cast<u32>(random.bits() & 0xFFFFFF);
-        }
-    }
+using Act = void (*)(ADSBTargetReport&, u32 any, u64 time);
 
-    /// Mostly a little later than the last one, sometimes another era, or far or near beside it.
-    u64 stamp() {
-        static constexpr std::array<u64, 7> eras = {
-            0, 1, 0x7FFFE000, 0xFFFFE000, 0x17FFFE000, 1700000000000, ~u64{0} - 5000};
-        static constexpr std::array<u64, 6> shifts = {0x80000000,  0x7FFFFFFF, 0x80000001,
-                                                      0x100000000, 10000,      10001};
-        if (random.chance(0.05)) {
-            return random.chance(0.1) ? 0 : _now - random.oneOf(shifts);
-        }
-        if (random.chance(0.1)) {
-            return _now += random.oneOf(shifts);
-        }
-        _now = random.chance(0.003) ? random.oneOf(eras) : _now + random.bits() % 500;
-        return _now;
-    }
-
-    /// Often several in a row of one aircraft, and some of them at the same time.
-    std::unique_ptr<DFMessage> message() {
-        _actor = random.chance(0.6) ? _actor : random.bits() % addresses.size();
-        const std::string frame = this->frame();
-        auto message = test::makeMessage(bits(frame, 1, 5));
-        message->decode(frame);
-        _stamp = random.chance(0.2) ? _stamp : stamp();
-        message->setTimeStamp(_stamp);
-        message->setSignalAmplitude(static_cast<u8>(random.bits()));
-        const auto confidence = static_cast<ModeSMessage::Confidence>(random.bits() % 4);
-        message->setConfidence(random.chance(0.8) ? ModeSMessage::High : confidence);
-        return message;
-    }
-
-    /// A report of the target, as it is or with some data overwritten.
-    ADSBTargetReport report(const ADSBTarget& target) {
-        ADSBTargetReport r = target.report();
-        const auto now = stamp();
-        for (int i = random.between(0, 6); i > 0; --i) {
-            overwrite(r, now);
-        }
-        return r;
-    }
-
-    Random random;
-    std::array<u32, 8> addresses{};
-
-private:
-    static constexpr std::array<u32, 4> codes = {0, 0x0808, 0x1718, 0x1FBF}; // of AC or ID
-    u64 _now = 1;
-    u64 _stamp = 1;
-    std::size_t _actor = 0;
-    bool _odd = false;
-
-    std::string randomBytes(std::size_t size) {
-        std::string bytes(size, '\0');
-        for (char& byte : bytes) {
-            byte = static_cast<char>(random.bits());
-        }
-        return bytes;
-    }
-
-    std::string frame() {
-        static constexpr std::array<unsigned, 18> mix = {0,  4,  5,  11, 16, 17, 17, 17, 17,
-                                                         17, 17, 17, 17, 17, 18, 19, 20, 21};
-        const unsigned format = random.oneOf(mix);
-        const auto status = static_cast<unsigned>(random.bits() % 8);
-        const u32 address = addresses.at(_actor);
-        if (format == 11 || (format >= 17 && format <= 19)) {
-            const std::string me = format == 11 ? "" : payload();
-            return test::withOverlay(test::head(format, status, address) + me, 0);
-        }
-        const u32 code = random.chance(0.5) ? random.oneOf(codes) : random.bits() & 0x1FFF;
-        const std::string tail = test::isLong(format) ? randomBytes(7) : "";
-        return test::withOverlay(test::head(format, status, code) + tail, address);
-    }
-
-    /// Half of the aircraft hardly ever send a sign of a version above 0.
-    std::string payload() {
-        static constexpr std::array<unsigned, 8> early = {1, 4, 5, 19, 19, 23, 24, 11};
-        static constexpr std::array<unsigned, 8> late = {31, 28, 29, 28, 4, 19, 28, 0};
-        if (random.chance(0.6)) {
-            return position();
-        }
-        const bool isEarly = _actor % 2 == 0 && random.chance(0.97);
-        const unsigned code = random.oneOf(isEarly ? early : late);
-        std::string me = randomBytes(7);
-        me[0] = static_cast<char>(code << 3 | (code < 19 ? 3 : random.bits() % 4));
-        const bool knownCallsign = code <= 4 && random.chance(0.7);
-        return knownCallsign ? me.substr(0, 1) + "\x20\x2C\xC3\x71\xC3\x2C" : me;
-    }
-
-    /// Around a place of the aircraft, or anywhere.
-    std::string position() {
-        static constexpr std::array<double, 8> latitudes = {0,    52.3,  -33.9,   86.9999,
-                                                            89.9, -89.9, 10.4704, -14.82815};
-        const double latitude = latitudes.at(_actor) + random.uniform(-1e-3, 1e-3);
-        const double longitude = _actor % 3 == 0 ? 180 + random.uniform(-1e-3, 1e-3) : 13.4;
-        _odd = random.chance(0.2) ? _odd : !_odd;
-        auto cpr = encodeCpr(latitude, longitude, _odd, simulator::CprGrid::Airborne);
-        if (random.chance(0.15)) {
-            cpr = {static_cast<u32>(random.bits() & 0x1FFFF), 65536};
-        }
-        const auto code = static_cast<u64>(random.between(9, 22));
-        const u64 altitude = random.chance(0.6) ? 0xC38 : random.bits() & 0xFFF;
-        const u64 me = code << 51 | (random.bits() & 7) << 48 | altitude << 36 | u64{_odd} << 34 |
-                       u64{cpr.latitude} << 17 | cpr.longitude;
-        return test::word(static_cast<u32>(me >> 32)).substr(1) + test::word(static_cast<u32>(me));
-    }
-
-    void overwrite(ADSBTargetReport& r, u64 now) {
-        const bool flag = random.chance(0.6);
-        const auto any = static_cast<u32>(random.bits());
-        switch (random.between(0, 8)) {
-        case 0:
-            return r.setTrackId(random.oneOf(std::array<u32, 4>{0, 5, 4095, 4096}));
-        case 1:
-            return r.setLastUpdate(random.chance(0.3) ? 0 : now);
-        case 2:
-            r.setCallsign(flag ? std::string(any % 1500, 'X') : std::string("AB\0C", 4));
-            return r.setCallsignLastChange(flag ? now : 0);
-        case 3:
-            r.setEmitterCategory(static_cast<u8>(any));
-            return r.setEmitterCategoryLastChange(flag ? now : 0);
-        case 4:
-            r.setSquawk(flag ? identityCode(random.oneOf(codes)) : any);
-            r.setSquawkValid(true);
-            return r.setSquawkLastUpdate(now);
-        case 5:
-            r.setPosition(random.uniform(-100, 100), std::nan(""));
-            return r.setPositionValid(flag);
-        case 6:
-            r.setAltitudeBaro(static_cast<i32>(flag ? any : 0x80000000));
-            return r.setAltitudeBaroLastUpdate(now);
-        case 7:
-            return r.setIcaoAddress(random.oneOf(addresses));
-        default:
-            return r.setHeadingValid(flag);
-        }
-    }
+/// What befalls a report on its way.
+constexpr Act tamperings[] = {
+    [](ADSBTargetReport& r, u32 any, u64) {
+        r.setTrackId(any % 2 == 0 ? any % 5 : 4092 + any % 5);
+    },
+    [](ADSBTargetReport& r, u32 any, u64 time) { r.setLastUpdate(any % 3 == 0 ? 0 : time); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setCallsign(std::string(any % 1500, 'X')); },
+    [](ADSBTargetReport& r, u32, u64) { r.setCallsign(std::string("AB\0C", 4)); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setCallsignLastChange(any % 2); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setEmitterCategory(static_cast<u8>(any)); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setSquawk(any % 2 == 0 ? 02220 : any); },
+    [](ADSBTargetReport& r, u32, u64 time) { r.setSquawkLastUpdate(time); },
+    [](ADSBTargetReport& r, u32, u64) { r.setSquawkValid(true); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setPosition(any, std::nan("")); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setPositionValid(any % 2 == 0); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setAltitudeBaro(static_cast<i32>(any)); },
+    [](ADSBTargetReport& r, u32, u64) { r.setAltitudeBaro(std::numeric_limits<i32>::min()); },
+    [](ADSBTargetReport& r, u32, u64 time) { r.setAltitudeBaroLastUpdate(time); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setIcaoAddress(any % 8); },
+    [](ADSBTargetReport& r, u32 any, u64) { r.setIcaoAddressValid(any % 2 == 0); },
 };
 
-/// Three trackers and their models, which live the same life.
+/// Three trackers and their models, which live the same life. The addresses are 0 to 7.
 class TwoWorlds {
 public:
-    explicit TwoWorlds(u64 seed) : _wild(seed) { _chronicle.log.take(); }
+    explicit TwoWorlds(u64 seed) : _random(seed) { _chronicle.log.take(); }
 
     void live(int steps) {
         for (int i = 0; i < steps && !testing::Test::HasFailure(); ++i) {
-            World& world = anyWorld();
-            if (_wild.random.chance(0.92)) {
-                takeMessage(world);
+            if (_random.chance(0.92)) {
+                takeMessage(anyWorld());
             } else {
-                intervene(world, _wild.random.between(0, 15));
+                intervene(anyWorld(), anyWorld());
             }
             if (i % 16 == 0) {
                 for (World& each : _worlds) {
@@ -719,19 +594,68 @@ private:
     };
 
     Chronicle _chronicle;
-    Wilderness _wild;
+    Random _random;
     std::array<World, 3> _worlds{
         {{{}, Model(_chronicle)}, {{}, Model(_chronicle)}, {{}, Model(_chronicle)}}};
+    u64 _now = 1;
+    u64 _stamp = 1;
+    u32 _address = 0;
 
-    World& anyWorld() { return _worlds.at(_wild.random.bits() % _worlds.size()); }
+    World& anyWorld() { return _worlds.at(_random.bits() % _worlds.size()); }
+    u32 any() { return static_cast<u32>(_random.bits()); }
+
+    /// Mostly a little later than the last one; sometimes another era, or far or near beside it.
+    u64 stamp() {
+        static constexpr std::array<u64, 7> eras = {
+            0, 1, 0x7FFFE000, 0xFFFFE000, 0x17FFFE000, 1700000000000, ~u64{0} - 5000};
+        static constexpr std::array<u64, 6> shifts = {0x80000000,  0x7FFFFFFF, 0x80000001,
+                                                      0x100000000, 10000,      10001};
+        if (_random.chance(0.05)) {
+            return _random.chance(0.1) ? 0 : _now - _random.oneOf(shifts);
+        }
+        if (_random.chance(0.1)) {
+            return _now += _random.oneOf(shifts);
+        }
+        return _now = _random.chance(0.003) ? _random.oneOf(eras) : _now + any() % 500;
+    }
+
+    /// Random bits with a type code of some use. Even addresses hardly ever send a sign of a
+    /// version above 0.
+    std::string payload() {
+        static constexpr std::array<unsigned, 8> early = {1, 4, 5, 19, 19, 23, 24, 11};
+        static constexpr std::array<unsigned, 8> late = {31, 28, 29, 28, 4, 19, 28, 0};
+        const bool isEarly = _address % 2 == 0 && _random.chance(0.97);
+        const u32 code =
+            _random.chance(0.6) ? 9 + any() % 14 : _random.oneOf(isEarly ? early : late);
+        std::string me = test::word(any()) + test::word(any()).substr(1);
+        me[0] = static_cast<char>(code << 3 | (code < 19 ? any() % 8 : any() % 4));
+        if (_random.chance(0.6) && code != 31) {
+            me.replace(1, 2, "\xC3\x80"); // the altitude, or half a callsign, that all know
+        }
+        return me;
+    }
+
+    std::string frame() {
+        static constexpr std::array<unsigned, 16> formats = {0,  4,  5,  11, 16, 17, 17, 17,
+                                                             17, 17, 17, 17, 18, 19, 20, 21};
+        static constexpr std::array<u32, 4> codes = {0, 0x0808, 0x1718, 0x1FBF}; // AC or ID
+        const unsigned format = _random.oneOf(formats);
+        if (format == 11 || (format >= 17 && format <= 19)) {
+            const std::string me = format == 11 ? "" : payload();
+            return test::withOverlay(test::head(format, any() % 8, _address) + me, 0);
+        }
+        const u32 code = _random.chance(0.5) ? _random.oneOf(codes) : any() & 0x1FFF;
+        const std::string tail = test::isLong(format) ? "longer!" : "";
+        return test::withOverlay(test::head(format, any() % 8, code) + tail, _address);
+    }
 
     /// The library speaks first, then the model.
     template <class Act, class Follow>
     void both(Act act, Follow follow) {
+        _chronicle.log.take();
         const auto result = act();
         const Lines said = _chronicle.log.take();
-        const auto expected = follow();
-        compare(result, expected);
+        compare(result, follow());
         EXPECT_EQ(said, std::exchange(_chronicle.lines, {}));
     }
 
@@ -749,48 +673,54 @@ private:
         }
     }
 
+    /// Often several in a row of one aircraft, and some of them at the same time.
     void takeMessage(World& world) {
-        const auto message = _wild.message();
-        _chronicle.log.take(); // what the message says of itself
+        _address = _random.chance(0.6) ? _address : any() % 8;
+        const std::string frame = this->frame();
+        const auto message = test::makeMessage(bits(frame, 1, 5));
+        message->decode(frame);
+        _stamp = _random.chance(0.2) ? _stamp : stamp();
+        message->setTimeStamp(_stamp);
+        message->setSignalAmplitude(static_cast<u8>(any()));
+        const auto confidence = static_cast<ModeSMessage::Confidence>(any() % 4);
+        message->setConfidence(_random.chance(0.8) ? ModeSMessage::High : confidence);
         both([&] { return world.tracker.procModeSMsg(message.get()); },
              [&] { return world.model.take(*message); });
     }
 
-    void intervene(World& world, int what) {
-        World& other = anyWorld();
-        const u64 time = _wild.stamp();
+    void intervene(World& world, World& other) {
+        const u64 time = stamp();
         const auto targets = other.tracker.allTargets();
-        if (what <= 10) {
-            const ADSBTarget nobody(_wild.addresses[3]);
-            const ADSBTargetReport report =
-                _wild.report(targets.empty() ? nobody : targets[time % targets.size()]);
+        const ADSBTarget chosen = targets.empty() ? ADSBTarget(3) : targets[time % targets.size()];
+        const int what = _random.between(0, 17);
+        if (what <= 12) {
+            ADSBTargetReport report = chosen.report();
+            for (int i = _random.between(0, 6); i > 0; --i) {
+                tamperings[any() % std::size(tamperings)](report, any(), time);
+            }
             both([&] { return world.tracker.procTargetReport(&report); },
                  [&] { return world.model.take(report); });
-        } else if (what == 11) {
-            const u64 until = targets.empty() ? 0 : targets[time % targets.size()].lastUpdate();
+        } else if (what == 13) {
+            const u64 until = chosen.lastUpdate();
             both([&] { return world.tracker.killTargets(until); },
                  [&] { return world.model.kill(until); });
-        } else if (what == 12) {
-            const u64 to = time % 2 == 0 ? ~u64{0} : time + 9000;
-            const auto since = [&](u64 update) { return update > time && update <= to; };
-            both(
-                [&] {
-                    return to == ~u64{0} ? world.tracker.allTargetsSince(time)
-                                         : world.tracker.allTargetsSince(time, to);
-                },
-                [&] { return world.model.those(since); });
-        } else if (what <= 14) {
-            world.model.checking = time % 4 != 0;
-            world.model.checkingSeconds = static_cast<u32>(time % 16 == 1 ? ~u64{0} : time % 8);
-            world.model.checkingLimit = static_cast<u32>(time % 16 == 2 ? 0x80000000 : time % 3000);
-            world.tracker.setAltituteBaroChecking(world.model.checking, world.model.checkingSeconds,
-                                                  world.model.checkingLimit);
+        } else if (what == 14) {
+            const u64 from = chosen.lastUpdate();
+            both([&] { return world.tracker.allTargetsSince(from, time); },
+                 [&] { return world.model.those([=](u64 t) { return t > from && t <= time; }); });
+        } else if (what <= 16) {
+            Model& model = world.model;
+            model.checking = time % 4 != 0;
+            model.checkingSeconds = time % 16 == 1 ? 0xFFFFFFFF : any() % 8;
+            model.checkingLimit = time % 16 == 2 ? 0x80000000 : any() % 3000;
+            world.tracker.setAltituteBaroChecking(model.checking, model.checkingSeconds,
+                                                  model.checkingLimit);
         } else {
-            replace(world, other, time % 5);
+            replace(world, other, any() % 5);
         }
     }
 
-    void replace(World& world, World& other, u64 how) {
+    void replace(World& world, World& other, u32 how) {
         if (how == 0) {
             world.tracker.reset();
             world.model.reset();

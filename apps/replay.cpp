@@ -1,0 +1,56 @@
+#include "apps/replay.h"
+
+#include "apps/interruption.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace tolvarin::ondrel::client {
+
+u64 systemMilliseconds() {
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    return static_cast<u64>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
+}
+
+void Stamping::stamp(Reply& reply) {
+    if (_last == 0) {
+        _byClock = !reply.stampMs;
+    }
+    if (_byClock) {
+        reply.stampMs = _clock();
+    }
+    _last = std::max<u64>(1, reply.stampMs.value_or(_last));
+    reply.stampMs = _last;
+}
+
+bool Periods::ended(u64 stampMs) {
+    if (!_begin) {
+        _begin = stampMs;
+    }
+    if (stampMs < *_begin || stampMs - *_begin < _length) {
+        return false;
+    }
+    *_begin += (stampMs - *_begin) / _length * _length;
+    return true;
+}
+
+void Pace::waitFor(u64 stampMs) {
+    if (!_firstStamp) {
+        _firstStamp = stampMs;
+        _start = Clock::now();
+    }
+    const u64 recorded = stampMs - std::min(stampMs, *_firstStamp);
+    const Seconds due(static_cast<double>(recorded) / 1000 / _factor);
+    // A signal does not end a sleep, so none is long.
+    constexpr Seconds longestSleep(0.1);
+    while (!interrupted()) {
+        const Seconds left = due - Seconds(Clock::now() - _start);
+        if (left.count() <= 0) {
+            return;
+        }
+        _output.flush();
+        std::this_thread::sleep_for(std::min(left, longestSleep));
+    }
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,176 @@
+#include <ondrel/adsb_target_report.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+#include <limits>
+#include <random>
+#include <string>
+
+namespace tolvarin::ondrel {
+namespace {
+
+std::string latitude(double degrees) {
+    ADSBTargetReport report;
+    report.setPosition(degrees, 0);
+    return report.latitudeString();
+}
+
+std::string longitude(double degrees) {
+    ADSBTargetReport report;
+    report.setPosition(0, degrees);
+    return report.longitudeString();
+}
+
+/// A time as the page shows it, in its first row.
+std::string shown(u64 time) {
+    ADSBTargetReport report;
+    report.setLastUpdate(time);
+    const std::string page = report.toHtml("");
+    const std::string before = "<td>0</td>\n        <td>";
+    const std::size_t start = page.find(before) + before.size();
+    return page.substr(start, page.find("</td>", start) - start);
+}
+
+/// The plain way, by the C library.
+std::string plainAngle(double degrees, int width, const char* hemispheres) {
+    const double magnitude = std::fabs(degrees);
+    const int whole = static_cast<int>(magnitude);
+    const double rest = magnitude - whole;
+    const int minutes = static_cast<int>(rest * 60.0);
+    const long seconds = std::lround((rest - minutes / 60.0) * 3600.0);
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%0*d%02d%02ld%c", width, whole, minutes, seconds,
+                  hemispheres[degrees > 0 ? 0 : 1]);
+    return text.data();
+}
+
+void expectPlain(double degrees) {
+    ASSERT_EQ(longitude(degrees), plainAngle(degrees, 3, "EW")) << degrees;
+    if (std::fabs(degrees) <= 90) {
+        ASSERT_EQ(latitude(degrees), plainAngle(degrees, 2, "NS")) << degrees;
+    }
+}
+
+TEST(ReportText, WritesAngles) {
+    const std::pair<double, const char*> latitudes[] = {
+        {52.5, "523000N"},
+        {-33.8688, "335208S"},
+        {10.1, "100560N"},
+        {1.99999, "015960N"},
+        {0.0, "000000S"},
+        {-0.0, "000000S"},
+        {90.0, "900000N"},
+        {-90.0, "900000S"},
+        {5e-324, "000000N"},
+        {122.25, "1221500N"},
+        {2147483647.0, "21474836470000N"},
+        {2147483648.0, "-------"},
+        {1e300, "-------"},
+        {std::nan(""), "-------"},
+        {-std::numeric_limits<double>::infinity(), "-------"},
+    };
+    for (const auto& [degrees, text] : latitudes) {
+        EXPECT_EQ(latitude(degrees), text) << degrees;
+    }
+    EXPECT_EQ(longitude(116.3972), "1162350E");
+    EXPECT_EQ(longitude(-4.25), "0041500W");
+    EXPECT_EQ(longitude(-180.0), "1800000W");
+    EXPECT_EQ(longitude(std::nan("")), "--------");
+    ADSBTargetReport report;
+    EXPECT_EQ(report.positionString(), "000000S0000000W");
+    report.setPosition(52.5, -4.25);
+    EXPECT_EQ(report.positionString(), "523000N0041500W");
+}
+
+// Every whole minute, every whole second, and the doubles around them.
+TEST(ReportText, WritesAllAnglesAsThePlainWayDoes) {
+    for (int seconds = 0; seconds <= 180 * 3600; ++seconds) {
+        const double degrees = seconds / 3600.0;
+        expectPlain(degrees);
+        if (seconds % 60 == 0) {
+            const double minutes = seconds / 3600 + seconds / 60 % 60 / 60.0;
+            for (const double angle : {degrees, minutes}) {
+                expectPlain(-angle);
+                expectPlain(std::nextafter(angle, 1000));
+                expectPlain(std::nextafter(angle, -1000));
+            }
+        }
+    }
+    for (double degrees = -180; degrees < 180; degrees += 0.00173) {
+        expectPlain(degrees);
+    }
+}
+
+TEST(ReportText, WritesTimes) {
+    const std::pair<u64, const char*> times[] = {
+        {0, ""},
+        {1, "1970-01-01T00:00:00.001Z"},
+        {1000, "1970-01-01T00:00:01.000Z"},
+        {86399999, "1970-01-01T23:59:59.999Z"},
+        {86400000, "1970-01-02T00:00:00.000Z"},
+        {951782400000, "2000-02-29T00:00:00.000Z"},
+        {1700000000123, "2023-11-14T22:13:20.123Z"},
+        {253402300800000, "10000-01-01T00:00:00.000Z"},
+        {~u64{0}, "584556019-04-03T14:25:51.615Z"},
+    };
+    for (const auto& [time, text] : times) {
+        EXPECT_EQ(shown(time), text);
+    }
+}
+
+/// By the C library, whose calendar reaches as far.
+std::string plainTime(u64 time) {
+    const auto seconds = static_cast<std::time_t>(time / 1000);
+    std::tm fields{};
+    gmtime_r(&seconds, &fields);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%d-%02d-%02dT%02d:%02d:%02d.%03dZ",
+                  fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday, fields.tm_hour,
+                  fields.tm_min, fields.tm_sec, static_cast<int>(time % 1000));
+    return text.data();
+}
+
+TEST(ReportText, WritesAllTimesAsThePlainWayDoes) {
+    constexpr u64 day = 86400000;
+    for (u64 time = day - 1; time < 161000 * day; time += 17 * day) { // both ends of days, to 2410
+        ASSERT_EQ(shown(time), plainTime(time));
+        ASSERT_EQ(shown(time + 1), plainTime(time + 1));
+    }
+    std::mt19937_64 random(1);
+    for (int i = 0; i < 3000; ++i) {
+        const u64 time = random() >> random() % 40 | 1;
+        ASSERT_EQ(shown(time), plainTime(time));
+    }
+}
+
+TEST(ReportText, WritesAddressesAndSquawks) {
+    ADSBTargetReport report;
+    EXPECT_EQ(report.icaoAddressString(), "");
+    EXPECT_EQ(report.squawkString(), "0000");
+    const std::pair<u32, const char*> addresses[] = {
+        {0, "    00"},        {0xAB, "    AB"},      {0x1234, "  1234"},     {0x4840D6, "4840D6"},
+        {0xFFFFFF, "FFFFFF"}, {0x1234567, "123456"}, {0xFEDCBA98, "FEDCBA"},
+    };
+    for (const auto& [address, text] : addresses) {
+        report.setIcaoAddress(address);
+        report.setIcaoAddressValid(true);
+        EXPECT_EQ(report.icaoAddressString(), text);
+    }
+    report.setIcaoAddressValid(false);
+    EXPECT_EQ(report.icaoAddressString(), "");
+    for (u32 squawk = 0; squawk <= 4097; ++squawk) {
+        std::array<char, 16> text{};
+        std::snprintf(text.data(), text.size(), "%.4o", squawk);
+        report.setSquawk(squawk);
+        ASSERT_EQ(report.squawkString(), text.data());
+    }
+    report.setSquawk(~u32{0});
+    EXPECT_EQ(report.squawkString(), "37777777777");
+}
+
+} // namespace
+} // namespace tolvarin::ondrel

@@ -1,0 +1,238 @@
+// The table of aircraft: who enters it, who leaves it, and who shares it.
+#include <ondrel/adsb_tracker.h>
+
+#include "simulator/frame_encoder.h"
+#include "simulator/payload_encoder.h"
+#include "support/bytes.h"
+#include "support/captured_log.h"
+#include "support/messages.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <sstream>
+#include <utility>
+
+namespace tolvarin::ondrel {
+namespace {
+
+using test::CapturedLog;
+using test::Lines;
+
+std::unique_ptr<DFMessage> message(const std::string& frame, u64 stamp,
+                                   ModeSMessage::Confidence confidence = ModeSMessage::High) {
+    auto message = test::makeMessage(static_cast<u8>(frame.at(0)) >> 3U);
+    message->decode(frame);
+    message->setConfidence(confidence);
+    message->setTimeStamp(stamp);
+    return message;
+}
+
+class ADSBTrackerTest : public testing::Test {
+protected:
+    ADSBTrackerTest() { log.take(); }
+
+    const ADSBTarget* hear(const std::string& frame, u64 stamp = 1000) {
+        return tracker.procModeSMsg(message(frame, stamp).get());
+    }
+    /// An altitude reply.
+    const ADSBTarget* hear(u32 address, u64 stamp = 1000, int altitude = 10000) {
+        return hear(simulator::df4(address, {}, altitude), stamp);
+    }
+    const ADSBTarget* hearReport(u32 address, u32 trackId) {
+        ADSBTargetReport report;
+        report.setIcaoAddress(address);
+        report.setLastUpdate(1000);
+        report.setTrackId(trackId);
+        return tracker.procTargetReport(&report);
+    }
+    void fill(u32 count) {
+        for (u32 i = 1; i <= count; ++i) {
+            ASSERT_EQ(hear(0x1000 + i, i)->trackId(), i);
+        }
+    }
+
+    CapturedLog log;
+    ADSBTracker tracker;
+};
+
+/// "number:address" of each.
+std::string textOf(const std::vector<ADSBTarget>& targets) {
+    std::ostringstream out;
+    for (const ADSBTarget& target : targets) {
+        out << target.trackId() << ':' << std::hex << target.icaoAddr() << std::dec << ' ';
+    }
+    return out.str();
+}
+
+TEST_F(ADSBTrackerTest, IntroducesItsDecoderAndItself) {
+    const ADSBTracker made;
+    EXPECT_EQ(log.take(), (Lines{"[INFO    ][ADSBDecoder] Initialized.",
+                                 "[INFO    ][ADSBTracker] Initialized."}));
+}
+
+TEST_F(ADSBTrackerTest, LeavesAloneWhatItDoesNotTrack) {
+    class Uplink final : public ModeSMessage {
+    public:
+        explicit Uplink(ModeSMsgType type) : ModeSMessage(type) {}
+        u8 bits() const override { return 56; }
+        std::vector<const ModeSMessageField*> fields() const override { return {}; }
+        bool decodeImpl() override { return true; }
+    };
+    const Uplink uplink(ModeSMessage::Uplink);
+    const Uplink strange(ModeSMessage::Downlink);
+    EXPECT_EQ(tracker.procModeSMsg(nullptr), nullptr);
+    EXPECT_EQ(tracker.procModeSMsg(&uplink), nullptr);
+    EXPECT_EQ(tracker.procModeSMsg(&strange), nullptr);
+    EXPECT_EQ(tracker.procTargetReport(nullptr), nullptr);
+    EXPECT_EQ(log.take(), Lines{});
+    EXPECT_EQ(hear(test::squitter(5, 18)), nullptr);
+    EXPECT_EQ(hear(test::squitter(5, 19)), nullptr);
+    EXPECT_EQ(log.take(), (Lines{"[WARNING ][ADSBTracker] Unsupported DF-18 message detected.",
+                                 "[WARNING ][ADSBTracker] Unsupported DF-19 message detected."}));
+    EXPECT_TRUE(tracker.allTargets().empty());
+}
+
+TEST_F(ADSBTrackerTest, ChecksAltitudesAtTheEdges) {
+    const struct {
+        int altitude;
+        u64 stamp;
+        bool accepted;
+    } steps[] = {
+        {10150, 103999, true},  {10175, 103999, false}, {9850, 103999, true}, {9825, 103999, false},
+        {20000, 104000, true},  {20000, 103999, false}, {20000, 99999, true}, // older passes
+        {-1000, 103999, false},
+    };
+    tracker.setAltituteBaroChecking(true, 4, 150);
+    for (const auto& [altitude, stamp, accepted] : steps) {
+        tracker.killTargets(~u64{0});
+        hear(5, 100000);
+        const ADSBTarget* target = hear(5, stamp, altitude);
+        EXPECT_EQ(target->altitudeBaro(), accepted ? altitude : 10000) << altitude;
+        EXPECT_EQ(target->altitudeBaroLastUpdate(), accepted ? stamp : 100000) << altitude;
+        EXPECT_EQ(target->lastUpdate(), stamp);
+        EXPECT_EQ(target->statisticDfMsgCount(), 2U);
+    }
+    tracker.reset(); // keeps the check
+    hear(5, 100000);
+    EXPECT_EQ(hear(5, 100001, 20000)->altitudeBaro(), 10000);
+    tracker.setAltituteBaroChecking(false, 4, 150);
+    EXPECT_EQ(hear(5, 100001, 20000)->altitudeBaro(), 20000);
+}
+
+TEST_F(ADSBTrackerTest, NumbersNewAircraftInTurn) {
+    hear(30);
+    hear(30);
+    hear(10);
+    hear(20);
+    EXPECT_EQ(textOf(tracker.allTargets()), "2:a 3:14 1:1e ");
+    hear(10, 2000);
+    hear(20, 2000);
+    EXPECT_EQ(textOf(tracker.killTargets(1000)), "1:1e ");
+    EXPECT_EQ(log.take(), Lines{"[DEBUG   ][ADSBTracker] Target #1 killed."});
+    EXPECT_EQ(hear(30)->trackId(), 4U); // and knows nothing of its former life
+    EXPECT_EQ(tracker.allTargets().back().statisticDfMsgCount(), 1U);
+    hearReport(10, 5); // numbers of reports are skipped
+    hearReport(20, 6);
+    EXPECT_EQ(hear(40)->trackId(), 7U);
+    EXPECT_EQ(hearReport(10, 0)->trackId(), 0U);
+    tracker.reset();
+    EXPECT_EQ(hear(40)->trackId(), 1U);
+}
+
+TEST_F(ADSBTrackerTest, HoldsAsManyAircraftAsThereAreNumbers) {
+    fill(4095);
+    EXPECT_EQ(hear(5), nullptr);
+    EXPECT_EQ(hearReport(5, 1), nullptr);
+    EXPECT_EQ(hear(0x1001, 2)->lastUpdate(), 2U);
+    EXPECT_EQ(hearReport(0x1002, 2)->lastUpdate(), 1000U);
+    EXPECT_EQ(tracker.allTargets().size(), 4095U);
+    EXPECT_EQ(log.take(), Lines{});
+
+    EXPECT_EQ(textOf(tracker.killTargets(4)), "1:1001 3:1003 4:1004 ");
+    EXPECT_EQ(hear(5)->trackId(), 1U); // the lowest free one, as the search wraps
+    EXPECT_EQ(hear(6)->trackId(), 3U);
+    EXPECT_EQ(hear(0x1001)->trackId(), 4U);
+    EXPECT_EQ(hear(7), nullptr);
+    EXPECT_EQ(tracker.killTargets(~u64{0}).size(), 4095U);
+    EXPECT_EQ(hear(7)->trackId(), 5U);
+}
+
+TEST_F(ADSBTrackerTest, ListsTargetsByTheirLastUpdate) {
+    hear(3, 100);
+    hear(1, 200);
+    hear(2, 300);
+    EXPECT_EQ(textOf(tracker.allTargetsSince(0)), "2:1 3:2 1:3 ");
+    EXPECT_EQ(textOf(tracker.allTargetsSince(200)), "3:2 ");
+    EXPECT_EQ(textOf(tracker.allTargetsSince(300)), "");
+    EXPECT_EQ(textOf(tracker.allTargetsSince(100, 200)), "2:1 ");
+    EXPECT_EQ(textOf(tracker.allTargetsSince(99, 300)), "2:1 3:2 1:3 ");
+    EXPECT_EQ(textOf(tracker.allTargetsSince(300, 100)), "");
+    const auto before = tracker.allTargets();
+    EXPECT_EQ(textOf(tracker.killTargets(99)), "");
+    EXPECT_EQ(textOf(tracker.killTargets(200)), "2:1 1:3 ");
+    EXPECT_EQ(log.take(), (Lines{"[DEBUG   ][ADSBTracker] Target #2 killed.",
+                                 "[DEBUG   ][ADSBTracker] Target #1 killed."}));
+    hear(2, 400);
+    EXPECT_EQ(before[1].lastUpdate(), 300U);
+}
+
+TEST_F(ADSBTrackerTest, SharesTargetsWithItsCopies) {
+    const ADSBTarget* shared = hear(1, 100);
+    tracker.setAltituteBaroChecking(true, 4, 150);
+    ADSBTracker copy(tracker);
+    ADSBTracker assigned;
+    log.take();
+    assigned = copy;
+    const ADSBTracker& itself = assigned;
+    assigned = itself;
+    EXPECT_EQ(log.take(), Lines{});
+
+    hear(1, 200);
+    EXPECT_EQ(copy.allTargets()[0].lastUpdate(), 200U);
+    EXPECT_EQ(assigned.procModeSMsg(message(simulator::df4(1, {}, 20000), 300).get()), shared);
+    EXPECT_EQ(shared->altitudeBaro(), 10000); // the check came along
+    EXPECT_EQ(assigned.procModeSMsg(message(simulator::df4(2, {}, 20000), 300).get())->trackId(),
+              2U);
+    EXPECT_EQ(textOf(copy.killTargets(300)), "1:1 ");
+    tracker.reset();
+    EXPECT_EQ(textOf(assigned.allTargets()), "1:1 2:2 ");
+    EXPECT_EQ(shared->lastUpdate(), 300U);
+}
+
+TEST_F(ADSBTrackerTest, MovesItsTableAway) {
+    const ADSBTarget* target = hear(1);
+    tracker.setAltituteBaroChecking(true, 4, 150);
+    ADSBTracker moved(std::move(tracker));
+    ADSBTracker assigned;
+    assigned.procModeSMsg(message(simulator::df4(9, {}, 20000), 300).get());
+    log.take();
+    assigned = std::move(moved);
+    EXPECT_EQ(log.take(), Lines{});
+    EXPECT_EQ(textOf(assigned.allTargets()), "1:1 ");
+    ADSBTracker& itself = assigned;
+    assigned = std::move(itself);
+    EXPECT_EQ(assigned.procModeSMsg(message(simulator::df4(1, {}, 20000), 1001).get()), target);
+    EXPECT_EQ(target->altitudeBaro(), 10000);
+    // The source is empty, and keeps its numbers and its check.
+    EXPECT_EQ(textOf(tracker.allTargets()) + textOf(moved.allTargets()), "");
+    EXPECT_EQ(hear(1, 1000, 10000)->trackId(), 2U);
+    EXPECT_EQ(hear(1, 1001, 20000)->altitudeBaro(), 10000);
+}
+
+TEST_F(ADSBTrackerTest, DecodesPayloadsAsItWouldItself) {
+    simulator::OperationalStatus status;
+    hear(simulator::df17(1, 5, simulator::operationalStatus(status)));
+    const std::string position = simulator::airbornePosition({});
+    const auto decoded = [&](u32 address) {
+        return std::unique_ptr<ADSBMessage>(tracker.decodeADSBMsg(address, position));
+    };
+    EXPECT_NE(dynamic_cast<ADSBAirbornePositionMessageV2*>(decoded(1).get()), nullptr);
+    EXPECT_NE(dynamic_cast<ADSBAirbornePositionMessageV0*>(decoded(2).get()), nullptr);
+    EXPECT_EQ(tracker.decodeADSBMsg(1, position.substr(1)), nullptr);
+    EXPECT_EQ(tracker.allTargets().size(), 1U);
+    EXPECT_EQ(tracker.allTargets()[0].statisticDfMsgCount(), 1U);
+}
+
+} // namespace
+} // namespace tolvarin::ondrel
