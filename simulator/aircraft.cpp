@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 namespace tolvarin::ondrel::simulator {
 namespace {
@@ -66,8 +67,8 @@ void Motion::advance(double seconds) {
     altitudeFt += verticalRateFtMin * seconds / 60.0;
 }
 
-Aircraft::Aircraft(const Airframe& airframe, const Flight& flight, std::uint64_t seed)
-    : _airframe(airframe), _flight(flight), _random(seed), _phase(flight.phase),
+Aircraft::Aircraft(Airframe airframe, const Flight& flight, std::uint64_t seed)
+    : _airframe(std::move(airframe)), _flight(flight), _random(seed), _phase(flight.phase),
       _speedWantedKt(flight.speedKt), _altitudeWantedFt(flight.altitudeFt),
       _squawk(ordinarySquawk(_random)) {
     _motion.course = Course(flight.place, flight.headingDeg);

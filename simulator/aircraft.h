@@ -123,7 +123,7 @@ struct Motion {
 class Aircraft {
 public:
     /// The same airframe, flight and seed give the same life.
-    Aircraft(const Airframe& airframe, const Flight& flight, std::uint64_t seed);
+    Aircraft(Airframe airframe, const Flight& flight, std::uint64_t seed);
 
     void step(std::uint64_t milliseconds);
     AircraftState state() const;

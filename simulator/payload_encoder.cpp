@@ -51,7 +51,7 @@ unsigned angleCode(double degrees, unsigned width) {
     if (!std::isfinite(degrees)) {
         return 0;
     }
-    const double steps = static_cast<double>(1U << width);
+    const auto steps = static_cast<double>(1U << width);
     const double turns = degrees / 360.0 - std::floor(degrees / 360.0);
     return static_cast<unsigned>(std::lround(turns * steps)) & ((1U << width) - 1U);
 }

@@ -70,10 +70,10 @@ struct ResolutionAdvisory {
     unsigned complements = 0;        ///< RAC, 4 bits
     std::uint32_t threatAddress = 0; ///< 0 if not told
 };
-std::string advisoryStatus(const ResolutionAdvisory& advisory);
+std::string advisoryStatus(const ResolutionAdvisory& value);
 
 /// MV of a long air-air reply (register 3,0).
-std::string advisoryRegister(const ResolutionAdvisory& advisory);
+std::string advisoryRegister(const ResolutionAdvisory& value);
 
 /// Accuracy and integrity of the position, as the status messages tell it.
 struct Accuracy {

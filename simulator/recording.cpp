@@ -32,7 +32,7 @@ std::string seconds(std::uint64_t milliseconds) {
 } // namespace
 
 std::string recordingLine(const Reply& reply, LineForm form, std::uint64_t startMs) {
-    const std::string digits = hex(reply.bytes);
+    std::string digits = hex(reply.bytes);
     switch (form) {
     case LineForm::Seconds:
         return seconds(reply.timeMs) + "," + digits;

@@ -65,10 +65,10 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
     thread_local std::array<char, longestFormatted> buffer;
     std::va_list arguments;
     va_start(arguments, format);
-    const bool formatted =
-        format != nullptr && std::vsnprintf(buffer.data(), buffer.size(), format, arguments) >= 0;
+    const int length =
+        std::vsnprintf(buffer.data(), buffer.size(), format != nullptr ? format : "", arguments);
     va_end(arguments);
-    write(level, module, formatted ? buffer.data() : "");
+    write(level, module, length >= 0 ? buffer.data() : "");
 }
 
 void Log::write(Level level, const std::string& module, std::string_view message) {

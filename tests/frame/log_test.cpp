@@ -160,11 +160,14 @@ TEST(LogThreads, EveryLineArrivesWholeAndTheColumnFitsTheLongestName) {
     const auto moduleOf = [](unsigned i) {
         return longModule.substr(0, 1 + i * longModule.size() / linesPerThread);
     };
+    const auto filler = [](unsigned thread) {
+        return std::string(900, static_cast<char>('a' + thread)); // time for others to interfere
+    };
     LockingHandler lines;
     Log::setLogHandler(&lines);
     inThreads([&](unsigned thread) {
         for (unsigned i = 0; i < linesPerThread; ++i) {
-            Log::log(Log::Info, moduleOf(i), "%u %u %s", thread, i, std::string(50, '=').c_str());
+            Log::log(Log::Info, moduleOf(i), "%u %u %s", thread, i, filler(thread).c_str());
             Log::log(Log::Debug, longModule + longModule, "hidden %u", i);
         }
     });
@@ -178,8 +181,8 @@ TEST(LogThreads, EveryLineArrivesWholeAndTheColumnFitsTheLongestName) {
         for (unsigned i = 0; i < linesPerThread; ++i) {
             // As wide as the name at least, and as the longest name at most.
             std::string start = "[INFO    ][" + moduleOf(i);
-            const std::string rest = "] " + std::to_string(thread) + " " + std::to_string(i) + " " +
-                                     std::string(50, '=');
+            const std::string rest =
+                "] " + std::to_string(thread) + " " + std::to_string(i) + " " + filler(thread);
             while (left.erase(start + rest) == 0) {
                 ASSERT_LE((start += ' ').size(), 11 + longModule.size()) << rest;
             }
