@@ -49,8 +49,8 @@ struct Label {
 
 /// A datum whose changes are not kept.
 AircraftDatum updated(const Label& label, Value value, bool valid, u64 lastUpdate) {
-    return {label.key,  label.label, std::move(value.text), label.unit, std::move(value.json), valid,
-            lastUpdate, std::nullopt};
+    return {label.key, label.label, std::move(value.text), label.unit, std::move(value.json),
+            valid,     lastUpdate,  std::nullopt};
 }
 
 AircraftDatum tracked(const Label& label, Value value, bool valid, u64 lastUpdate, u64 lastChange) {
@@ -94,8 +94,8 @@ void addMotion(std::vector<AircraftDatum>& data, const ADSBTarget& t) {
                            t.altitudeBaroValid(), t.altitudeBaroLastUpdate()));
     data.push_back(updated({"ground_speed", "Ground speed", "kt"}, decimal(t.groundSpeed(), 1),
                            t.groundSpeedValid(), t.groundSpeedLastUpdate()));
-    data.push_back(updated({"heading", "Heading", "deg"}, decimal(t.heading(), 1),
-                           t.headingValid(), t.headingLastUpdate()));
+    data.push_back(updated({"heading", "Heading", "deg"}, decimal(t.heading(), 1), t.headingValid(),
+                           t.headingLastUpdate()));
     data.push_back(updated({"vertical_rate", "Vertical rate", "ft/min"},
                            count(t.verticalRateBaro()), t.verticalRateBaroValid(),
                            t.verticalRateBaroLastUpdate()));
@@ -108,20 +108,20 @@ void addQuality(std::vector<AircraftDatum>& data, const ADSBTarget& t) {
                            t.nucpLastChange()));
     data.push_back(tracked({"nucr", "NUCr"}, count(t.nucr()), t.nucrValid(), t.nucrLastUpdate(),
                            t.nucrLastChange()));
-    data.push_back(
-        tracked({"nic", "NIC"}, count(t.nic()), t.nicValid(), t.nicLastUpdate(), t.nicLastChange()));
+    data.push_back(tracked({"nic", "NIC"}, count(t.nic()), t.nicValid(), t.nicLastUpdate(),
+                           t.nicLastChange()));
     data.push_back(updated({"nic_supplement_a", "NIC supplement A"}, flag(t.nicSupplementA()),
                            t.nicSupplementAValid(), t.nicSuppALastUpdate()));
     data.push_back(updated({"nic_supplement_b", "NIC supplement B"}, flag(t.nicSupplementB()),
                            t.nicSupplementBValid(), t.nicSuppBLastUpdate()));
     data.push_back(updated({"nic_supplement_c", "NIC supplement C"}, flag(t.nicSupplementC()),
                            t.nicSupplementCValid(), t.nicSuppCLastUpdate()));
-    data.push_back(
-        tracked({"pic", "PIC"}, count(t.pic()), t.picValid(), t.picLastUpdate(), t.picLastChange()));
+    data.push_back(tracked({"pic", "PIC"}, count(t.pic()), t.picValid(), t.picLastUpdate(),
+                           t.picLastChange()));
     data.push_back(tracked({"nacp", "NACp"}, count(t.nacp()), t.nacpValid(), t.nacpLastUpdate(),
                            t.nacpLastChange()));
-    data.push_back(
-        tracked({"sil", "SIL"}, count(t.sil()), t.silValid(), t.silLastUpdate(), t.silLastChange()));
+    data.push_back(tracked({"sil", "SIL"}, count(t.sil()), t.silValid(), t.silLastUpdate(),
+                           t.silLastChange()));
 }
 
 } // namespace

@@ -1,13 +1,13 @@
 #include "apps/interruption.h"
 
 #include <csignal>
+#include <initializer_list>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): all that a handler may touch
-volatile std::sig_atomic_t noted = 0;
+volatile std::sig_atomic_t noted = 0; // all that a handler may touch
 
 extern "C" void note(int /*signal*/) {
     noted = 1;

@@ -1,6 +1,7 @@
 #include "apps/decode_command.h"
 #include "apps/file.h"
 #include "apps/simulate_command.h"
+#include "apps/track_command.h"
 
 #include <ondrel/ondrel.h>
 
@@ -49,13 +50,14 @@ int runProgram(int argc, const char* const* argv) {
     program.failure_message(complaint);
     program.require_subcommand(1);
     DecodeCommand decode(program);
+    TrackCommand track(program);
     SimulateCommand simulate(program);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& answer) { // also a wish for help
         return program.exit(answer) == 0 ? Done : WrongUsage;
     }
-    return runChosen({&decode, &simulate});
+    return runChosen({&decode, &track, &simulate});
 }
 
 } // namespace

@@ -37,7 +37,7 @@ std::optional<Reply> RecordingReader::next() {
 
 void RecordingReader::complain(const Line& line, const std::string& text) {
     ++_unreadableLines;
-    _console.write(_lines.file().name() + ":" + std::to_string(line.number) + ": " + text);
+    _console.write(name() + ":" + std::to_string(line.number) + ": " + text);
 }
 
 } // namespace tolvarin::ondrel::client

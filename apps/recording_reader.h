@@ -23,6 +23,8 @@ public:
     /// The next reply, or nothing at the end of the recording.
     std::optional<Reply> next();
 
+    const std::string& name() const { return _lines.file().name(); }
+
     /// Lines so far that could not be read.
     u64 unreadableLines() const { return _unreadableLines; }
 

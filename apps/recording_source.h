@@ -12,6 +12,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -39,6 +40,9 @@ public:
 
     /// How far it is believed depends on the replies before it.
     DecodedReply decode(Reply reply) { return decodeReply(_decoder, std::move(reply)); }
+
+    /// The path of the recording, or what stands for standard input in messages.
+    const std::string& name() const { return _reader.name(); }
 
     /// Lines so far that could not be read.
     u64 unreadableLines() const { return _reader.unreadableLines(); }

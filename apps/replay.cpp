@@ -13,7 +13,7 @@ u64 systemMilliseconds() {
 }
 
 void Stamping::stamp(Reply& reply) {
-    if (_last == 0) {
+    if (!begun()) {
         _byClock = !reply.stampMs;
     }
     if (_byClock) {
@@ -27,10 +27,11 @@ bool Periods::ended(u64 stampMs) {
     if (!_begin) {
         _begin = stampMs;
     }
-    if (stampMs < *_begin || stampMs - *_begin < _length) {
+    const u64 passed = stampMs - std::min(stampMs, *_begin);
+    if (_length == 0 || passed < _length) {
         return false;
     }
-    *_begin += (stampMs - *_begin) / _length * _length;
+    *_begin += passed / _length * _length;
     return true;
 }
 

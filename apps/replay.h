@@ -8,6 +8,7 @@
 #include <chrono>
 #include <functional>
 #include <optional>
+#include <utility>
 
 /// The time of a recording.
 namespace tolvarin::ondrel::client {
@@ -24,6 +25,9 @@ public:
 
     void stamp(Reply& reply);
 
+    /// Whether there was a reply.
+    bool begun() const { return _last != 0; }
+
     /// Whether the clock stamps; false before the first reply.
     bool byClock() const { return _byClock; }
 
@@ -36,7 +40,7 @@ private:
 /// Tells when a period of the recording is over. Periods follow each other from the first stamp on.
 class Periods {
 public:
-    /// `lengthMs` above 0.
+    /// Those of length 0 never end.
     explicit Periods(u64 lengthMs) : _length(lengthMs) {}
 
     /// Whether the period of the stamps before has ended with this one. Periods without a reply

@@ -149,7 +149,19 @@ for count in 0 1048577 1e3 2.5 99999999999999999999; do
         simulate --aircraft "$count"
 done
 
-for arguments in --help --version "decode --help" "simulate --help"; do
+refuse 2 "ondrel track: --sort: size not in .*" track --sort size forms.txt
+for seconds in 0 -1 x; do
+    refuse 2 "ondrel track: --every: expected a number from 0.001 to .*, not '$seconds'" \
+        track --every "$seconds" forms.txt
+done
+refuse 2 "ondrel track: --altitude-check: expected SECONDS,FEET, not '4'" \
+    track --altitude-check 4 forms.txt
+refuse 2 "ondrel track: --altitude-check: expected a whole number from 0 to .*, not '-1'" \
+    track --altitude-check 4,-1 forms.txt
+refuse 1 "ondrel: cannot replay forms.txt: its first reply has no time stamp" \
+    track --pace 1 forms.txt
+
+for arguments in --help --version "decode --help" "track --help" "simulate --help"; do
     # shellcheck disable=SC2086
     run $arguments
     expect "$arguments" "0 0" "$status $(wc -c <err)"
@@ -159,7 +171,8 @@ done
 
 run simulate --seconds 60 --seed 7 -o long.txt
 expect "simulate" "0 0" "$status $(wc -c <out)"
-for command in "decode long.txt" "decode --fields long.txt" "decode --json long.txt" "simulate --seconds 1000000"; do
+for command in "decode long.txt" "decode --fields long.txt" "decode --json long.txt" \
+    "track --json --every 1 long.txt" "simulate --seconds 1000000"; do
     # shellcheck disable=SC2086
     "$client" $command 2>err | head -1 >out
     expect "$command into a closed pipe" "0 1 0" "${PIPESTATUS[0]} $(wc -l <out) $(wc -c <err)"
@@ -222,6 +235,64 @@ expect "all ten formats" 10 "$(grep -c '^  DF-' err)"
 run decode recording.txt
 expect "all damaged, many repaired and many refused" 1 \
     "$(($(counted repaired) > 1000 && $(counted refused) > 1000))"
+
+# -- track -------------------------------------------------------------------------------------
+
+run track long.txt
+aircraft=$(counted aircraft)
+expect "track: a line for each aircraft" "0 1 $((aircraft + 2))" \
+    "$status $((aircraft > 10)) $(wc -l <out)"
+expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
+    "$(counted 'replies read') $(($(counted tracked) > 1000)) $(counted killed)"
+run track --json long.txt
+expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"time_ms":.*"by_type":.*}$' out)"
+run track --sort altitude --reverse long.txt
+expect "sorted" "" "$(tail -n +3 out | cut -c 27-34 | grep -v -- - | sort -nrc 2>&1)"
+run track --every 20 long.txt
+expect "a table each 20 of 60 seconds" 3 "$(grep -cE '^[0-9.]+: [0-9]+ aircraft$' out)"
+
+printf '%s\n' "1.000,$good" "2.000,8D4840D6202CC371C32CE0576098" \
+    "31.500,8D4840D6202CC371C32CE0576098" >two.txt
+run track --silent-after 30 two.txt
+expect "silent: killed with a line" \
+    "31.500  40621D  -  killed, silent for 30.500 s 1 1" \
+    "$(head -1 out) $(counted aircraft) $(counted killed)"
+run track --silent-after 30 --json two.txt
+expect "silent: the last of it" "true false" \
+    "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
+
+run track forms.txt
+expect_line "no stamps" err 'forms.txt: the first reply has no time stamp; all are stamped .*'
+expect "no stamps: tracked" "0 1" "$status $(counted aircraft)"
+
+# Half a second at twice the speed; nothing of it is shown late.
+printf '%s\n' "1.000,$good" "1.100,$good" "1.500,$good" >half.txt
+begin=${EPOCHREALTIME/[.,]/}
+"$client" track --every 0.1 --pace 2 half.txt 2>err |
+    while read -r line; do echo "$(((${EPOCHREALTIME/[.,]/} - begin) / 1000)) $line"; done >out
+lasted=$(((${EPOCHREALTIME/[.,]/} - begin) / 1000))
+expect "paced: it takes its time" 1 "$((lasted >= 250 && lasted < 10000))"
+expect "paced: the first table comes at its time" 1 \
+    "$(($(sed -n '1s/ .*//p' out) + 150 < $(sed -n '$s/ .*//p' out)))"
+
+printf '%s\n' "1.000,$good" "9999.000,$good" >hours.txt
+mkfifo live_source
+exec 4<>live_source
+echo "$good" >&4
+for arguments in "--pace 1 hours.txt" "-"; do
+    # shellcheck disable=SC2086
+    "$client" track --every 0.001 $arguments <live_source >live 2>err &
+    for _ in {1..100}; do
+        [[ -e /proc/$!/status ]] && grep -q '^SigCgt:.*[2367abef]$' /proc/$!/status && break
+        sleep 0.05
+    done
+    sleep 0.1
+    kill -INT $!
+    wait $!
+    expect "track $arguments: interrupted" "130 1 1" \
+        "$? $(grep -c '^40621D' live) $(counted aircraft)"
+done
+exec 4>&-
 
 # -- the library's log -------------------------------------------------------------------------
 

@@ -1,0 +1,131 @@
+#include "apps/track_run.h"
+
+#include "apps/aircraft_columns.h"
+#include "apps/aircraft_json.h"
+#include "apps/aircraft_table.h"
+#include "apps/columns.h"
+#include "apps/failure.h"
+#include "apps/hex.h"
+#include "apps/interruption.h"
+#include "apps/numbers.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr u64 longestCheckPeriod = 1000; // ms; so often silent aircraft are looked for at least
+
+std::string killedLine(const ADSBTarget& aircraft, u64 nowMs) {
+    std::string line = secondsText(nowMs);
+    line += columnGap;
+    line += hex24(aircraft.icaoAddr());
+    line += columnGap;
+    line += callsignOf(aircraft).value_or("-");
+    line += columnGap;
+    return line + "killed, silent for " + secondsText(ageOf(aircraft, nowMs)) + " s";
+}
+
+} // namespace
+
+TrackRun::TrackRun(const TrackOptions& options, RecordingSource& source, Output& output,
+                   Console& console)
+    : _options(options), _source(source), _output(output), _console(console),
+      _tracking(options.altitudeCheck) {
+    if (options.pace) {
+        _pace.emplace(*options.pace, output);
+    }
+    if (options.everyMs) {
+        _shows.emplace(*options.everyMs);
+    }
+    if (options.silentMs) {
+        _checks.emplace(std::min(*options.silentMs, longestCheckPeriod));
+    }
+}
+
+void TrackRun::run() {
+    while (auto reply = next()) {
+        moveTo(*reply->stampMs);
+        _tracking.take(_source.decode(*std::move(reply)));
+    }
+    killSilent();
+    showAll();
+}
+
+/// The next reply, stamped, when its time has come; nothing when there is none any more.
+std::optional<Reply> TrackRun::next() {
+    auto reply = _source.next();
+    if (reply) {
+        const bool first = !_stamping.begun();
+        _stamping.stamp(*reply);
+        if (first) {
+            checkStamps();
+        }
+        if (_pace) {
+            _pace->waitFor(*reply->stampMs);
+        }
+    }
+    return interrupted() ? std::nullopt : reply;
+}
+
+/// Runs when the first reply is there, which tells where the stamps come from.
+void TrackRun::checkStamps() {
+    if (!_stamping.byClock()) {
+        return;
+    }
+    if (_pace) {
+        throw Failure("cannot replay " + _source.name() + ": its first reply has no time stamp");
+    }
+    _console.write(_source.name() + ": the first reply has no time stamp; all are stamped with "
+                                    "the clock");
+}
+
+/// What the new stamp ends is shown as it was before.
+void TrackRun::moveTo(u64 stampMs) {
+    if (_shows && _shows->ended(stampMs)) {
+        showAll();
+    }
+    _tracking.moveTo(stampMs);
+    if (_checks && _checks->ended(stampMs)) {
+        killSilent();
+    }
+}
+
+void TrackRun::killSilent() {
+    if (_options.silentMs) {
+        for (const ADSBTarget& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
+            showKilled(aircraft);
+        }
+    }
+}
+
+void TrackRun::showAll() {
+    const u64 now = _tracking.now();
+    std::vector<ADSBTarget> all = _tracking.aircraft();
+    sortAircraft(all, now, aircraftColumn(_options.sortKey), _options.descending);
+    if (_options.json) {
+        for (const ADSBTarget& aircraft : all) {
+            _output << aircraftJson(aircraft, now, false).dump() << '\n';
+        }
+        return;
+    }
+    if (_options.everyMs) {
+        _output << secondsText(now) << ": " << all.size() << " aircraft\n";
+    }
+    _output << aircraftTable(all, now) << (_options.everyMs ? "\n" : "");
+}
+
+void TrackRun::showKilled(const ADSBTarget& aircraft) {
+    const u64 now = _tracking.now();
+    _output << (_options.json ? aircraftJson(aircraft, now, true).dump()
+                              : killedLine(aircraft, now))
+            << '\n';
+}
+
+std::string TrackRun::summary() const {
+    return _tracking.summary(_source.unreadableLines());
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "apps/console.h"
+#include "apps/output.h"
+#include "apps/recording_source.h"
+#include "apps/replay.h"
+#include "apps/tracking.h"
+
+#include <ondrel/adsb_target.h>
+#include <ondrel/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+/// What to track, and what to show of it.
+struct TrackOptions {
+    bool json = false;               ///< else as text
+    std::string sortKey = "address"; ///< of a column
+    bool descending = false;
+    std::optional<u64> everyMs;  ///< show all aircraft each time
+    std::optional<u64> silentMs; ///< kill aircraft that are silent for so long
+    std::optional<double> pace;  ///< replay at this multiple of the recorded speed
+    std::optional<AltitudeCheck> altitudeCheck;
+};
+
+/// Tracks the aircraft of one recording and shows them.
+class TrackRun {
+public:
+    /// All of these must outlive the run.
+    TrackRun(const TrackOptions& options, RecordingSource& source, Output& output,
+             Console& console);
+
+    /// Reads to the end of the recording, or until an interruption, and shows what there is then.
+    void run();
+
+    /// The counts as a table in several lines, the last one without its end.
+    std::string summary() const;
+
+private:
+    std::optional<Reply> next();
+    void checkStamps();
+    void moveTo(u64 stampMs);
+    void killSilent();
+    void showAll();
+    void showKilled(const ADSBTarget& aircraft);
+
+    const TrackOptions& _options;
+    RecordingSource& _source;
+    Output& _output;
+    Console& _console;
+    Stamping _stamping;
+    Tracking _tracking;
+    std::optional<Pace> _pace;
+    std::optional<Periods> _shows;
+    std::optional<Periods> _checks;
+};
+
+} // namespace tolvarin::ondrel::client
