@@ -62,11 +62,14 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
     if (!shown(level)) {
         return;
     }
+    if (format == nullptr) {
+        write(level, module, {});
+        return;
+    }
     thread_local std::array<char, longestFormatted> buffer;
     std::va_list arguments;
     va_start(arguments, format);
-    const int length =
-        std::vsnprintf(buffer.data(), buffer.size(), format != nullptr ? format : "", arguments);
+    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
     write(level, module, length >= 0 ? buffer.data() : "");
 }
