@@ -69,6 +69,7 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
     thread_local std::array<char, longestFormatted> buffer;
     std::va_list arguments;
     va_start(arguments, format);
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above is what it misses
     const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
     write(level, module, length >= 0 ? buffer.data() : "");
