@@ -35,10 +35,18 @@ protected:
     static const ADSBTarget& squitter(ADSBTracker& tracker, const std::string& me, u64 stamp) {
         return *hear(tracker, simulator::df17(address, 5, me), stamp);
     }
-    static const ADSBTarget& position(ADSBTracker& tracker, bool odd, bool b, u64 stamp) {
+    static const ADSBTarget& position(ADSBTracker& tracker, unsigned typeCode, bool b, u64 stamp) {
+        const bool odd = stamp % 2 != 0;
         const auto cpr =
             odd ? simulator::CprFrame{58218, 78643} : simulator::CprFrame{45875, 52975};
-        return squitter(tracker, simulator::airbornePosition({11, 0, b, 35000, odd, cpr}), stamp);
+        const simulator::AirbornePosition position{typeCode, 0, b, 35000, odd, cpr};
+        return squitter(tracker, simulator::airbornePosition(position), stamp);
+    }
+    static const ADSBTarget& status(ADSBTracker& tracker, unsigned version, bool a, u64 stamp) {
+        simulator::OperationalStatus status;
+        status.version = version;
+        status.nicSupplementA = a;
+        return squitter(tracker, simulator::operationalStatus(status), stamp);
     }
 
     /// Everything that replies can tell, each at times of its own.
@@ -47,16 +55,15 @@ protected:
         simulator::VelocityFields rates;
         rates.accuracy = 2;
         rates.verticalRateFtMin = -640;
-        simulator::OperationalStatus status;
-        status.nicSupplementA = true;
-        for (const int again : {0, 1, 1}) {
-            squitter(tracker, simulator::identification(4, 3, again ? "KLM1023" : "KLM9"), next());
+        for (const char* callsign : {"KLM9", "KLM1023"}) {
+            squitter(tracker, simulator::identification(4, 3, callsign), next());
             squitter(tracker, simulator::groundVelocity(rates, -300, 401, false), next());
-            position(tracker, again != 0, true, next());
-            squitter(tracker, simulator::operationalStatus(status), next());
-            position(tracker, again != 0, true, next());
+            position(tracker, 11, true, next());
+            status(tracker, 2, true, next());
+            position(tracker, 11, true, next());
             hear(tracker, simulator::df11(address, 5, 0), next());
-            hear(tracker, simulator::df5(address, {again ? 2U : 5U, 0, 0}, 01200), next());
+            hear(tracker, simulator::df5(address, {callsign[4] == 0 ? 5U : 2U, 0, 0}, 01200),
+                 next());
         }
         return *hear(tracker, simulator::df4(address, {2, 0, 0}, 36000), next());
     }
@@ -119,6 +126,19 @@ TEST_F(ReportTransferTest, ReportsEveryDatumAsItIs) {
     expectSnapshot(target.report(), target);
     EXPECT_TRUE(target.nicSupplementBValid() && target.positionValid() && target.report().valid());
 
+    // The quality, each indicator with times that no other has.
+    const ADSBTarget& early = position(tracker, 11, false, 1);
+    expectSnapshot(position(tracker, 12, false, 2).report(), early);
+    EXPECT_NE(early.nacpLastChange(), early.silLastChange());
+    status(tracker, 2, true, 3);
+    position(tracker, 13, true, 4);
+    position(tracker, 13, false, 5);
+    status(tracker, 2, false, 6);
+    expectSnapshot(position(tracker, 13, true, 7).report(), early);
+    EXPECT_TRUE(early.nicLastChange() == 4 && early.nucpLastChange() == 5 &&
+                early.picLastChange() == 7);
+    expectSnapshot(status(tracker, 1, false, 8).report(), early);
+
     // Flags that the setters of a report would not have set.
     ADSBTargetReport far;
     far.setIcaoAddress(address);
@@ -137,9 +157,9 @@ TEST_F(ReportTransferTest, ReportsEveryDatumAsItIs) {
     EXPECT_FALSE(tracker.procTargetReport(&far)->report().positionValid());
 }
 
-/// What a fresh tracker makes of a report: the data down to the ground status.
-ADSBTargetReport afterTransfer(const ADSBTargetReport& sent) {
-    ADSBTargetReport r;
+/// What a report makes of what a target held `before`: all but the data behind the ground status,
+/// and the altitude if it is not believed.
+ADSBTargetReport afterTransfer(ADSBTargetReport r, const ADSBTargetReport& sent, bool believed) {
     r.setTrackId(sent.trackId());
     r.setLastUpdate(sent.lastUpdate());
     r.setIcaoAddress(sent.icaoAddress());
@@ -155,8 +175,10 @@ ADSBTargetReport afterTransfer(const ADSBTargetReport& sent) {
     r.setPositionLastUpdate(sent.positionLastUpdate());
     r.setSignalAmplitude(sent.signalAmplitude());
     r.setSignalAmplitudeLastUpdate(sent.signalAmplitudeLastUpdate());
-    r.setAltitudeBaro(sent.altitudeBaro());
-    r.setAltitudeBaroLastUpdate(sent.altitudeBaroLastUpdate());
+    if (believed) {
+        r.setAltitudeBaro(sent.altitudeBaro());
+        r.setAltitudeBaroLastUpdate(sent.altitudeBaroLastUpdate());
+    }
     r.setGroundSpeed(sent.groundSpeed());
     r.setGroundSpeedLastUpdate(sent.groundSpeedLastUpdate());
     r.setHeading(sent.heading());
@@ -169,43 +191,32 @@ ADSBTargetReport afterTransfer(const ADSBTargetReport& sent) {
     return r;
 }
 
-TEST_F(ReportTransferTest, CarriesATrackIntoAFreshTracker) {
-    const ADSBTargetReport sent = fill(source, 1000).report();
-    log.take();
-    const ADSBTarget* target = tracker.procTargetReport(&sent);
-    EXPECT_EQ(log.take(), Lines{"[DEBUG   ][ADSBTarget] Emitter category change old = 0 new = 3"});
-    expectSnapshot(afterTransfer(sent), *target);
-    EXPECT_EQ(target->statisticDfMsgCount(), 0U);
-}
-
-TEST_F(ReportTransferTest, WinsOverANewerTrackButForTheAltitudeCheck) {
-    for (const bool checked : {false, true}) {
-        ADSBTargetReport sent = fill(source, 1000).report();
-        sent.setSquawk(07700);
-        sent.setGroundStatus(true);
-        sent.setAltitudeBaro(10000);
-        sent.setTrackId(9);
-        ADSBTracker filled;
-        filled.setAltituteBaroChecking(checked, 10000, 150);
-        const ADSBTarget& target = fill(filled, 1200);
-        squitter(filled, simulator::identification(4, 3, "OTHER"), 2000);
-        const ADSBTargetReport before = target.report();
-        sent.setAltitudeBaroLastUpdate(before.altitudeBaroLastUpdate() + 1);
-        log.take();
-        EXPECT_EQ(filled.procTargetReport(&sent), &target);
-        EXPECT_EQ(log.take(),
-                  Lines{"[INFO    ][ADSBTarget] Callsign Change old = OTHER    new = KLM1023 "});
-
-        EXPECT_EQ(target.trackId(), 9U);
-        EXPECT_EQ(target.lastUpdate(), sent.lastUpdate());
-        EXPECT_EQ(target.squawk(), 07700U);
-        EXPECT_EQ(target.squawkLastUpdate(), sent.squawkLastUpdate());
-        EXPECT_EQ(target.squawkLastChange(), before.squawkLastChange());
-        EXPECT_EQ(target.groundStatus(), ADSBTarget::OnGround);
-        EXPECT_EQ(target.positionLastUpdate(), sent.positionLastUpdate());
-        EXPECT_EQ(target.spiStatusLastUpdate(), before.spiStatusLastUpdate());
-        EXPECT_EQ(target.mopsVersionLastUpdate(), before.mopsVersionLastUpdate());
-        EXPECT_EQ(target.altitudeBaro(), checked ? before.altitudeBaro() : 10000);
+TEST_F(ReportTransferTest, CarriesATrackIntoAnotherTracker) {
+    for (const bool isFilled : {false, true}) {
+        for (const bool checked : {false, true}) {
+            ADSBTargetReport sent = fill(source, 1000).report();
+            sent.setTrackId(9);
+            sent.setSquawk(07700);
+            sent.setGroundStatus(true);
+            sent.setAltitudeBaro(10000);
+            ADSBTracker other;
+            other.setAltituteBaroChecking(checked, 10000, 150);
+            ADSBTargetReport before = ADSBTarget(address).report();
+            if (isFilled) { // with newer data, but for the altitude
+                fill(other, 3600000);
+                before =
+                    squitter(other, simulator::identification(4, 3, "OTHER"), 3700000).report();
+                sent.setAltitudeBaroLastUpdate(before.altitudeBaroLastUpdate() + 1);
+            }
+            log.take();
+            const ADSBTarget* target = other.procTargetReport(&sent);
+            EXPECT_EQ(
+                log.take(),
+                Lines{isFilled
+                          ? "[INFO    ][ADSBTarget] Callsign Change old = OTHER    new = KLM1023 "
+                          : "[DEBUG   ][ADSBTarget] Emitter category change old = 0 new = 3"});
+            expectSnapshot(afterTransfer(before, sent, !(isFilled && checked)), *target);
+        }
     }
 }
 

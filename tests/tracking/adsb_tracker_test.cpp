@@ -137,7 +137,9 @@ TEST_F(ADSBTrackerTest, NumbersNewAircraftInTurn) {
     EXPECT_EQ(hear(40)->trackId(), 7U);
     EXPECT_EQ(hearReport(10, 0)->trackId(), 0U);
     tracker.reset();
-    EXPECT_EQ(hear(40)->trackId(), 1U);
+    fill(4094);
+    hearReport(0x1002, 4095);
+    EXPECT_EQ(hear(40)->trackId(), 2U);
 }
 
 TEST_F(ADSBTrackerTest, HoldsAsManyAircraftAsThereAreNumbers) {
