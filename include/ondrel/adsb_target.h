@@ -268,6 +268,10 @@ private:
     void decodeCPRPosition();
     void updateQualityIndicators(u8 typeCode, u64 time);
     void resetQualityIndicators();
+    void reportIdentity(ADSBTargetReport& report) const;
+    void reportMotion(ADSBTargetReport& report) const;
+    void reportStatus(ADSBTargetReport& report) const;
+    void reportQuality(ADSBTargetReport& report) const;
 
     u32 _trackId = 0;
     u64 _lastUpdate = 0;

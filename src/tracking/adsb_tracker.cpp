@@ -34,7 +34,15 @@ ADSBTracker::ADSBTracker() : _nextTrackId(firstTrackId) {
 }
 
 ADSBTracker::ADSBTracker(const ADSBTracker&) = default;
-ADSBTracker& ADSBTracker::operator=(const ADSBTracker&) = default;
+
+ADSBTracker& ADSBTracker::operator=(const ADSBTracker& other) {
+    if (this != &other) {
+        ADSBTracker copy(other); // first, so that the two rows cannot part
+        *this = std::move(copy);
+    }
+    return *this;
+}
+
 ADSBTracker::~ADSBTracker() = default;
 
 // NOLINTNEXTLINE(bugprone-copy-constructor-init): the decoder has no state to move
@@ -88,13 +96,15 @@ std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from, u64 to) {
 
 std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
     std::vector<ADSBTarget> killed;
+    for (const auto& target : _targets) {
+        if (target->lastUpdate() <= time) {
+            Log::log(Log::Debug, moduleName, "Target #%u killed.", target->trackId());
+            killed.push_back(*target);
+        }
+    }
     std::size_t kept = 0;
     for (std::size_t i = 0; i < _targets.size(); ++i) {
-        const ADSBTarget& target = *_targets[i];
-        if (target.lastUpdate() <= time) {
-            Log::log(Log::Debug, moduleName, "Target #%u killed.", target.trackId());
-            killed.push_back(target);
-        } else {
+        if (_targets[i]->lastUpdate() > time) {
             _addresses[kept] = _addresses[i];
             std::swap(_targets[kept], _targets[i]);
             ++kept;

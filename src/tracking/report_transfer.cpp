@@ -9,6 +9,14 @@ namespace tolvarin::ondrel {
 /// target's.
 ADSBTargetReport ADSBTarget::report() const {
     ADSBTargetReport report;
+    reportIdentity(report);
+    reportMotion(report);
+    reportStatus(report);
+    reportQuality(report);
+    return report;
+}
+
+void ADSBTarget::reportIdentity(ADSBTargetReport& report) const {
     report.setTrackId(_trackId);
     report.setLastUpdate(_lastUpdate);
     report.setIcaoAddress(_icaoAddr);
@@ -28,7 +36,9 @@ ADSBTargetReport ADSBTarget::report() const {
     report.setSquawkValid(squawkValid());
     report.setSquawkLastUpdate(_squawk.lastUpdate);
     report.setSquawkLastChange(_squawk.lastChange);
+}
 
+void ADSBTarget::reportMotion(ADSBTargetReport& report) const {
     report.setPosition(_position.value.latitude, _position.value.longitude);
     report.setPositionValid(positionValid());
     report.setPositionLastUpdate(_position.lastUpdate);
@@ -52,7 +62,9 @@ ADSBTargetReport ADSBTarget::report() const {
     report.setVerticalRateBaro(_verticalRateBaro.value);
     report.setVerticalRateBaroValid(verticalRateBaroValid());
     report.setVerticalRateBaroLastUpdate(_verticalRateBaro.lastUpdate);
+}
 
+void ADSBTarget::reportStatus(ADSBTargetReport& report) const {
     report.setGroundStatus(_groundStatus.value == OnGround);
     report.setGroundStatusValid(groundStatusValid());
     report.setGroundStatusLastUpdate(_groundStatus.lastUpdate);
@@ -72,7 +84,9 @@ ADSBTargetReport ADSBTarget::report() const {
     report.setMopsVersionConfirmed(_mopsVersionConfirmed);
     report.setMopsVersionLastUpdate(_mopsVersionLastUpdate);
     report.setMopsVersionLastChange(_mopsVersionLastChange);
+}
 
+void ADSBTarget::reportQuality(ADSBTargetReport& report) const {
     report.setNUCp(_nucp.value);
     report.setNUCpValid(nucpValid());
     report.setNUCpLastUpdate(_nucp.lastUpdate);
@@ -114,7 +128,6 @@ ADSBTargetReport ADSBTarget::report() const {
     report.setSILValid(silValid());
     report.setSILLastUpdate(_sil.lastUpdate);
     report.setSILLastChange(_sil.lastChange);
-    return report;
 }
 
 /// The report wins: no time of it is compared with one of the target.
