@@ -136,6 +136,11 @@ std::optional<std::string> callsignOf(const ADSBTarget& aircraft) {
     return last != std::string::npos ? std::optional(text.substr(0, last + 1)) : std::nullopt;
 }
 
+bool isAlarming(const ADSBTarget& aircraft) {
+    const u32 squawk = aircraft.squawk();
+    return aircraft.squawkValid() && (squawk == 07500 || squawk == 07600 || squawk == 07700);
+}
+
 std::string squawkText(u32 squawk) {
     std::string digits(4, '0');
     for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, squawk /= 8) {

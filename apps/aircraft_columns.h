@@ -44,6 +44,10 @@ void sortAircraft(std::vector<ADSBTarget>& aircraft, u64 newestMs, const Aircraf
 /// The callsign without the blanks behind it; nothing if there is none.
 std::optional<std::string> callsignOf(const ADSBTarget& aircraft);
 
+/// Whether the squawk is one of 7500, 7600 and 7700: unlawful interference, lost communication,
+/// emergency.
+bool isAlarming(const ADSBTarget& aircraft);
+
 /// Four octal digits.
 std::string squawkText(u32 squawk);
 

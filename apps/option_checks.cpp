@@ -1,6 +1,10 @@
 #include "apps/option_checks.h"
 
+#include "apps/hex.h"
+
+#include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -47,6 +51,18 @@ CLI::Validator wholeNumber(u64 low, u64 high) {
 
 CLI::Validator number(double low, double high) {
     return range("a number", low, high);
+}
+
+CLI::Validator icaoAddress() {
+    const auto check = [](const std::string& text) -> std::string {
+        constexpr std::size_t digits = 6;
+        const bool isHex = std::all_of(text.begin(), text.end(),
+                                       [](char digit) { return hexDigit(digit).has_value(); });
+        return isHex && text.size() == digits
+                   ? ""
+                   : "expected six hexadecimal digits, not '" + text + "'";
+    };
+    return CLI::Validator(check, "");
 }
 
 } // namespace tolvarin::ondrel::client

@@ -12,4 +12,7 @@ CLI::Validator wholeNumber(u64 low, u64 high);
 /// Takes a finite number in decimal digits from `low` to `high`, both included.
 CLI::Validator number(double low, double high);
 
+/// Takes an aircraft address, six hexadecimal digits of either case.
+CLI::Validator icaoAddress();
+
 } // namespace tolvarin::ondrel::client

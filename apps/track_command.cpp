@@ -2,6 +2,8 @@
 
 #include "apps/aircraft_columns.h"
 #include "apps/console.h"
+#include "apps/failure.h"
+#include "apps/hex.h"
 #include "apps/interruption.h"
 #include "apps/option_checks.h"
 #include "apps/output.h"
@@ -43,8 +45,8 @@ Ctrl-C ends the reading; what was tracked until then is shown.
 
 Exit status: 0 when the recording was read to its end, also if some lines could not be
 read; 1 when it could not be, when not one line held a reply and some line could not be
-read, or when the output could not be written; 2 for a wrong command line; 130 after
-Ctrl-C.)";
+read, when the output or a page could not be written, or when the aircraft of --report
+is not there; 2 for a wrong command line; 130 after Ctrl-C.)";
 
 constexpr int interruptedStatus = 130;
 constexpr double longestSeconds = 1e9;
@@ -103,8 +105,8 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
 }
 
 void TrackCommand::addOutputOptions() {
-    line().add_flag("--json", _options.json,
-                    "One JSON object a line, with all that is known of an aircraft");
+    CLI::Option* json = line().add_flag(
+        "--json", _options.json, "One JSON object a line, with all that is known of an aircraft");
     line()
         .add_option("--sort", _options.sortKey,
                     "The order: address, callsign, squawk, altitude, speed,\n"
@@ -113,6 +115,22 @@ void TrackCommand::addOutputOptions() {
         ->type_name("COLUMN=address")
         ->check(CLI::IsMember(columnKeys()).description(""));
     line().add_flag("--reverse", _options.descending, "The other way round");
+    line()
+        .add_option("--html", _options.htmlFolder,
+                    "Write pages for a browser into this folder: index.html\n"
+                    "with a map and the table, and one for each aircraft")
+        ->type_name("DIR");
+    line()
+        .add_option_function<std::string>(
+            "--report",
+            [this](const std::string& digits) {
+                _options.reportAddress = static_cast<u32>(std::stoul(digits, nullptr, 16));
+            },
+            "Show, instead of the table, all that is known of the\n"
+            "aircraft of this address")
+        ->type_name("ADDRESS")
+        ->check(icaoAddress())
+        ->excludes(json);
     addSeconds(line(), "--every", _options.everyMs,
                "Also show the aircraft at each such step of the recording");
 }
@@ -146,6 +164,9 @@ int TrackCommand::run() {
     track.run();
     output.close();
     console.write(track.summary());
+    if (!track.found()) {
+        throw Failure("no aircraft " + hex24(*_options.reportAddress) + " is tracked");
+    }
     return interrupted() ? interruptedStatus : source.status();
 }
 

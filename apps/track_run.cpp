@@ -2,6 +2,7 @@
 
 #include "apps/aircraft_columns.h"
 #include "apps/aircraft_json.h"
+#include "apps/aircraft_report.h"
 #include "apps/aircraft_table.h"
 #include "apps/columns.h"
 #include "apps/failure.h"
@@ -34,6 +35,9 @@ TrackRun::TrackRun(const TrackOptions& options, RecordingSource& source, Output&
                    Console& console)
     : _options(options), _source(source), _output(output), _console(console),
       _tracking(options.altitudeCheck) {
+    if (options.htmlFolder) {
+        _pages.emplace(*options.htmlFolder);
+    }
     if (options.pace) {
         _pace.emplace(*options.pace, output);
     }
@@ -48,9 +52,10 @@ TrackRun::TrackRun(const TrackOptions& options, RecordingSource& source, Output&
 void TrackRun::run() {
     while (auto reply = next()) {
         moveTo(*reply->stampMs);
-        _tracking.take(_source.decode(*std::move(reply)));
+        take(_source.decode(*std::move(reply)));
     }
     killSilent();
+    writePages();
     showAll();
 }
 
@@ -93,28 +98,59 @@ void TrackRun::moveTo(u64 stampMs) {
     }
 }
 
+void TrackRun::take(const DecodedReply& decoded) {
+    const ADSBTarget* aircraft = _tracking.take(decoded);
+    if (_pages && aircraft != nullptr) {
+        _history.note(*aircraft);
+    }
+}
+
 void TrackRun::killSilent() {
     if (_options.silentMs) {
         for (const ADSBTarget& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
+            _history.forget(aircraft.icaoAddr());
             showKilled(aircraft);
         }
     }
 }
 
+/// All, in the order that was asked for.
+std::vector<ADSBTarget> TrackRun::aircraft() const {
+    std::vector<ADSBTarget> all = _tracking.aircraft();
+    sortAircraft(all, _tracking.now(), aircraftColumn(_options.sortKey), _options.descending);
+    return all;
+}
+
+void TrackRun::writePages() const {
+    if (_pages) {
+        _pages->write({_source.name(), _tracking.now(), aircraft(), _history});
+    }
+}
+
 void TrackRun::showAll() {
     const u64 now = _tracking.now();
-    std::vector<ADSBTarget> all = _tracking.aircraft();
-    sortAircraft(all, now, aircraftColumn(_options.sortKey), _options.descending);
+    const std::vector<ADSBTarget> all = aircraft();
     if (_options.json) {
-        for (const ADSBTarget& aircraft : all) {
-            _output << aircraftJson(aircraft, now, false).dump() << '\n';
+        for (const ADSBTarget& one : all) {
+            _output << aircraftJson(one, now, false).dump() << '\n';
         }
         return;
     }
     if (_options.everyMs) {
         _output << secondsText(now) << ": " << all.size() << " aircraft\n";
     }
-    _output << aircraftTable(all, now) << (_options.everyMs ? "\n" : "");
+    _output << (_options.reportAddress ? report() : aircraftTable(all, now))
+            << (_options.everyMs ? "\n" : "");
+}
+
+/// Of the aircraft that was asked for; empty while it is not tracked.
+std::string TrackRun::report() const {
+    const auto aircraft = _tracking.find(*_options.reportAddress);
+    return aircraft ? aircraftReport(*aircraft, _tracking.now()) : "";
+}
+
+bool TrackRun::found() const {
+    return !_options.reportAddress || _tracking.find(*_options.reportAddress);
 }
 
 void TrackRun::showKilled(const ADSBTarget& aircraft) {

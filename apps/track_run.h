@@ -2,8 +2,10 @@
 
 #include "apps/console.h"
 #include "apps/output.h"
+#include "apps/pages/page_folder.h"
 #include "apps/recording_source.h"
 #include "apps/replay.h"
+#include "apps/track_history.h"
 #include "apps/tracking.h"
 
 #include <ondrel/adsb_target.h>
@@ -24,6 +26,8 @@ struct TrackOptions {
     std::optional<u64> silentMs; ///< kill aircraft that are silent for so long
     std::optional<double> pace;  ///< replay at this multiple of the recorded speed
     std::optional<AltitudeCheck> altitudeCheck;
+    std::optional<std::string> htmlFolder; ///< write pages there at the end
+    std::optional<u32> reportAddress;      ///< show all of this aircraft alone, as text
 };
 
 /// Tracks the aircraft of one recording and shows them.
@@ -36,6 +40,9 @@ public:
     /// Reads to the end of the recording, or until an interruption, and shows what there is then.
     void run();
 
+    /// Whether the aircraft that was asked for, if any, was tracked to the end.
+    bool found() const;
+
     /// The counts as a table in several lines, the last one without its end.
     std::string summary() const;
 
@@ -43,8 +50,12 @@ private:
     std::optional<Reply> next();
     void checkStamps();
     void moveTo(u64 stampMs);
+    void take(const DecodedReply& decoded);
     void killSilent();
+    std::vector<ADSBTarget> aircraft() const;
+    void writePages() const;
     void showAll();
+    std::string report() const;
     void showKilled(const ADSBTarget& aircraft);
 
     const TrackOptions& _options;
@@ -53,6 +64,8 @@ private:
     Console& _console;
     Stamping _stamping;
     Tracking _tracking;
+    TrackHistory _history; ///< kept for pages only
+    std::optional<PageFolder> _pages;
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;

@@ -1,9 +1,11 @@
+#include "tracked_lines.h"
+
 #include "apps/aircraft_columns.h"
 #include "apps/aircraft_json.h"
+#include "apps/aircraft_report.h"
 #include "apps/aircraft_table.h"
 #include "apps/hex.h"
 #include "apps/numbers.h"
-#include "apps/tracking.h"
 
 #include "simulator/frame_encoder.h"
 #include "simulator/payload_encoder.h"
@@ -11,32 +13,11 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
-#include <variant>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
-
-/// Tracks lines of the form SECONDS,HEX one after the other.
-class TrackedLines {
-public:
-    explicit TrackedLines(const std::vector<std::string>& lines,
-                          const std::optional<AltitudeCheck>& check = std::nullopt)
-        : tracking(check) {
-        for (const std::string& line : lines) {
-            auto reply = std::get<Reply>(parseReplyLine(line));
-            tracking.moveTo(reply.stampMs.value_or(0));
-            tracking.take(decodeReply(_decoder, std::move(reply)));
-        }
-    }
-
-    Tracking tracking;
-
-private:
-    ModeSDecoder _decoder;
-};
 
 // Examples that the public literature on Mode S prints: a position in two messages, an
 // identification and a velocity. Then what only an aircraft known before can say.
@@ -142,6 +123,31 @@ TEST(AircraftJson, hasAllThatIsKnown) {
               R"("last_update_ms":5300})");
 }
 
+TEST(AircraftReport, hasALineForEachDatum) {
+    const TrackedLines tracked(lines);
+    const std::string report =
+        aircraftReport(tracked.tracking.find(0x4840D6).value(), tracked.tracking.now());
+    const std::string expected = R"(
+Aircraft 4840D6, track number 2, last heard 5.300, 0.000 s ago
+
+Item                           Value          Valid  Last update               Last change
+Callsign                     KLM1023          yes    3.500                     3.500
+Emitter category                   0          yes    3.500                     3.500
+Squawk                          0123          yes    5.300                     5.300
+Ground status                 ground          yes    5.300                     5.300
+)";
+    EXPECT_EQ(report.substr(0, expected.size() - 1), expected.substr(1));
+    EXPECT_NE(report.find("\nAltitude                           -          no     -\n"),
+              std::string::npos);
+    const std::string counts = R"(
+Messages                           2
+  DF-5                             1
+  DF-17                            1
+  ACID                             1
+)";
+    EXPECT_EQ(report.substr(report.size() - counts.size()), counts);
+}
+
 TEST(Tracking, countsAndKills) {
     TrackedLines tracked(lines);
     EXPECT_TRUE(tracked.tracking.killSilentFor(3301).empty());
@@ -177,6 +183,13 @@ TEST(Numbers, haveNoNegativeZero) {
     EXPECT_EQ(decimalText(-0.0, 0), "0");
     EXPECT_EQ(decimalText(100, 0), "100");
     EXPECT_EQ(secondsText(1002), "1.002");
+}
+
+TEST(Numbers, tellTheTime) {
+    EXPECT_EQ(timeText(1641427457080), "2022-01-06T00:04:17.080Z");
+    EXPECT_EQ(timeText(23456248059), "23456248.059"); // as far as the counter goes
+    EXPECT_EQ(timeText(23456248060), "1970-09-29T11:37:28.060Z");
+    EXPECT_NE(timeText(~u64{0}), "");
 }
 
 } // namespace

@@ -158,6 +158,13 @@ refuse 2 "ondrel track: --altitude-check: expected SECONDS,FEET, not '4'" \
     track --altitude-check 4 forms.txt
 refuse 2 "ondrel track: --altitude-check: expected a whole number from 0 to .*, not '-1'" \
     track --altitude-check 4,-1 forms.txt
+refuse 2 "ondrel track: --report: expected six hexadecimal digits, not '4840D'" \
+    track --report 4840D forms.txt
+refuse 2 "ondrel track: --json excludes --report" track --json --report 4840D6 forms.txt
+refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --html forms.txt forms.txt
+refuse 1 "ondrel: cannot create /proc/x: .*" track --html /proc/x forms.txt
+mkdir -p taken/index.html
+refuse 1 "ondrel: cannot create taken/index.html: Is a directory" track --html taken /dev/null
 refuse 1 "ondrel: cannot replay forms.txt: its first reply has no time stamp" \
     track --pace 1 forms.txt
 
@@ -260,6 +267,24 @@ expect "silent: killed with a line" \
 run track --silent-after 30 --json two.txt
 expect "silent: the last of it" "true false" \
     "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
+
+run track --report 4840d6 two.txt
+expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 1" \
+    "$status $(head -1 out) $(grep -c '^Callsign  *KLM1023  *yes  *31.500  *2.000$' out)"
+run track --report 4840D7 two.txt
+expect "one aircraft that is not there" "1 0 2 ondrel: no aircraft 4840D7 is tracked" \
+    "$status $(wc -c <out) $(counted aircraft) $(tail -1 err)"
+
+run track --html new/pages long.txt
+expect "pages: the table comes as well" "0 $((aircraft + 2))" "$status $(wc -l <out)"
+expect "pages: one each, and the index" "$((aircraft + 1))" "$(find new/pages -name '*.html' | wc -l)"
+expect "pages: all links lead somewhere" "$aircraft 0" \
+    "$(grep -o 'td class="address"><a href' new/pages/index.html | wc -l) \
+$(grep -oh 'href="[^"]*"' new/pages/*.html | sort -u | sed 's/href="\(.*\)"/new\/pages\/\1/' |
+        xargs ls 2>&1 >/dev/null | wc -l)"
+echo leftover >new/pages/index.html
+run track --html new/pages two.txt
+expect "pages: written over" "0 0" "$status $(grep -c leftover new/pages/index.html)"
 
 run track forms.txt
 expect_line "no stamps" err 'forms.txt: the first reply has no time stamp; all are stamped .*'

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "apps/track_history.h"
+
+#include <ondrel/adsb_target.h>
+#include <ondrel/types.h>
+
+#include <string>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+/// What the index is made of.
+struct IndexContents {
+    std::string recording;                   ///< its name
+    u64 nowMs;                               ///< the newest stamp
+    const std::vector<ADSBTarget>& aircraft; ///< in the order of the table
+    const TrackHistory& history;
+};
+
+/// The page with the map and the table of all aircraft, each with a link to its own page.
+std::string indexPage(const IndexContents& contents);
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,246 @@
+#include "apps/pages/track_map.h"
+
+#include "apps/aircraft_columns.h"
+#include "apps/hex.h"
+#include "apps/numbers.h"
+#include "apps/pages/html_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr double shortestStep = 1.5; // of a track, in units of the picture
+constexpr double characterWidth = 8; // of the wider fonts
+constexpr double labelHeight = 12;
+constexpr double baseline = 4; // of a text below its middle
+constexpr double markerSize = 8;
+
+// What labels should rather cover; an own track is met in any case.
+constexpr double trackCost = 1;
+constexpr double gridLabelCost = 20;
+constexpr double markerCost = 40;
+
+GeoPoint positionOf(const ADSBTarget& aircraft) {
+    return {aircraft.latitude(), aircraft.longitude()};
+}
+
+std::vector<const ADSBTarget*> thoseWithPosition(const std::vector<ADSBTarget>& aircraft) {
+    std::vector<const ADSBTarget*> chosen;
+    for (const ADSBTarget& one : aircraft) {
+        if (one.positionValid()) {
+            chosen.push_back(&one);
+        }
+    }
+    return chosen;
+}
+
+std::vector<GeoPoint> allPoints(const std::vector<const ADSBTarget*>& aircraft,
+                                const TrackHistory& history) {
+    std::vector<GeoPoint> points;
+    for (const ADSBTarget* one : aircraft) {
+        const auto& track = history.trackOf(one->icaoAddr());
+        points.insert(points.end(), track.begin(), track.end());
+        points.push_back(positionOf(*one));
+    }
+    return points;
+}
+
+std::string_view bandStyle(const ADSBTarget& aircraft) {
+    const auto& bands = altitudeBands();
+    if (!aircraft.altitudeBaroValid()) {
+        return bands.back().style;
+    }
+    return std::find_if(
+               bands.begin(), bands.end(),
+               [&](const AltitudeBand& band) { return aircraft.altitudeBaro() < band.below; })
+        ->style;
+}
+
+std::string pair(const MapPoint& point) {
+    return decimalText(point.x, 1) + "," + decimalText(point.y, 1);
+}
+
+/// ` name="12.3"`.
+std::string attribute(std::string_view name, double value) {
+    return " " + std::string(name) + "=\"" + decimalText(value, 1) + "\"";
+}
+
+std::string attribute(std::string_view name, std::string_view value) {
+    return " " + std::string(name) + "=\"" + htmlText(value) + "\"";
+}
+
+std::string nameOf(const ADSBTarget& aircraft) {
+    return callsignOf(aircraft).value_or(hex24(aircraft.icaoAddr()));
+}
+
+std::string_view anchorName(LabelLayout::Anchor anchor) {
+    switch (anchor) {
+    case LabelLayout::Anchor::Start:
+        return "start";
+    case LabelLayout::Anchor::Middle:
+        return "middle";
+    default:
+        return "end";
+    }
+}
+
+/// The largest of 1, 2, 5, 10, 20 and so on that is at most `limit`, which is at least 1.
+double roundNumber(double limit) {
+    const double power = std::pow(10, std::floor(std::log10(limit)));
+    for (const double factor : {5, 2}) {
+        if (factor * power <= limit) {
+            return factor * power;
+        }
+    }
+    return power;
+}
+
+} // namespace
+
+const std::vector<AltitudeBand>& altitudeBands() {
+    constexpr i32 highest = std::numeric_limits<i32>::max();
+    static const std::vector<AltitudeBand> bands = {
+        {5000, "b0", "below 5000 ft"}, {15000, "b1", "5000 to 15 000 ft"},
+        {25000, "b2", "to 25 000 ft"}, {35000, "b3", "to 35 000 ft"},
+        {highest, "b4", "above"},      {highest, "b5", "altitude unknown"},
+    };
+    return bands;
+}
+
+TrackMap::TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history,
+                   double width, double greatestHeight)
+    : _aircraft(thoseWithPosition(aircraft)), _history(history),
+      _view(allPoints(_aircraft, history), width, greatestHeight),
+      _labels(_view.width(), _view.height()) {}
+
+std::string TrackMap::svg(std::string_view style) {
+    _svg = "<svg" + attribute("class", style) + " viewBox=\"0 0 " + decimalText(_view.width(), 0) +
+           " " + decimalText(_view.height(), 0) + "\">\n";
+    addGraticule();
+    addScale();
+    for (const ADSBTarget* aircraft : _aircraft) {
+        addTrack(*aircraft);
+    }
+    for (const ADSBTarget* aircraft : _aircraft) {
+        addMarker(*aircraft);
+    }
+    for (const ADSBTarget* aircraft : _aircraft) {
+        addLabel(*aircraft);
+    }
+    return _svg + "</svg>\n";
+}
+
+void TrackMap::addGraticule() {
+    constexpr double gap = 4;
+    for (const GridLine& meridian : _view.meridians()) {
+        addLine({meridian.at, 0}, {meridian.at, _view.height()}, "grid");
+        addDegrees({meridian.at + gap, _view.height() - 2 * gap}, meridian.label);
+    }
+    for (const GridLine& parallel : _view.parallels()) {
+        addLine({0, parallel.at}, {_view.width(), parallel.at}, "grid");
+        addDegrees({gap, parallel.at - 2 * gap}, parallel.label);
+    }
+}
+
+/// Not where the edge would cut it.
+void TrackMap::addDegrees(const MapPoint& at, const std::string& label) {
+    const double width = characterWidth * static_cast<double>(label.size());
+    if (at.x + width > _view.width()) {
+        return;
+    }
+    addText(at, attribute("class", "degrees"), label);
+    _labels.avoid(Box{at.x, at.y - labelHeight / 2, at.x + width, at.y + labelHeight / 2},
+                  gridLabelCost);
+}
+
+/// In the upper right corner.
+void TrackMap::addScale() {
+    constexpr double margin = 14;
+    constexpr double tick = 4;
+    const double miles = roundNumber(std::max(1.0, _view.width() / 6 / _view.nauticalMile()));
+    const MapPoint right = {_view.width() - margin, margin};
+    const MapPoint left = {right.x - miles * _view.nauticalMile(), margin};
+    addLine(left, right, "scale");
+    for (const MapPoint& end : {left, right}) {
+        addLine({end.x, end.y - tick}, {end.x, end.y + tick}, "scale");
+    }
+    addText({right.x, margin + 3 * tick},
+            attribute("class", "degrees") + attribute("text-anchor", "end"),
+            decimalText(miles, 0) + " NM");
+    _labels.avoid(Box{left.x, 0, right.x, margin + 5 * tick}, gridLabelCost);
+}
+
+void TrackMap::addTrack(const ADSBTarget& aircraft) {
+    std::vector<GeoPoint> places = _history.trackOf(aircraft.icaoAddr());
+    places.push_back(positionOf(aircraft));
+    MapPoint last = _view.at(places.front());
+    std::string path = "M" + pair(last);
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        const MapPoint point = _view.at(places[i]);
+        const bool joins = _view.joins(places[i - 1], places[i]);
+        const bool isLong = std::hypot(point.x - last.x, point.y - last.y) >= shortestStep;
+        if (joins && !isLong && i + 1 < places.size()) {
+            continue;
+        }
+        path += (joins ? "L" : "M") + pair(point);
+        if (joins) {
+            _labels.avoid(last, point, trackCost);
+        }
+        last = point;
+    }
+    _svg += "<path" + attribute("class", "track " + std::string(bandStyle(aircraft))) +
+            attribute("d", path) + "/>\n";
+}
+
+/// An arrow head along the heading, or a disc where that is not known.
+void TrackMap::addMarker(const ADSBTarget& aircraft) {
+    const MapPoint at = _view.at(positionOf(aircraft));
+    const std::string style = attribute("class", "marker " + std::string(bandStyle(aircraft)));
+    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + "><title>" +
+            htmlText(hex24(aircraft.icaoAddr()) + " " + callsignOf(aircraft).value_or("")) +
+            "</title>";
+    if (aircraft.headingValid()) {
+        _svg += "<path" + style + " transform=\"translate(" + pair(at) + ") rotate(" +
+                decimalText(aircraft.heading(), 0) + ")\" d=\"M0,-8L5.5,7L0,4L-5.5,7Z\"/>";
+    } else {
+        _svg += "<circle" + style + attribute("cx", at.x) + attribute("cy", at.y) + " r=\"4.5\"/>";
+    }
+    _svg += "</a>\n";
+    _labels.avoid(Box{at.x - markerSize, at.y - markerSize, at.x + markerSize, at.y + markerSize},
+                  markerCost);
+}
+
+void TrackMap::addLabel(const ADSBTarget& aircraft) {
+    const MapPoint at = _view.at(positionOf(aircraft));
+    const std::string name = nameOf(aircraft);
+    const auto place =
+        _labels.place(at, characterWidth * static_cast<double>(name.size()), labelHeight);
+    if (!place) {
+        return;
+    }
+    if (place->isFar) {
+        addLine(at, place->anchor, "leader");
+    }
+    const std::string style = isAlarming(aircraft) ? "name alarming" : "name";
+    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + ">";
+    addText(place->anchor,
+            attribute("class", style) + attribute("text-anchor", anchorName(place->side)), name);
+    _svg += "</a>\n";
+}
+
+void TrackMap::addLine(const MapPoint& from, const MapPoint& to, std::string_view style) {
+    _svg += "<line" + attribute("class", style) + attribute("x1", from.x) +
+            attribute("y1", from.y) + attribute("x2", to.x) + attribute("y2", to.y) + "/>\n";
+}
+
+/// `at` is in the middle of the text's height.
+void TrackMap::addText(const MapPoint& at, std::string_view attributes, std::string_view text) {
+    _svg += "<text" + std::string(attributes) + attribute("x", at.x) +
+            attribute("y", at.y + baseline) + ">" + htmlText(text) + "</text>";
+}
+
+} // namespace tolvarin::ondrel::client
