@@ -124,6 +124,7 @@ std::vector<ADSBTarget> TrackRun::aircraft() const {
 void TrackRun::writePages() const {
     if (_pages) {
         _pages->write({_source.name(), _tracking.now(), aircraft(), _history});
+        _console.write("pages for a browser: " + _pages->indexPath());
     }
 }
 

@@ -44,11 +44,15 @@ PageFolder::PageFolder(std::string path) : _path(std::move(path)) {
     }
 }
 
+std::string PageFolder::indexPath() const {
+    return pathOf(indexName);
+}
+
 void PageFolder::write(const IndexContents& contents) const {
     for (const ADSBTarget& aircraft : contents.aircraft) {
         writePage(pathOf(pageName(aircraft.icaoAddr())), aircraftPage(aircraft.report()));
     }
-    writePage(pathOf(indexName), indexPage(contents));
+    writePage(indexPath(), indexPage(contents));
 }
 
 std::string aircraftPage(const ADSBTargetReport& report) {

@@ -18,9 +18,12 @@ public:
     /// Writes all pages, over those that are there.
     void write(const IndexContents& contents) const;
 
-    std::string pathOf(const std::string& page) const { return _path + "/" + page; }
+    /// Where a browser starts.
+    std::string indexPath() const;
 
 private:
+    std::string pathOf(const std::string& page) const { return _path + "/" + page; }
+
     std::string _path;
 };
 

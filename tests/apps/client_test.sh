@@ -277,6 +277,7 @@ expect "one aircraft that is not there" "1 0 2 ondrel: no aircraft 4840D7 is tra
 
 run track --html new/pages long.txt
 expect "pages: the table comes as well" "0 $((aircraft + 2))" "$status $(wc -l <out)"
+expect_line "pages: where" err 'pages for a browser: new/pages/index.html'
 expect "pages: one each, and the index" "$((aircraft + 1))" "$(find new/pages -name '*.html' | wc -l)"
 expect "pages: all links lead somewhere" "$aircraft 0" \
     "$(grep -o 'td class="address"><a href' new/pages/index.html | wc -l) \
@@ -290,28 +291,29 @@ run track forms.txt
 expect_line "no stamps" err 'forms.txt: the first reply has no time stamp; all are stamped .*'
 expect "no stamps: tracked" "0 1" "$status $(counted aircraft)"
 
-# Half a second at twice the speed; nothing of it is shown late.
+# Half a second at half the speed; nothing of it is shown late.
 printf '%s\n' "1.000,$good" "1.100,$good" "1.500,$good" >half.txt
 begin=${EPOCHREALTIME/[.,]/}
-"$client" track --every 0.1 --pace 2 half.txt 2>err |
+"$client" track --every 0.1 --pace 0.5 half.txt 2>err |
     while read -r line; do echo "$(((${EPOCHREALTIME/[.,]/} - begin) / 1000)) $line"; done >out
-lasted=$(((${EPOCHREALTIME/[.,]/} - begin) / 1000))
-expect "paced: it takes its time" 1 "$((lasted >= 250 && lasted < 10000))"
+expect "paced: it takes its time" 1 "$(($(sed -n '$s/ .*//p' out) >= 1000))"
 expect "paced: the first table comes at its time" 1 \
-    "$(($(sed -n '1s/ .*//p' out) + 150 < $(sed -n '$s/ .*//p' out)))"
+    "$(($(sed -n '1s/ .*//p' out) + 300 < $(sed -n '$s/ .*//p' out)))"
 
-printf '%s\n' "1.000,$good" "9999.000,$good" >hours.txt
+# Interrupted while it waits: for the time of a reply, and for the next line of a live source. That
+# it has read the first reply shows in the log, for this one needs repair.
+wrong=8D40621D59C382D690C8AC2863A7
+printf '%s\n' "1.000,$wrong" "9999.000,$wrong" >hours.txt
 mkfifo live_source
 exec 4<>live_source
-echo "$good" >&4
+echo "$wrong" >&4
 for arguments in "--pace 1 hours.txt" "-"; do
     # shellcheck disable=SC2086
-    "$client" track --every 0.001 $arguments <live_source >live 2>err &
-    for _ in {1..100}; do
-        [[ -e /proc/$!/status ]] && grep -q '^SigCgt:.*[2367abef]$' /proc/$!/status && break
+    "$client" track --log info $arguments <live_source >live 2>err &
+    for _ in {1..200}; do
+        grep -q 'Fix 1 bit' err && break
         sleep 0.05
     done
-    sleep 0.1
     kill -INT $!
     wait $!
     expect "track $arguments: interrupted" "130 1 1" \
