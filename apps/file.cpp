@@ -62,13 +62,10 @@ File::~File() {
 }
 
 std::size_t File::read(char* target, std::size_t size) {
-    ssize_t count = ::read(_descriptor, target, size);
-    while (count < 0 && errno == EINTR) {
-        if (interrupted()) {
-            return 0;
-        }
-        count = ::read(_descriptor, target, size);
+    if (!waitUntilReadable(_descriptor)) {
+        return 0;
     }
+    const ssize_t count = uninterrupted([&] { return ::read(_descriptor, target, size); });
     if (count < 0) {
         throw Failure("cannot read " + _name, errno);
     }

@@ -1,31 +1,73 @@
 #include "apps/interruption.h"
 
+#include "apps/failure.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
 #include <csignal>
-#include <initializer_list>
+#include <fcntl.h>
+#include <poll.h>
+#include <unistd.h>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
-volatile std::sig_atomic_t noted = 0; // all that a handler may touch
+volatile std::sig_atomic_t noted = 0;
+
+// A flag alone could be set just before a wait begins, and the wait would not end. The handler also
+// writes into this pipe, which every wait watches.
+int pipeEnds[2] = {-1, -1};
 
 extern "C" void note(int /*signal*/) {
+    const int error = errno;
     noted = 1;
+    static_cast<void>(!::write(pipeEnds[1], "", 1));
+    errno = error;
+}
+
+/// Waits for the descriptor, if it is one, for so many milliseconds, or without end for -1.
+bool waitUnlessInterrupted(int descriptor, int milliseconds) {
+    pollfd waits[] = {{descriptor, POLLIN, 0}, {pipeEnds[0], POLLIN, 0}};
+    while (::poll(waits, 2, milliseconds) < 0) {
+        if (errno != EINTR) {
+            throw Failure("cannot wait", errno);
+        }
+    }
+    return !interrupted();
 }
 
 } // namespace
 
 void noteInterruption() {
+    if (::pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0) {
+        throw Failure("cannot watch for an interruption", errno);
+    }
     struct sigaction action = {};
     action.sa_handler = note;
-    action.sa_flags = static_cast<int>(SA_RESETHAND); // and not SA_RESTART
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (const int signal : {SIGINT, SIGTERM}) {
-        sigaction(signal, &action, nullptr);
+        struct sigaction before = {};
+        ::sigaction(signal, &action, &before);
+        if (before.sa_handler == SIG_IGN) {
+            ::sigaction(signal, &before, nullptr);
+        }
     }
 }
 
 bool interrupted() {
     return noted != 0;
+}
+
+bool waitUntilReadable(int descriptor) {
+    return waitUnlessInterrupted(descriptor, -1);
+}
+
+bool pauseFor(std::chrono::duration<double> time) {
+    constexpr double hour = 3600e3;
+    const double milliseconds = std::ceil(time.count() * 1000);
+    return waitUnlessInterrupted(-1, static_cast<int>(std::clamp(milliseconds, 0.0, hour)));
 }
 
 } // namespace tolvarin::ondrel::client

@@ -3,7 +3,6 @@
 #include "apps/interruption.h"
 
 #include <algorithm>
-#include <thread>
 
 namespace tolvarin::ondrel::client {
 
@@ -42,15 +41,12 @@ void Pace::waitFor(u64 stampMs) {
     }
     const u64 recorded = stampMs - std::min(stampMs, *_firstStamp);
     const Seconds due(static_cast<double>(recorded) / 1000 / _factor);
-    // A signal does not end a sleep, so none is long.
-    constexpr Seconds longestSleep(0.1);
-    while (!interrupted()) {
-        const Seconds left = due - Seconds(Clock::now() - _start);
-        if (left.count() <= 0) {
+    const auto left = [&] { return due - Seconds(Clock::now() - _start); };
+    while (left().count() > 0) {
+        _output.flush();
+        if (!pauseFor(left())) {
             return;
         }
-        _output.flush();
-        std::this_thread::sleep_for(std::min(left, longestSleep));
     }
 }
 

@@ -208,10 +208,12 @@ for _ in {1..5}; do cat long.txt; echo bad; done >longer.txt
 run decode longer.txt
 expect "no bar where no terminal is" "" "$(tr -cd '\r' <err)"
 if command -v script >/dev/null; then
-    script -qec "$client decode longer.txt >/dev/null" /dev/null >err </dev/null
+    # on_terminal COMMAND: what a terminal would show goes to err.
+    on_terminal() { timeout 60 script -qec "$1" /dev/null >err </dev/null; }
+    on_terminal "$client decode longer.txt >/dev/null"
     expect_line "the bar makes way for a complaint" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
     expect "a bar on a terminal" 1 "$(($(grep -ao '\[#*\.*\] *[0-9]* %' err | wc -l) > 2))"
-    script -qec "$client decode longer.txt" /dev/null >err </dev/null
+    on_terminal "$client decode longer.txt"
     expect "no bar into the output" 0 "$(grep -ac '\.\.\]' err)"
 fi
 
@@ -314,7 +316,7 @@ for arguments in "--pace 1 hours.txt" "-"; do
         grep -q 'Fix 1 bit' err && break
         sleep 0.05
     done
-    kill -INT $!
+    kill -TERM $!
     wait $!
     expect "track $arguments: interrupted" "130 1 1" \
         "$? $(grep -c '^40621D' live) $(counted aircraft)"
