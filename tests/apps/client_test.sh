@@ -310,10 +310,11 @@ mkfifo live_source
 exec 4<>live_source
 echo "$wrong" >&4
 for arguments in "--pace 1 hours.txt" "-"; do
+    rm err # of the one before
     # shellcheck disable=SC2086
     "$client" track --log info $arguments <live_source >live 2>err &
     for _ in {1..200}; do
-        grep -q 'Fix 1 bit' err && break
+        grep -qs 'Fix 1 bit' err && break
         sleep 0.05
     done
     kill -TERM $!
