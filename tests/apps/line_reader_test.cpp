@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdio>
 #include <fstream>
 #include <string>
+#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -12,10 +14,14 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
+/// The file is gone when the reader is there.
 LineReader readerOf(const std::string& content) {
-    const std::string path = testing::TempDir() + "ondrel_line_reader_test";
+    const std::string path =
+        testing::TempDir() + "ondrel_line_reader_test." + std::to_string(::getpid());
     std::ofstream(path, std::ios::binary) << content;
-    return {File::openForReading(path), [] {}};
+    File file = File::openForReading(path);
+    std::remove(path.c_str());
+    return {std::move(file), [] {}};
 }
 
 /// A line that tells its length and where in it a piece comes from.
