@@ -273,41 +273,44 @@ private:
     void reportStatus(ADSBTargetReport& report) const;
     void reportQuality(ADSBTargetReport& report) const;
 
+    // What many replies touch stands first and together: among thousands of aircraft a record is in
+    // no near cache, and what counts is how many lines of it a reply needs.
+    u32 _icaoAddr;
     u32 _trackId = 0;
     u64 _lastUpdate = 0;
-    u32 _icaoAddr;
-    Tracked<std::string> _callsign;
-    Tracked<u8> _emitterCategory;
-    Tracked<u32> _squawk;
+    Updated<i32> _altitudeBaro;
+    Tracked<GroundStatus> _groundStatus;
+    u64 _statisticLastUpdate = 0;
+    Tracked<bool> _spiStatus;
+    Tracked<bool> _alertStatus;
+    Updated<u8> _signalAmplitude;
+    std::array<u32, DFMessage::DF24 + 1> _statisticDfCounts{};
+    std::array<u32, ADSBMessage::RESERVED + 1> _statisticADSBCounts{};
+
+    MOPSVersion _mopsVersion = MOPSVersion0;
+    bool _mopsVersionConfirmed = false;
+    bool _headingValid = false;
+    u64 _mopsVersionLastUpdate = 0;
+    u64 _mopsVersionLastChange = 0;
     CPRFrame _cprOdd;
     CPRFrame _cprEven;
     Updated<Position> _position;
-    Updated<u8> _signalAmplitude;
-    Updated<i32> _altitudeBaro;
-    Updated<double> _groundSpeed;
-    Updated<double> _heading;
-    bool _headingValid = false;
-    Updated<i32> _verticalRateBaro;
-    Updated<u8> _transponderCommCapability;
-    Tracked<GroundStatus> _groundStatus;
-    Tracked<bool> _spiStatus;
-    Tracked<bool> _alertStatus;
-    MOPSVersion _mopsVersion = MOPSVersion0;
-    bool _mopsVersionConfirmed = false;
-    u64 _mopsVersionLastUpdate = 0;
-    u64 _mopsVersionLastChange = 0;
     Tracked<u8> _nucp;
-    Tracked<u8> _nucr;
     Tracked<u8> _nic;
-    Updated<bool> _nicSupplementA;
-    Updated<bool> _nicSupplementB;
-    Updated<bool> _nicSupplementC;
     Tracked<u8> _pic;
     Tracked<u8> _nacp;
     Tracked<u8> _sil;
-    std::array<u32, DFMessage::DF24 + 1> _statisticDfCounts{};
-    std::array<u32, ADSBMessage::RESERVED + 1> _statisticADSBCounts{};
-    u64 _statisticLastUpdate = 0;
+    Updated<bool> _nicSupplementA;
+    Updated<bool> _nicSupplementB;
+    Updated<bool> _nicSupplementC;
+    Updated<double> _groundSpeed;
+    Updated<double> _heading;
+    Updated<i32> _verticalRateBaro;
+    Tracked<u8> _nucr;
+    Tracked<u32> _squawk;
+    Updated<u8> _transponderCommCapability;
+    Tracked<std::string> _callsign;
+    Tracked<u8> _emitterCategory;
 };
 
 } // namespace tolvarin::ondrel

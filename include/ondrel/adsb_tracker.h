@@ -2,6 +2,7 @@
 /// The table of aircraft.
 #pragma once
 
+#include <ondrel/address_table.h>
 #include <ondrel/adsb_airborne_position_message.h>
 #include <ondrel/adsb_airborne_velocity_message.h>
 #include <ondrel/adsb_aircraft_operational_status_message.h>
@@ -13,7 +14,6 @@
 #include <ondrel/export.h>
 #include <ondrel/types.h>
 
-#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -72,8 +72,8 @@ public:
 private:
     // Table
 
-    std::size_t placeOf(u32 icaoAddress) const;
-    bool holds(std::size_t place, u32 icaoAddress) const;
+    template <class Condition>
+    std::vector<ADSBTarget> targetsWhere(Condition condition) const;
     ADSBTarget* createTarget(u32 icaoAddress);
     ADSBTarget* findTarget(u32 icaoAddress);
     const ADSBTarget* findConstTarget(u32 icaoAddress) const;
@@ -120,10 +120,7 @@ private:
     static void judgeMOPSVersion0(ADSBTarget* target, u64 time);
 
     ADSBDecoder _decoder;
-    // The table: addresses in ascending order, and in step with them the targets. Two plain rows
-    // are searched several times faster than a tree when there are thousands of aircraft.
-    std::vector<u32> _addresses;
-    std::vector<std::shared_ptr<ADSBTarget>> _targets;
+    AddressTable<std::shared_ptr<ADSBTarget>> _targets;
     u32 _nextTrackId;
     bool _altitudeBaroChecking = false;
     u32 _altitudeBaroCheckingSeconds = 4;

@@ -2,6 +2,7 @@
 /// The library's entry for raw Mode S replies.
 #pragma once
 
+#include <ondrel/address_table.h>
 #include <ondrel/export.h>
 #include <ondrel/mode_s_message.h>
 #include <ondrel/types.h>
@@ -9,7 +10,6 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <vector>
 
 namespace tolvarin::ondrel {
 
@@ -52,30 +52,6 @@ private:
         u32 hitCount = 0; ///< hits in the current unbroken run
     };
 
-    /// Addresses and the second in which each last proved itself. An entry never moves and is never
-    /// removed, so that a row of short cuts leads straight to most of them.
-    class AddressTable {
-    public:
-        AddressTable() = default;
-        AddressTable(const AddressTable& other);
-        AddressTable& operator=(const AddressTable& other);
-        AddressTable(AddressTable&& other) noexcept;
-        AddressTable& operator=(AddressTable&& other) noexcept;
-        ~AddressTable() = default;
-
-        /// Null for an address that never proved itself.
-        Seconds* find(u32 address);
-        void set(u32 address, Seconds second);
-
-    private:
-        using Entries = std::map<u32, Seconds>;
-
-        Entries::value_type*& shortCut(u32 address);
-
-        Entries _entries;
-        std::vector<Entries::value_type*> _shortCuts;
-    };
-
     template <class Message>
     Message* decodeAltitudeReply(const std::string& data, Seconds now);
     template <class Message>
@@ -88,7 +64,7 @@ private:
     ModeSMessage::Confidence gradeByAddress(u32 address, Seconds now);
     ModeSMessage::Confidence gradeAllCall(u32 address, u32 interrogator, Seconds now);
 
-    AddressTable _icaoAddresses;
+    AddressTable<Seconds> _icaoAddresses; ///< when each last proved itself
     std::map<u32, InterrogatorRecord> _interrogators;
 };
 

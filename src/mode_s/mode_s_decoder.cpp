@@ -54,59 +54,6 @@ std::optional<std::string> repair(const DFMessage& message, u32 receivedParity) 
 
 } // namespace
 
-ModeSDecoder::AddressTable::AddressTable(const AddressTable& other) : _entries(other._entries) {}
-
-ModeSDecoder::AddressTable& ModeSDecoder::AddressTable::operator=(const AddressTable& other) {
-    if (this != &other) {
-        _shortCuts.clear(); // they would lead to entries that are gone
-        _entries = other._entries;
-    }
-    return *this;
-}
-
-ModeSDecoder::AddressTable::AddressTable(AddressTable&& other) noexcept
-    : _entries(std::exchange(other._entries, {})), _shortCuts(std::exchange(other._shortCuts, {})) {
-}
-
-ModeSDecoder::AddressTable& ModeSDecoder::AddressTable::operator=(AddressTable&& other) noexcept {
-    if (this != &other) {
-        _entries = std::exchange(other._entries, {});
-        _shortCuts = std::exchange(other._shortCuts, {});
-    }
-    return *this;
-}
-
-/// Addresses that share a place take turns in it.
-ModeSDecoder::AddressTable::Entries::value_type*&
-ModeSDecoder::AddressTable::shortCut(u32 address) {
-    constexpr unsigned placeBits = 13;
-    constexpr u32 goldenRatio = 0x9E3779B1; // of 2^32; spreads neighbouring addresses
-    if (_shortCuts.empty()) {
-        _shortCuts.resize(std::size_t{1} << placeBits);
-    }
-    return _shortCuts[address * goldenRatio >> (32 - placeBits)];
-}
-
-ModeSDecoder::Seconds* ModeSDecoder::AddressTable::find(u32 address) {
-    Entries::value_type*& entry = shortCut(address);
-    if (entry == nullptr || entry->first != address) {
-        const auto known = _entries.find(address);
-        if (known == _entries.end()) {
-            return nullptr;
-        }
-        entry = &*known;
-    }
-    return &entry->second;
-}
-
-void ModeSDecoder::AddressTable::set(u32 address, Seconds second) {
-    if (Seconds* known = find(address)) {
-        *known = second;
-    } else {
-        shortCut(address) = &*_entries.emplace(address, second).first;
-    }
-}
-
 ModeSDecoder::ModeSDecoder() {
     Log::log(Log::Info, moduleName, "Initialized.");
 }
@@ -116,12 +63,12 @@ ModeSDecoder& ModeSDecoder::operator=(const ModeSDecoder&) = default;
 ModeSDecoder::~ModeSDecoder() = default;
 
 ModeSDecoder::ModeSDecoder(ModeSDecoder&& other) noexcept
-    : _icaoAddresses(std::move(other._icaoAddresses)),
+    : _icaoAddresses(std::exchange(other._icaoAddresses, {})),
       _interrogators(std::exchange(other._interrogators, {})) {}
 
 ModeSDecoder& ModeSDecoder::operator=(ModeSDecoder&& other) noexcept {
     if (this != &other) {
-        _icaoAddresses = std::move(other._icaoAddresses);
+        _icaoAddresses = std::exchange(other._icaoAddresses, {});
         _interrogators = std::exchange(other._interrogators, {});
     }
     return *this;
@@ -241,7 +188,7 @@ ModeSMessage::Confidence ModeSDecoder::gradeAllCall(u32 address, u32 interrogato
         !(interrogatorRecent && knownInterrogator->second.hitCount >= interrogatorThreshold)) {
         return ModeSMessage::None;
     }
-    _icaoAddresses.set(address, now);
+    _icaoAddresses[address] = now;
     InterrogatorRecord& record = _interrogators[interrogator];
     record.lastSeen = now;
     if (!interrogatorRecent) {
@@ -268,7 +215,7 @@ ModeSMessage* ModeSDecoder::decodeSquitter(const std::string& data, Seconds now)
         }
     }
     message->setConfidence(ModeSMessage::High);
-    _icaoAddresses.set(message->icaoAddress(), now);
+    _icaoAddresses[message->icaoAddress()] = now;
     return message.release();
 }
 
@@ -282,7 +229,7 @@ ModeSMessage* ModeSDecoder::decodeMilitarySquitter(const std::string& data, Seco
         return message.release();
     }
     message->setConfidence(ModeSMessage::High);
-    _icaoAddresses.set(message->icaoAddress(), now);
+    _icaoAddresses[message->icaoAddress()] = now;
     return message.release();
 }
 
