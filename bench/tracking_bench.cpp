@@ -65,10 +65,11 @@ struct Heard : Frame {
     u64 timeMs;
 };
 
-/// One allocation for a payload's message, and one for the list of its fields.
+/// One allocation for a payload's message, and one for the list of its fields, each with its place
+/// in the wire table and its value.
 void payloadFloor() {
     constexpr std::size_t messageBytes = sizeof(ADSBAirbornePositionMessageV2);
-    constexpr std::size_t fieldsBytes = 11 * sizeof(ADSBMessageField);
+    constexpr std::size_t fieldsBytes = 11 * 2 * sizeof(u64);
     const std::unique_ptr<std::byte[]> message(new std::byte[messageBytes]);
     benchmark::DoNotOptimize(message.get());
     const std::unique_ptr<std::byte[]> fields(new std::byte[fieldsBytes]);

@@ -6,6 +6,7 @@
 #include <ondrel/types.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -103,6 +104,8 @@ private:
     std::string _description;
 };
 
+struct WireLayout; // of the library's own messages
+
 /// The payload of an extended squitter's ME field (RTCA DO-260B, 2.2.3.2). A message decodes seven
 /// bytes into its members and lists them bit field by bit field.
 ///
@@ -136,8 +139,8 @@ public:
     /// The same for `size` bytes of any byte type; a null pointer counts as no bytes.
     bool decode(const void* data, u64 size);
 
-    /// A copy of the field list, in the order of positions; fields of one position stand in the
-    /// order in which the message added them.
+    /// The field list, in the order of positions; fields of one position stand in the order in
+    /// which the message added them. Its texts are made by this call.
     virtual std::vector<ADSBMessageField> fields() const;
 
     /// One line of text on the message.
@@ -185,14 +188,24 @@ protected:
 
     /// Appends to the field list; decode() puts it in order.
     void addField(const ADSBMessageField& field);
-    void addField(ADSBMessageField&& field);
 
-    /// Reads a wire field and adds it with its value in decimal; gives the value. For the library's
-    /// own messages.
+    // For the library's own messages, whose layouts live as long as the library.
+
+    /// Appends a field whose text the layout makes of the value when somebody asks for it.
+    void show(const WireLayout& layout, std::int64_t value);
+
+    /// Reads a wire field, shows it and gives its value.
     template <class WireField>
-    u32 addDecimal(const WireField& field);
+    auto take(const WireField& field);
 
 private:
+    /// A field, and what it shows: a value of its layout, or without one a field of `_ownFields`.
+    struct Shown {
+        const WireLayout* layout;
+        std::int64_t value;
+    };
+
+    u8 positionOf(const Shown& shown) const;
     void sortFields(std::size_t sorted);
 
     std::string _data;
@@ -201,7 +214,8 @@ private:
     ADSBMessageType _type;
     u64 _timeStamp;
     u8 _signalAmplitude = 0;
-    std::vector<ADSBMessageField> _fields;
+    std::vector<Shown> _fields;
+    std::vector<ADSBMessageField> _ownFields; ///< those that addField() was given
 };
 
 } // namespace tolvarin::ondrel

@@ -9,13 +9,19 @@ namespace tolvarin::ondrel {
 
 namespace {
 
+std::string feetText(std::int64_t feet) {
+    return decimal(feet) + "FT";
+}
+
 namespace layout {
 
-constexpr WireField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC}; // told by the type code
+// Told by the type code.
+constexpr WireField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC, token<altitudeSourceTokens>};
 constexpr WireField<7, 1> singleAntenna{ADSBMessageField::SAF};
 constexpr WireField<7, 1> nicSupplementB{ADSBMessageField::NIC_SUPP_B};
-constexpr WireField<8, 12> altitude{ADSBMessageField::ALT};
-constexpr WireField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES}; // the Q bit within it
+constexpr WireField<8, 12> altitude{ADSBMessageField::ALT, feetText};
+// The Q bit within it.
+constexpr WireField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES, feetText};
 
 } // namespace layout
 
@@ -40,25 +46,25 @@ bool ADSBAirbornePositionMessage::decodeImpl() {
     } else {
         return false;
     }
-    addField(layout::altitudeSource.shown(altitudeSourceText(_altitudeSource)));
+    show(layout::altitudeSource, _altitudeSource);
 
     const AltitudeCode code = squitterAltitudeCode(layout::altitude.read(data()));
     _altResolution = code.resolution;
-    addField(layout::altitudeResolution.shown(_altResolution == Resolution25Ft ? "25FT" : "100FT"));
+    show(layout::altitudeResolution, _altResolution);
     _altitude = code.feet;
-    addField(layout::altitude.shown(std::to_string(_altitude) + "FT"));
+    show(layout::altitude, _altitude);
 
-    _timeApplicability = addDecimal(cpr_layout::timeBit) != 0;
-    _cprFormat = cpr_layout::format.read(data()) == 0 ? Even : Odd;
-    addField(cpr_layout::format.shown(cprFormatText(_cprFormat)));
-    _cprLatitude = static_cast<i32>(addDecimal(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(addDecimal(cpr_layout::longitude));
+    _timeApplicability = take(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::formatOf(cpr_layout::format.read(data()));
+    show(cpr_layout::format, _cprFormat);
+    _cprLatitude = static_cast<i32>(take(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(take(cpr_layout::longitude));
     return true;
 }
 
 std::string ADSBAirbornePositionMessage::description() const {
-    return std::string("TC=POS_AIR, AT=") + altitudeSourceText(_altitudeSource) +
-           ", ALT=" + std::to_string(_altitude) + ", CPR=" + cprFormatText(_cprFormat) +
+    return "TC=POS_AIR, AT=" + token<altitudeSourceTokens>(_altitudeSource) +
+           ", ALT=" + std::to_string(_altitude) + ", CPR=" + token<cprFormatTokens>(_cprFormat) +
            ", LAT=" + std::to_string(_cprLatitude) + ", LON=" + std::to_string(_cprLongitude);
 }
 
@@ -68,7 +74,7 @@ bool ADSBAirbornePositionMessageV0::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    _singalAntena = addDecimal(layout::singleAntenna) != 0;
+    _singalAntena = take(layout::singleAntenna) != 0;
     return true;
 }
 
@@ -78,7 +84,7 @@ bool ADSBAirbornePositionMessageV1::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    _singalAntena = addDecimal(layout::singleAntenna) != 0;
+    _singalAntena = take(layout::singleAntenna) != 0;
     return true;
 }
 
@@ -88,7 +94,7 @@ bool ADSBAirbornePositionMessageV2::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    _nicSupplementB = addDecimal(layout::nicSupplementB) != 0;
+    _nicSupplementB = take(layout::nicSupplementB) != 0;
     return true;
 }
 

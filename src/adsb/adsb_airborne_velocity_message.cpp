@@ -15,20 +15,6 @@ namespace {
 
 const std::string moduleName = "ADSBAirVelMsg";
 
-namespace layout {
-
-constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL};
-constexpr WireField<10, 3> nucr{ADSBMessageField::NUC_R};
-constexpr WireField<13, 1> eastWestDirection{ADSBMessageField::DIR_EW};
-constexpr WireField<14, 10> eastWestVelocity{ADSBMessageField::VEL_EW};
-constexpr WireField<24, 1> northSouthDirection{ADSBMessageField::DIR_NS};
-constexpr WireField<25, 10> northSouthVelocity{ADSBMessageField::VEL_NS};
-constexpr WireField<35, 1> verticalRateSource{ADSBMessageField::VR_SRC};
-constexpr WireField<36, 1> verticalRateSign{ADSBMessageField::VR_SIGN};
-constexpr WireField<37, 9> verticalRate{ADSBMessageField::VR};
-
-} // namespace layout
-
 struct SubtypeNames {
     const char* field;
     const char* shortForm;
@@ -42,6 +28,30 @@ constexpr std::array<SubtypeNames, 5> subtypeNames = {{
     {"AIR_SPEED", "AS"},
     {"AIR_SPEED_SUPER_SONIC", "AS_SS"},
 }};
+
+std::string subtypeText(std::int64_t subtype) {
+    return subtypeNames[static_cast<std::size_t>(subtype)].field;
+}
+
+// By direction bit.
+constexpr std::array<const char*, 2> eastWestTokens = {"W->E", "E->W"};
+constexpr std::array<const char*, 2> northSouthTokens = {"S->N", "N->S"};
+constexpr std::array<const char*, 2> verticalTokens = {"UP", "DOWN"};
+
+namespace layout {
+
+constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL, subtypeText};
+constexpr WireField<10, 3> nucr{ADSBMessageField::NUC_R};
+constexpr WireField<13, 1> eastWestDirection{ADSBMessageField::DIR_EW, token<eastWestTokens>};
+constexpr WireField<14, 10> eastWestVelocity{ADSBMessageField::VEL_EW};
+constexpr WireField<24, 1> northSouthDirection{ADSBMessageField::DIR_NS, token<northSouthTokens>};
+constexpr WireField<25, 10> northSouthVelocity{ADSBMessageField::VEL_NS};
+constexpr WireField<35, 1> verticalRateSource{ADSBMessageField::VR_SRC,
+                                              token<altitudeSourceTokens>};
+constexpr WireField<36, 1> verticalRateSign{ADSBMessageField::VR_SIGN, token<verticalTokens>};
+constexpr WireField<37, 9> verticalRate{ADSBMessageField::VR};
+
+} // namespace layout
 
 constexpr double fullCircle = 6.283185307179586; // radians
 
@@ -68,7 +78,7 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
         return false;
     }
     _velocityType = static_cast<AirborneVelocityType>(subtype);
-    addField(layout::subtype.shown(subtypeNames[subtype].field));
+    show(layout::subtype, subtype);
     if (_velocityType == AIR_SPEED || _velocityType == AIR_SPEED_SUPER_SONIC) {
         Log::log(Log::Warning, moduleName, "Unsupported AIR_SPD message detected.");
         return false;
@@ -80,12 +90,10 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
 
 /// A code of 0 stands for a component that is not available.
 void ADSBAirborneVelocityMessage::decodeGroundVelocity() {
-    const bool westward = layout::eastWestDirection.read(data()) != 0;
-    addField(layout::eastWestDirection.shown(westward ? "E->W" : "W->E"));
-    const u32 eastWest = addDecimal(layout::eastWestVelocity);
-    const bool southward = layout::northSouthDirection.read(data()) != 0;
-    addField(layout::northSouthDirection.shown(southward ? "N->S" : "S->N"));
-    const u32 northSouth = addDecimal(layout::northSouthVelocity);
+    const bool westward = take(layout::eastWestDirection) != 0;
+    const u32 eastWest = take(layout::eastWestVelocity);
+    const bool southward = take(layout::northSouthDirection) != 0;
+    const u32 northSouth = take(layout::northSouthVelocity);
 
     _groundSpeed = 0;
     _heading = 0;
@@ -101,11 +109,9 @@ void ADSBAirborneVelocityMessage::decodeGroundVelocity() {
 
 /// A code of 0 stands for a rate that is not available.
 void ADSBAirborneVelocityMessage::decodeVerticalRate() {
-    _verticalRateSource = static_cast<AltitudeSource>(layout::verticalRateSource.read(data()));
-    addField(layout::verticalRateSource.shown(altitudeSourceText(_verticalRateSource)));
-    const bool downward = layout::verticalRateSign.read(data()) != 0;
-    addField(layout::verticalRateSign.shown(downward ? "DOWN" : "UP"));
-    const auto code = static_cast<i32>(addDecimal(layout::verticalRate));
+    _verticalRateSource = static_cast<AltitudeSource>(take(layout::verticalRateSource));
+    const bool downward = take(layout::verticalRateSign) != 0;
+    const auto code = static_cast<i32>(take(layout::verticalRate));
     const i32 rate = code == 0 ? 0 : (code - 1) * 64;
     _verticalRate = downward ? -rate : rate;
 }
@@ -125,7 +131,7 @@ bool ADSBAirborneVelocityMessageV0::decodeImpl() {
     if (!ADSBAirborneVelocityMessage::decodeImpl()) {
         return false;
     }
-    _nucr = static_cast<u8>(addDecimal(layout::nucr));
+    _nucr = static_cast<u8>(take(layout::nucr));
     return true;
 }
 

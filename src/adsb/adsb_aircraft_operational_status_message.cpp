@@ -32,8 +32,8 @@ bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unsupported MOPS Version %u detected.",
                  unsigned{_versionNumber});
     }
-    addField(layout::versionNumber.shown(std::to_string(_versionNumber)));
-    _nicSupplementA = addDecimal(layout::nicSupplementA) != 0;
+    show(layout::versionNumber, _versionNumber);
+    _nicSupplementA = take(layout::nicSupplementA) != 0;
     return true;
 }
 

@@ -14,19 +14,23 @@ namespace {
 
 const std::string moduleName = "ADSBAcStatMsg";
 
-namespace layout {
-
-constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS};
-constexpr WireField<8, 3> emergencyState{ADSBMessageField::EMG_STATE};
-constexpr WireField<11, 13> modeACode{ADSBMessageField::MODE_A};
-
-} // namespace layout
-
 constexpr std::array<const char*, 3> subtypeTokens = {"NO_INFO", "EMERGENCY", "TCAS_RA"};
 
 constexpr std::array<const char*, 8> emergencyTokens = {
     "NO_EMG", "EMERGENCY", "MEDICAL", "MIN_FUEL", "NO_COMM", "HIJACK", "AC_DOWNED", "UNDEFINED",
 };
+
+std::string modeAText(std::int64_t code) {
+    return text::octal(static_cast<u32>(code));
+}
+
+namespace layout {
+
+constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS, token<subtypeTokens>};
+constexpr WireField<8, 3> emergencyState{ADSBMessageField::EMG_STATE, token<emergencyTokens>};
+constexpr WireField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
+
+} // namespace layout
 
 } // namespace
 
@@ -40,13 +44,13 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
         return false;
     }
     _subtype = static_cast<AircraftStatusSubtype>(subtype);
-    addField(layout::subtype.shown(subtypeTokens[subtype]));
+    show(layout::subtype, subtype);
     if (_subtype == AircraftStatusSubtype::EMERGENCY) {
         _emergencyState = static_cast<EmergencyState>(layout::emergencyState.read(data()));
     } else {
         Log::log(Log::Critical, moduleName, "Unsupported subtype %u detected.", subtype);
     }
-    addField(layout::emergencyState.shown(emergencyTokens[static_cast<u32>(_emergencyState)]));
+    show(layout::emergencyState, static_cast<i32>(_emergencyState));
     return true;
 }
 
@@ -67,7 +71,7 @@ bool ADSBAircraftStatusMessageV2::decodeImpl() {
     switch (subtype()) {
     case AircraftStatusSubtype::EMERGENCY:
         _modeACode = identityCode(layout::modeACode.read(data()));
-        addField(layout::modeACode.shown(modeAOctString()));
+        show(layout::modeACode, _modeACode);
         return true;
     case AircraftStatusSubtype::TCAS_RA:
         Log::log(Log::Warning, moduleName, "Unsupported TCAS RA message detected.");

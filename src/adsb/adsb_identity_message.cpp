@@ -13,17 +13,21 @@ constexpr std::string_view characters =
     "?ABCDEFGHIJKLMNOPQRSTUVWXYZ????? ???????????????0123456789??????";
 static_assert(characters.size() == 64);
 
+std::string characterText(std::int64_t code) {
+    return std::string(1, characters[static_cast<std::size_t>(code)]);
+}
+
 namespace layout {
 
 constexpr WireField<5, 3> emitterCategory{ADSBMessageField::EMT_CAT};
-constexpr WireField<8, 6> character1{ADSBMessageField::CHAR_1};
-constexpr WireField<14, 6> character2{ADSBMessageField::CHAR_2};
-constexpr WireField<20, 6> character3{ADSBMessageField::CHAR_3};
-constexpr WireField<26, 6> character4{ADSBMessageField::CHAR_4};
-constexpr WireField<32, 6> character5{ADSBMessageField::CHAR_5};
-constexpr WireField<38, 6> character6{ADSBMessageField::CHAR_6};
-constexpr WireField<44, 6> character7{ADSBMessageField::CHAR_7};
-constexpr WireField<50, 6> character8{ADSBMessageField::CHAR_8};
+constexpr WireField<8, 6> character1{ADSBMessageField::CHAR_1, characterText};
+constexpr WireField<14, 6> character2{ADSBMessageField::CHAR_2, characterText};
+constexpr WireField<20, 6> character3{ADSBMessageField::CHAR_3, characterText};
+constexpr WireField<26, 6> character4{ADSBMessageField::CHAR_4, characterText};
+constexpr WireField<32, 6> character5{ADSBMessageField::CHAR_5, characterText};
+constexpr WireField<38, 6> character6{ADSBMessageField::CHAR_6, characterText};
+constexpr WireField<44, 6> character7{ADSBMessageField::CHAR_7, characterText};
+constexpr WireField<50, 6> character8{ADSBMessageField::CHAR_8, characterText};
 
 } // namespace layout
 
@@ -32,13 +36,9 @@ constexpr WireField<50, 6> character8{ADSBMessageField::CHAR_8};
 ADSBIdentityMessage::ADSBIdentityMessage() : ADSBMessage(ACID), _callsign(8, ' ') {}
 
 bool ADSBIdentityMessage::decodeImpl() {
-    _emitterCategory = static_cast<u8>(addDecimal(layout::emitterCategory));
+    _emitterCategory = static_cast<u8>(take(layout::emitterCategory));
     _callsign.clear();
-    const auto addCharacter = [this](const auto& field) {
-        const char character = characters[field.read(data())];
-        _callsign += character;
-        addField(field.shown(std::string(1, character)));
-    };
+    const auto addCharacter = [this](const auto& field) { _callsign += characters[take(field)]; };
     addCharacter(layout::character1);
     addCharacter(layout::character2);
     addCharacter(layout::character3);

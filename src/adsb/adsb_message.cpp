@@ -19,9 +19,13 @@ const std::string moduleName = "ADSBMessage";
 constexpr std::size_t payloadBytes = 7;
 constexpr std::size_t longestFieldList = 11;
 
+std::string typeText(std::int64_t type) {
+    return ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type));
+}
+
 namespace layout {
 
-constexpr WireField<0, 5> type{ADSBMessageField::TYPE};
+constexpr WireField<0, 5> type{ADSBMessageField::TYPE, typeText};
 constexpr WireField<0, 5> typeCode{ADSBMessageField::TYPE_CODE};
 
 } // namespace layout
@@ -103,8 +107,8 @@ bool ADSBMessage::decode(const std::string& data) {
     }
     const std::size_t sorted = _fields.size();
     _fields.reserve(sorted + longestFieldList);
-    addField(layout::type.shown(typeName()));
-    addDecimal(layout::typeCode);
+    show(layout::type, _type);
+    take(layout::typeCode);
     _valid = decodeImpl();
     sortFields(sorted);
     return _valid;
@@ -115,7 +119,16 @@ bool ADSBMessage::decode(const void* data, u64 size) {
 }
 
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
-    return _fields;
+    std::vector<ADSBMessageField> list;
+    list.reserve(_fields.size());
+    for (const auto& [layout, value] : _fields) {
+        if (layout != nullptr) {
+            list.emplace_back(layout->designator, layout->pos, layout->bits, layout->text(value));
+        } else {
+            list.push_back(_ownFields[static_cast<std::size_t>(value)]);
+        }
+    }
+    return list;
 }
 
 std::string ADSBMessage::description() const {
@@ -151,22 +164,31 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 }
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
-    _fields.push_back(field);
+    const auto index = static_cast<std::int64_t>(_ownFields.size());
+    _ownFields.push_back(field);
+    _fields.push_back({nullptr, index});
 }
 
-void ADSBMessage::addField(ADSBMessageField&& field) {
-    _fields.push_back(std::move(field));
+void ADSBMessage::show(const WireLayout& layout, std::int64_t value) {
+    _fields.push_back({&layout, value});
+}
+
+u8 ADSBMessage::positionOf(const Shown& shown) const {
+    return shown.layout != nullptr ? shown.layout->pos
+                                   : _ownFields[static_cast<std::size_t>(shown.value)].pos();
 }
 
 /// Moves every field behind the first `sorted` to its place: nothing is allocated, and few move.
 void ADSBMessage::sortFields(std::size_t sorted) {
-    const auto isBefore = [](u8 pos, const ADSBMessageField& field) { return pos < field.pos(); };
+    const auto isBefore = [this](const Shown& a, const Shown& b) {
+        return positionOf(a) < positionOf(b);
+    };
     for (std::size_t i = sorted; i < _fields.size(); ++i) {
         const auto added = _fields.begin() + static_cast<std::ptrdiff_t>(i);
-        if (i == 0 || added->pos() >= (added - 1)->pos()) {
+        if (i == 0 || !isBefore(*added, *(added - 1))) {
             continue; // most are added in order
         }
-        const auto place = std::upper_bound(_fields.begin(), added, added->pos(), isBefore);
+        const auto place = std::upper_bound(_fields.begin(), added, *added, isBefore);
         std::rotate(place, added, added + 1);
     }
 }

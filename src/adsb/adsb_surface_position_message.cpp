@@ -15,15 +15,6 @@ namespace {
 
 const std::string moduleName = "ADSBGndPosMsg";
 
-namespace layout {
-
-constexpr WireField<5, 7> movementCode{ADSBMessageField::MOV_CODE};
-constexpr WireField<5, 7> groundSpeed{ADSBMessageField::GND_SPD};
-constexpr WireField<12, 1> headingStatus{ADSBMessageField::HDG_STATE};
-constexpr WireField<13, 7> heading{ADSBMessageField::HDG};
-
-} // namespace layout
-
 /// A run of movement codes (RTCA DO-260B, table 2-20): its first code has the speed `base`, every
 /// further one a step more.
 struct MovementRun {
@@ -32,7 +23,10 @@ struct MovementRun {
     double base; // knots
 };
 
-constexpr std::array<MovementRun, 9> movementRuns = {{
+constexpr u8 lastMovementCode = 124; // those above are reserved
+
+constexpr std::array<MovementRun, 10> movementRuns = {{
+    {lastMovementCode + 1, 0, 0},
     {124, 0, 175.0},
     {109, 5, 100.0},
     {94, 2, 70.0},
@@ -44,8 +38,6 @@ constexpr std::array<MovementRun, 9> movementRuns = {{
     {0, 0, 0},
 }};
 
-constexpr u8 lastMovementCode = 124; // those above are reserved
-
 double speedOf(u8 movementCode) {
     for (const MovementRun& run : movementRuns) {
         if (movementCode >= run.firstCode) {
@@ -55,35 +47,58 @@ double speedOf(u8 movementCode) {
     return 0;
 }
 
+/// Degrees of a heading code.
+double headingOf(u32 code) {
+    return code * 360.0 / 128;
+}
+
+std::string speedText(std::int64_t movementCode) {
+    return text::fixed(speedOf(static_cast<u8>(movementCode)));
+}
+
+std::string headingText(std::int64_t code) {
+    return text::fixed(headingOf(static_cast<u32>(code)));
+}
+
+namespace layout {
+
+constexpr WireField<5, 7> movementCode{ADSBMessageField::MOV_CODE};
+constexpr WireField<5, 7> groundSpeed{ADSBMessageField::GND_SPD, speedText};
+constexpr WireField<12, 1> headingStatus{ADSBMessageField::HDG_STATE};
+constexpr WireField<13, 7> heading{ADSBMessageField::HDG, headingText};
+
+} // namespace layout
+
 } // namespace
 
 ADSBSurfacePositionMessage::ADSBSurfacePositionMessage() : ADSBMessage(POS_GND) {}
 
 bool ADSBSurfacePositionMessage::decodeImpl() {
-    _movementCode = static_cast<u8>(addDecimal(layout::movementCode));
+    _movementCode = static_cast<u8>(take(layout::movementCode));
     const bool reserved = _movementCode > lastMovementCode;
     if (reserved) {
         Log::log(Log::Critical, moduleName, "Reserved Movement Code: %u.", unsigned{_movementCode});
     }
     _movement = _movementCode != 0 && !reserved;
-    _groundSpeed = reserved ? 0 : speedOf(_movementCode);
-    addField(layout::groundSpeed.shown(text::fixed(_groundSpeed)));
+    _groundSpeed = speedOf(_movementCode);
+    show(layout::groundSpeed, _movementCode);
 
-    _headingValid = addDecimal(layout::headingStatus) != 0;
-    _heading = _headingValid ? layout::heading.read(data()) * 360.0 * 0.0078125 : 0.0;
-    addField(layout::heading.shown(text::fixed(_heading)));
+    _headingValid = take(layout::headingStatus) != 0;
+    const u32 headingCode = _headingValid ? layout::heading.read(data()) : 0;
+    _heading = headingOf(headingCode);
+    show(layout::heading, headingCode);
 
-    _timeApplicability = addDecimal(cpr_layout::timeBit) != 0;
-    _cprFormat = cpr_layout::format.read(data()) == 0 ? Even : Odd;
-    addField(cpr_layout::format.shown(cprFormatText(_cprFormat)));
-    _cprLatitude = static_cast<i32>(addDecimal(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(addDecimal(cpr_layout::longitude));
+    _timeApplicability = take(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::formatOf(cpr_layout::format.read(data()));
+    show(cpr_layout::format, _cprFormat);
+    _cprLatitude = static_cast<i32>(take(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(take(cpr_layout::longitude));
     return true;
 }
 
 std::string ADSBSurfacePositionMessage::description() const {
     return "TC=POS_GND, SPD=" + text::general(_groundSpeed) + ", HDG=" + text::general(_heading) +
-           ", CPR=" + cprFormatText(_cprFormat) + ", LAT=" + std::to_string(_cprLatitude) +
+           ", CPR=" + token<cprFormatTokens>(_cprFormat) + ", LAT=" + std::to_string(_cprLatitude) +
            ", LON=" + std::to_string(_cprLongitude);
 }
 

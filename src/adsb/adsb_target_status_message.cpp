@@ -32,10 +32,10 @@ bool ADSBTargetStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
         return false;
     }
-    addField(layout::subtype.shown(std::to_string(_subtype)));
-    _nacp = static_cast<u8>(addDecimal(layout::nacp));
-    _nicBaro = static_cast<u8>(addDecimal(layout::nicBaro));
-    _sil = static_cast<u8>(addDecimal(layout::sil));
+    show(layout::subtype, _subtype);
+    _nacp = static_cast<u8>(take(layout::nacp));
+    _nicBaro = static_cast<u8>(take(layout::nicBaro));
+    _sil = static_cast<u8>(take(layout::sil));
     return true;
 }
 
@@ -52,7 +52,7 @@ bool ADSBTargetStatusMessageV2::decodeImpl() {
     if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) {
         return false;
     }
-    _silSupplement = addDecimal(layout::silSupplement) != 0;
+    _silSupplement = take(layout::silSupplement) != 0;
     return true;
 }
 

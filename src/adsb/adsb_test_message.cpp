@@ -11,10 +11,26 @@ namespace {
 
 const std::string moduleName = "ADSBTestMsg";
 
+constexpr std::size_t dataBytes = 6;
+
+/// The bytes of the data, the top one first.
+std::string bytesOf(u64 value) {
+    std::string bytes(dataBytes, '\0');
+    for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
+        *byte = static_cast<char>(value);
+        value >>= 8;
+    }
+    return bytes;
+}
+
+std::string dataText(std::int64_t value) {
+    return text::hexBytes(bytesOf(static_cast<u64>(value)));
+}
+
 namespace layout {
 
 constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_TEST};
-constexpr WireField<8, 48> testData{ADSBMessageField::DATA};
+constexpr WireField<8, 48> testData{ADSBMessageField::DATA, dataText};
 
 } // namespace layout
 
@@ -23,12 +39,11 @@ constexpr WireField<8, 48> testData{ADSBMessageField::DATA};
 ADSBTestMessage::ADSBTestMessage() : ADSBMessage(TEST) {}
 
 bool ADSBTestMessage::decodeImpl() {
-    _subtype = static_cast<u8>(addDecimal(layout::subtype));
+    _subtype = static_cast<u8>(take(layout::subtype));
     if (_subtype != 0) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
     }
-    _testData = layout::testData.bytes(data());
-    addField(layout::testData.shown(text::hexBytes(_testData)));
+    _testData = bytesOf(take(layout::testData));
     return true;
 }
 

@@ -4,14 +4,12 @@
 
 #include <ondrel/types.h>
 
+#include <array>
+
 namespace tolvarin::ondrel {
 
-inline const char* altitudeSourceText(AltitudeSource source) {
-    return source == Baro ? "BARO" : "GNSS";
-}
-
-inline const char* cprFormatText(CPRFormat format) {
-    return format == Even ? "EVEN" : "ODD";
-}
+inline constexpr std::array<const char*, 2> altitudeSourceTokens = {"BARO",
+                                                                    "GNSS"};   // by AltitudeSource
+inline constexpr std::array<const char*, 2> cprFormatTokens = {"ODD", "EVEN"}; // by CPRFormat
 
 } // namespace tolvarin::ondrel

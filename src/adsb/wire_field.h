@@ -1,5 +1,5 @@
 /// @file
-/// A row of a payload's wire table: what the field is and where it stands.
+/// A row of a payload's wire table: what the field is, where it stands and how its value reads.
 #pragma once
 
 #include <ondrel/adsb_message.h>
@@ -7,33 +7,46 @@
 
 #include "bits.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
-#include <utility>
+#include <string_view>
 
 namespace tolvarin::ondrel {
 
+/// How a value reads as text.
+using ValueText = std::string (*)(std::int64_t value);
+
+inline std::string decimal(std::int64_t value) {
+    return std::to_string(value);
+}
+
+/// The word that stands for the value in a table, which must have one for each.
+template <const auto& tokens>
+std::string token(std::int64_t value) {
+    return tokens[static_cast<std::size_t>(value)];
+}
+
+struct WireLayout {
+    ADSBMessageField::Designator designator;
+    u8 pos;
+    u8 bits;
+    ValueText text;
+};
+
 /// `Bits` bits at the ME position `Pos`, counted from 0 at the top bit of the first ME byte.
 template <unsigned Pos, unsigned Bits>
-struct WireField {
-    ADSBMessageField::Designator designator;
+struct WireField : WireLayout {
+    constexpr explicit WireField(ADSBMessageField::Designator what, ValueText valueText = decimal)
+        : WireLayout{what, Pos, Bits, valueText} {}
 
-    u32 read(const std::string& payload) const { return bits::read<Pos, Bits>(payload); }
-
-    /// The bytes of a field that fills whole ones.
-    std::string bytes(const std::string& payload) const {
-        static_assert(Pos % 8 == 0 && Bits % 8 == 0);
-        return payload.substr(Pos / 8, Bits / 8);
-    }
-
-    ADSBMessageField shown(const std::string& value) const {
-        return {designator, Pos, Bits, value};
-    }
+    constexpr auto read(std::string_view payload) const { return bits::read<Pos, Bits>(payload); }
 };
 
 template <class Field>
-u32 ADSBMessage::addDecimal(const Field& field) {
-    const u32 value = field.read(_data);
-    addField(field.shown(std::to_string(value)));
+auto ADSBMessage::take(const Field& field) {
+    const auto value = field.read(_data);
+    show(field, static_cast<std::int64_t>(value));
     return value;
 }
 
