@@ -15,14 +15,21 @@ bool isNear(const GeoPoint& left, const GeoPoint& right) {
 
 } // namespace
 
+std::optional<GeoPoint> placeOf(const ADSBTarget& aircraft) {
+    if (!aircraft.positionValid() || std::abs(aircraft.latitude()) > 90) {
+        return std::nullopt;
+    }
+    return GeoPoint{aircraft.latitude(), aircraft.longitude()};
+}
+
 void TrackHistory::note(const ADSBTarget& aircraft) {
-    const GeoPoint point = {aircraft.latitude(), aircraft.longitude()};
-    if (!aircraft.positionValid()) {
+    const auto place = placeOf(aircraft);
+    if (!place) {
         return;
     }
     std::vector<GeoPoint>& track = _tracks[aircraft.icaoAddr()];
-    if (track.empty() || !isNear(track.back(), point)) {
-        track.push_back(point);
+    if (track.empty() || !isNear(track.back(), *place)) {
+        track.push_back(*place);
     }
 }
 

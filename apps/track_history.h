@@ -4,6 +4,7 @@
 #include <ondrel/types.h>
 
 #include <map>
+#include <optional>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -13,6 +14,10 @@ struct GeoPoint {
     double latitude;
     double longitude;
 };
+
+/// Where the aircraft says it is. Damaged frames can solve into a latitude beyond the poles, which
+/// is no place to draw.
+std::optional<GeoPoint> placeOf(const ADSBTarget& aircraft);
 
 /// Where each aircraft has been, as far as its positions tell.
 class TrackHistory {

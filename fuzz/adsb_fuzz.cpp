@@ -10,7 +10,8 @@
 #include <ondrel/adsb_surface_position_message.h>
 #include <ondrel/adsb_target_status_message.h>
 #include <ondrel/adsb_test_message.h>
-#include <ondrel/log.h>
+
+#include "fuzzing.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,24 +22,11 @@
 #include <vector>
 
 using namespace tolvarin::ondrel;
+using fuzzing::hold;
 
 namespace {
 
 constexpr std::size_t payloadBytes = 7;
-
-/// Stops the fuzzer where a promise is broken.
-void hold(bool promise) {
-    if (!promise) {
-        std::abort();
-    }
-}
-
-class LineChecker final : public LogHandler {
-public:
-    void writeLine(const std::string& line) override {
-        hold(line.size() > 22 && line.front() == '[' && line.find('\n') == std::string::npos);
-    }
-} lineChecker;
 
 bool isCompactPosition(i32 latitude, i32 longitude) {
     return latitude >= 0 && latitude < 1 << 17 && longitude >= 0 && longitude < 1 << 17;
@@ -105,8 +93,7 @@ void decodeAgain(ADSBMessage& message, const std::uint8_t* next, std::size_t siz
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Log::setLogHandler(&lineChecker);
-    Log::setShowLevel(Log::Debug);
+    fuzzing::checkLog();
     if (size == 0) {
         return 0;
     }

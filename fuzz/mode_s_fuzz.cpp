@@ -1,61 +1,23 @@
 // A sequence of replies through one decoder, and everything that can be asked of the messages.
 
 #include <ondrel/df_messages.h>
-#include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
 
 #include "clock.h"
+#include "fuzzing.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 #include <string>
 
 using namespace tolvarin::ondrel;
+using fuzzing::hold;
+using fuzzing::Input;
 
 namespace {
 
 std::int64_t now = 0;
-
-/// Stops the fuzzer where a promise is broken.
-void hold(bool promise) {
-    if (!promise) {
-        std::abort();
-    }
-}
-
-class LineChecker final : public LogHandler {
-public:
-    void writeLine(const std::string& line) override {
-        hold(line.size() > 22 && line.front() == '[' && line.find('\n') == std::string::npos);
-    }
-} lineChecker;
-
-/// The input, taken from the front.
-class Input {
-public:
-    Input(const std::uint8_t* data, std::size_t size) : _data(data), _size(size) {}
-
-    bool empty() const { return _size == 0; }
-
-    u8 byte() { return empty() ? u8{0} : bytes(1)[0]; }
-
-    /// As many as there are, `count` at most.
-    const std::uint8_t* bytes(std::size_t count) {
-        const std::uint8_t* taken = _data;
-        count = left(count);
-        _data += count;
-        _size -= count;
-        return taken;
-    }
-
-    std::size_t left(std::size_t count) const { return count < _size ? count : _size; }
-
-private:
-    const std::uint8_t* _data;
-    std::size_t _size;
-};
 
 void readFields(const DFMessage& message) {
     hold(!message.fields().empty());
@@ -106,14 +68,13 @@ void read(const DFMessage& message, std::size_t receivedSize, u64 stamp) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     now = 1'700'000'000;
     clock::setSource([] { return now; });
-    Log::setLogHandler(&lineChecker);
-    Log::setShowLevel(Log::Debug);
+    fuzzing::checkLog();
 
     Input input(data, size);
     ModeSDecoder decoder;
     while (!input.empty()) {
         // One byte of control: how much time passes, a stamp or none, up or down, and the length.
-        const u8 control = input.byte();
+        const u8 control = input.take<u8>();
         now += (control >> 6) * 200;
         const u64 stamp = control >> 5 & 1U;
         const auto type = (control & 0x1F) == 0x1F ? ModeSMessage::Uplink : ModeSMessage::Downlink;

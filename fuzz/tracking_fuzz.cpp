@@ -1,61 +1,25 @@
 // Replies through decoder and tracker, with all that a client can do to the table in between.
 
 #include <ondrel/adsb_tracker.h>
-#include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
 
 #include "clock.h"
+#include "fuzzing.h"
 #include "parity.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
 using namespace tolvarin::ondrel;
+using fuzzing::hold;
+using fuzzing::Input;
 
 namespace {
-
-/// Stops the fuzzer where a promise is broken.
-void hold(bool promise) {
-    if (!promise) {
-        std::abort();
-    }
-}
-
-class LineChecker final : public LogHandler {
-public:
-    void writeLine(const std::string& line) override {
-        hold(line.size() > 22 && line.front() == '[' && line.find('\n') == std::string::npos);
-    }
-} lineChecker;
-
-/// The input, taken from the front; zeros behind its end.
-class Input {
-public:
-    Input(const std::uint8_t* data, std::size_t size) : _data(data), _size(size) {}
-
-    bool empty() const { return _size == 0; }
-
-    template <class Value>
-    Value take() {
-        Value value{};
-        const std::size_t taken = _size < sizeof value ? _size : sizeof value;
-        std::memcpy(&value, _data, taken);
-        _data += taken;
-        _size -= taken;
-        return value;
-    }
-
-private:
-    const std::uint8_t* _data;
-    std::size_t _size;
-};
 
 void expectSound(const std::vector<ADSBTarget>& targets) {
     const ADSBTarget* last = nullptr;
@@ -186,8 +150,7 @@ struct Trackers {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     clock::setSource([] { return std::int64_t{1'700'000'000}; });
-    Log::setLogHandler(&lineChecker);
-    Log::setShowLevel(Log::Debug);
+    fuzzing::checkLog();
 
     Input input(data, size);
     Trackers trackers;

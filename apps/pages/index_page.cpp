@@ -43,7 +43,9 @@ std::string legend() {
 }
 
 std::string map(const IndexContents& contents) {
-    const auto hasPosition = [](const ADSBTarget& aircraft) { return aircraft.positionValid(); };
+    const auto hasPosition = [](const ADSBTarget& aircraft) {
+        return placeOf(aircraft).has_value();
+    };
     if (std::none_of(contents.aircraft.begin(), contents.aircraft.end(), hasPosition)) {
         return element("p", "quiet", "No aircraft has told its position.") + "\n";
     }

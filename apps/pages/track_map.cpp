@@ -28,10 +28,11 @@ GeoPoint positionOf(const ADSBTarget& aircraft) {
     return {aircraft.latitude(), aircraft.longitude()};
 }
 
-std::vector<const ADSBTarget*> thoseWithPosition(const std::vector<ADSBTarget>& aircraft) {
+/// Those with a place that can be drawn.
+std::vector<const ADSBTarget*> thoseWithPlace(const std::vector<ADSBTarget>& aircraft) {
     std::vector<const ADSBTarget*> chosen;
     for (const ADSBTarget& one : aircraft) {
-        if (one.positionValid()) {
+        if (placeOf(one)) {
             chosen.push_back(&one);
         }
     }
@@ -113,7 +114,7 @@ const std::vector<AltitudeBand>& altitudeBands() {
 
 TrackMap::TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history,
                    double width, double greatestHeight)
-    : _aircraft(thoseWithPosition(aircraft)), _history(history),
+    : _aircraft(thoseWithPlace(aircraft)), _history(history),
       _view(allPoints(_aircraft, history), width, greatestHeight),
       _labels(_view.width(), _view.height()) {}
 

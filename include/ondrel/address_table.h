@@ -1,10 +1,11 @@
 /// @file
-/// The table inside decoder and tracker.
+/// The table inside decoder and tracker; not for applications.
 #pragma once
 
 #include <ondrel/types.h>
 
 #include <cstddef>
+#include <map>
 #include <utility>
 #include <vector>
 
@@ -12,23 +13,41 @@ namespace tolvarin::ondrel {
 
 /// Values by address, made for far more look-ups than new entries: one row of slots, in which an
 /// entry stands where its address hashes to, or close behind. Among thousands of aircraft a look-up
-/// is a wait for memory, and here it waits once.
+/// is a wait for memory, and here it waits once. An entry that finds no free slot near, because
+/// somebody chose addresses that hash alike, goes into an ordered map, so that no choice of
+/// addresses makes a look-up long.
 ///
-/// A value lives, and stays where it is, until the next new entry or removal.
+/// Entries are never removed. A value stays where it is until the next new entry.
 template <class Value>
 class AddressTable {
 public:
+    AddressTable() = default;
+    AddressTable(const AddressTable&) = default;
+    AddressTable& operator=(const AddressTable&) = default;
+    /// Leaves the other table empty.
+    AddressTable(AddressTable&& other) noexcept { swap(other); }
+    AddressTable& operator=(AddressTable&& other) noexcept {
+        AddressTable taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    ~AddressTable() = default;
+
     std::size_t size() const { return _size; }
 
     /// Null for an address that has no entry.
-    Value* find(u32 address) {
+    Value* find(u32 address) { return const_cast<Value*>(std::as_const(*this).find(address)); }
+    const Value* find(u32 address) const {
         if (_slots.empty()) {
             return nullptr;
         }
-        Slot& slot = _slots[placeOf(address)];
-        return slot.used ? &slot.value : nullptr;
+        const Slot& slot = _slots[placeOf(address)];
+        if (!slot.used || slot.address == address) {
+            return slot.used ? &slot.value : nullptr;
+        }
+        const auto entry = _crowded.find(address);
+        return entry != _crowded.end() ? &entry->second : nullptr;
     }
-    const Value* find(u32 address) const { return const_cast<AddressTable*>(this)->find(address); }
 
     /// The value of the address, which gets an entry if it has none.
     Value& operator[](u32 address) {
@@ -36,10 +55,11 @@ public:
             return *known;
         }
         if (2 * (_size + 1) > _slots.size()) {
-            refill(_slots.empty() ? fewestSlots : 2 * _slots.size(),
-                   [](const Value&) { return true; });
+            grow();
         }
-        return enter({address, true, Value{}});
+        Value& value = enter(address, Value{});
+        ++_size;
+        return value;
     }
 
     /// Calls `visit` with each address and its value, in no particular order.
@@ -50,12 +70,9 @@ public:
                 visit(slot.address, slot.value);
             }
         }
-    }
-
-    /// Removes the entries whose value satisfies the condition.
-    template <class Condition>
-    void removeIf(Condition condition) {
-        refill(_slots.size(), [&](const Value& value) { return !condition(value); });
+        for (const auto& [address, value] : _crowded) {
+            visit(address, value);
+        }
     }
 
 private:
@@ -66,40 +83,50 @@ private:
     };
 
     static constexpr std::size_t fewestSlots = 16;
+    static constexpr std::size_t longestWay = 32; // slots that an entry may stand behind its place
 
-    /// Where the address stands, or the free slot where it would.
+    /// Where the address stands, or the free slot where it would; the slot of another address when
+    /// all near ones are taken.
     std::size_t placeOf(u32 address) const {
         constexpr u32 goldenRatio = 0x9E3779B1; // of 2^32; spreads neighbouring addresses
-        const u32 hash = address * goldenRatio;
-        std::size_t place = hash * _slots.size() >> 32;
-        while (_slots[place].used && _slots[place].address != address) {
+        const u64 hash = u32{address * goldenRatio};
+        auto place = static_cast<std::size_t>(hash * _slots.size() >> 32);
+        for (std::size_t way = 0; way < longestWay; ++way) {
+            if (!_slots[place].used || _slots[place].address == address) {
+                break;
+            }
             place = (place + 1) & (_slots.size() - 1);
         }
         return place;
     }
 
-    Value& enter(Slot&& entry) {
-        Slot& slot = _slots[placeOf(entry.address)];
-        slot = std::move(entry);
-        ++_size;
+    Value& enter(u32 address, Value&& value) {
+        Slot& slot = _slots[placeOf(address)];
+        if (slot.used) {
+            return _crowded.emplace(address, std::move(value)).first->second;
+        }
+        slot = {address, true, std::move(value)};
         return slot.value;
     }
 
-    /// Enters what is to be kept into a new row of so many slots.
-    template <class Keep>
-    void refill(std::size_t slots, Keep keep) {
-        std::vector<Slot> old(slots);
-        old.swap(_slots);
-        _size = 0;
-        for (Slot& slot : old) {
-            if (slot.used && keep(slot.value)) {
-                enter(std::move(slot));
-            }
-        }
+    /// Enters all into a row of twice the slots. Nothing changes if memory runs out.
+    void grow() {
+        AddressTable grown;
+        grown._slots.resize(_slots.empty() ? fewestSlots : 2 * _slots.size());
+        forEach([&](u32 address, const Value& value) { grown.enter(address, Value(value)); });
+        grown._size = _size;
+        swap(grown);
     }
 
-    std::vector<Slot> _slots; ///< a power of two of them, at most half of them used
-    std::size_t _size = 0;
+    void swap(AddressTable& other) noexcept {
+        _slots.swap(other._slots);
+        _crowded.swap(other._crowded);
+        std::swap(_size, other._size);
+    }
+
+    std::vector<Slot> _slots; ///< a power of two of them
+    std::map<u32, Value> _crowded;
+    std::size_t _size = 0; ///< at most half as many as slots
 };
 
 } // namespace tolvarin::ondrel

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -104,7 +105,10 @@ private:
     std::string _description;
 };
 
-struct WireLayout; // of the library's own messages
+// Of the library's own messages.
+struct WireLayout;
+template <unsigned Pos, unsigned Bits>
+struct WireField;
 
 /// The payload of an extended squitter's ME field (RTCA DO-260B, 2.2.3.2). A message decodes seven
 /// bytes into its members and lists them bit field by bit field.
@@ -195,18 +199,21 @@ protected:
     void show(const WireLayout& layout, std::int64_t value);
 
     /// Reads a wire field, shows it and gives its value.
-    template <class WireField>
-    auto take(const WireField& field);
+    template <unsigned Pos, unsigned Bits>
+    auto take(const WireField<Pos, Bits>& field);
 
 private:
-    /// A field, and what it shows: a value of its layout, or without one a field of `_ownFields`.
+    /// A value with its layout, or a field that addField() was given.
     struct Shown {
         const WireLayout* layout;
         std::int64_t value;
+        std::shared_ptr<const ADSBMessageField> given;
+
+        u8 pos() const;
+        ADSBMessageField field() const;
     };
 
-    u8 positionOf(const Shown& shown) const;
-    void sortFields(std::size_t sorted);
+    void sortFields();
 
     std::string _data;
     bool _valid = false;
@@ -215,7 +222,6 @@ private:
     u64 _timeStamp;
     u8 _signalAmplitude = 0;
     std::vector<Shown> _fields;
-    std::vector<ADSBMessageField> _ownFields; ///< those that addField() was given
 };
 
 } // namespace tolvarin::ondrel

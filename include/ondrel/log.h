@@ -31,7 +31,8 @@ protected:
 /// as the longest name shown so far, and at least ten. Without a handler lines go to std::clog.
 ///
 /// All operations may be called from any number of threads at once. Every line is handed over
-/// whole.
+/// whole. For std::clog that holds as long as it is what it is at the start, synchronised with the
+/// C streams: with a buffer of your own in it, and several threads, install a handler.
 class ONDREL_EXPORT Log {
 public:
     enum Level : i32 {
@@ -41,8 +42,6 @@ public:
         Critical = 3,
         Panic = 4,
     };
-
-    Log() = delete;
 
     /// Writes one line if `level` is at least the show level. The message may have any length.
     static void log(Level level, const std::string& module, const std::string& message);
@@ -60,6 +59,8 @@ public:
     static void setLogHandler(LogHandler* handler);
 
 private:
+    explicit Log() = default;
+
     static bool shown(Level level);
     static void write(Level level, const std::string& module, std::string_view message);
 

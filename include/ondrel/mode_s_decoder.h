@@ -53,9 +53,9 @@ private:
     };
 
     template <class Message>
-    Message* decodeAltitudeReply(const std::string& data, Seconds now);
+    ModeSMessage* decodeAltitudeReply(const std::string& data, Seconds now);
     template <class Message>
-    Message* decodeIdentityReply(const std::string& data, Seconds now);
+    ModeSMessage* decodeIdentityReply(const std::string& data, Seconds now);
     ModeSMessage* decodeAllCallReply(const std::string& data, Seconds now);
     template <class Message>
     ModeSMessage* decodeSquitter(const std::string& data, Seconds now);

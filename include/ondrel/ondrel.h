@@ -11,8 +11,6 @@ namespace tolvarin::ondrel {
 /// Tells which library this is. Static operations only; any thread may call them at any time.
 class ONDREL_EXPORT Ondrel {
 public:
-    Ondrel() = delete;
-
     /// Major, minor and patch number joined by points, such as "0.4.0".
     static std::string version();
 
@@ -24,6 +22,9 @@ public:
 
     /// The web address of the makers.
     static std::string contact();
+
+private:
+    explicit Ondrel() = default;
 };
 
 } // namespace tolvarin::ondrel

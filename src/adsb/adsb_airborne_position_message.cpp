@@ -16,12 +16,12 @@ std::string feetText(std::int64_t feet) {
 namespace layout {
 
 // Told by the type code.
-constexpr WireField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC, token<altitudeSourceTokens>};
+constexpr ShownField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC, token<altitudeSourceTokens>};
 constexpr WireField<7, 1> singleAntenna{ADSBMessageField::SAF};
 constexpr WireField<7, 1> nicSupplementB{ADSBMessageField::NIC_SUPP_B};
-constexpr WireField<8, 12> altitude{ADSBMessageField::ALT, feetText};
+constexpr ShownField<8, 12> altitude{ADSBMessageField::ALT, feetText};
 // The Q bit within it.
-constexpr WireField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES, feetText};
+constexpr ShownField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES, feetText};
 
 } // namespace layout
 

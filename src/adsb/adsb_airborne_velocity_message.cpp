@@ -40,7 +40,7 @@ constexpr std::array<const char*, 2> verticalTokens = {"UP", "DOWN"};
 
 namespace layout {
 
-constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL, subtypeText};
+constexpr ShownField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL, subtypeText};
 constexpr WireField<10, 3> nucr{ADSBMessageField::NUC_R};
 constexpr WireField<13, 1> eastWestDirection{ADSBMessageField::DIR_EW, token<eastWestTokens>};
 constexpr WireField<14, 10> eastWestVelocity{ADSBMessageField::VEL_EW};

@@ -26,9 +26,9 @@ std::string modeAText(std::int64_t code) {
 
 namespace layout {
 
-constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS, token<subtypeTokens>};
-constexpr WireField<8, 3> emergencyState{ADSBMessageField::EMG_STATE, token<emergencyTokens>};
-constexpr WireField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
+constexpr ShownField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS, token<subtypeTokens>};
+constexpr ShownField<8, 3> emergencyState{ADSBMessageField::EMG_STATE, token<emergencyTokens>};
+constexpr ShownField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
 
 } // namespace layout
 

@@ -10,7 +10,7 @@
 
 #include "adsb_airborne_velocity_message_v2.h"
 #include "adsb_aircraft_status_message_v0.h"
-#include "bits.h"
+#include "wire_field.h"
 
 #include <algorithm>
 #include <array>
@@ -21,8 +21,6 @@ namespace tolvarin::ondrel {
 namespace {
 
 const std::string moduleName = "ADSBDecoder";
-
-constexpr std::size_t payloadBytes = 7;
 
 template <class Message>
 ADSBMessage* decodeAs(const std::string& data) {

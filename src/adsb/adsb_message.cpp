@@ -16,7 +16,6 @@ namespace {
 
 const std::string moduleName = "ADSBMessage";
 
-constexpr std::size_t payloadBytes = 7;
 constexpr std::size_t longestFieldList = 11;
 
 std::string typeText(std::int64_t type) {
@@ -25,7 +24,7 @@ std::string typeText(std::int64_t type) {
 
 namespace layout {
 
-constexpr WireField<0, 5> type{ADSBMessageField::TYPE, typeText};
+constexpr ShownField<0, 5> type{ADSBMessageField::TYPE, typeText};
 constexpr WireField<0, 5> typeCode{ADSBMessageField::TYPE_CODE};
 
 } // namespace layout
@@ -105,12 +104,11 @@ bool ADSBMessage::decode(const std::string& data) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
-    const std::size_t sorted = _fields.size();
-    _fields.reserve(sorted + longestFieldList);
+    _fields.reserve(_fields.size() + longestFieldList);
     show(layout::type, _type);
     take(layout::typeCode);
     _valid = decodeImpl();
-    sortFields(sorted);
+    sortFields();
     return _valid;
 }
 
@@ -121,12 +119,8 @@ bool ADSBMessage::decode(const void* data, u64 size) {
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
     std::vector<ADSBMessageField> list;
     list.reserve(_fields.size());
-    for (const auto& [layout, value] : _fields) {
-        if (layout != nullptr) {
-            list.emplace_back(layout->designator, layout->pos, layout->bits, layout->text(value));
-        } else {
-            list.push_back(_ownFields[static_cast<std::size_t>(value)]);
-        }
+    for (const Shown& shown : _fields) {
+        list.push_back(shown.field());
     }
     return list;
 }
@@ -164,32 +158,31 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 }
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
-    const auto index = static_cast<std::int64_t>(_ownFields.size());
-    _ownFields.push_back(field);
-    _fields.push_back({nullptr, index});
+    _fields.push_back({nullptr, 0, std::make_shared<ADSBMessageField>(field)});
 }
 
 void ADSBMessage::show(const WireLayout& layout, std::int64_t value) {
-    _fields.push_back({&layout, value});
+    _fields.push_back({&layout, value, nullptr});
 }
 
-u8 ADSBMessage::positionOf(const Shown& shown) const {
-    return shown.layout != nullptr ? shown.layout->pos
-                                   : _ownFields[static_cast<std::size_t>(shown.value)].pos();
+u8 ADSBMessage::Shown::pos() const {
+    return layout != nullptr ? layout->pos : given->pos();
 }
 
-/// Moves every field behind the first `sorted` to its place: nothing is allocated, and few move.
-void ADSBMessage::sortFields(std::size_t sorted) {
-    const auto isBefore = [this](const Shown& a, const Shown& b) {
-        return positionOf(a) < positionOf(b);
-    };
-    for (std::size_t i = sorted; i < _fields.size(); ++i) {
-        const auto added = _fields.begin() + static_cast<std::ptrdiff_t>(i);
-        if (i == 0 || !isBefore(*added, *(added - 1))) {
-            continue; // most are added in order
+ADSBMessageField ADSBMessage::Shown::field() const {
+    return layout != nullptr ? ADSBMessageField{layout->designator, layout->pos, layout->bits,
+                                                layout->text(value)}
+                             : *given;
+}
+
+/// Nothing is allocated, and few fields move: most are added in order.
+void ADSBMessage::sortFields() {
+    const auto isBefore = [](const Shown& a, const Shown& b) { return a.pos() < b.pos(); };
+    for (auto added = _fields.begin(); added != _fields.end(); ++added) {
+        if (added != _fields.begin() && isBefore(*added, *(added - 1))) {
+            const auto place = std::upper_bound(_fields.begin(), added, *added, isBefore);
+            std::rotate(place, added, added + 1);
         }
-        const auto place = std::upper_bound(_fields.begin(), added, *added, isBefore);
-        std::rotate(place, added, added + 1);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "tokens.h"
 #include "wire_field.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tolvarin::ondrel {
@@ -27,7 +28,7 @@ constexpr u8 lastMovementCode = 124; // those above are reserved
 
 constexpr std::array<MovementRun, 10> movementRuns = {{
     {lastMovementCode + 1, 0, 0},
-    {124, 0, 175.0},
+    {lastMovementCode, 0, 175.0},
     {109, 5, 100.0},
     {94, 2, 70.0},
     {39, 1, 15.0},
@@ -39,12 +40,11 @@ constexpr std::array<MovementRun, 10> movementRuns = {{
 }};
 
 double speedOf(u8 movementCode) {
-    for (const MovementRun& run : movementRuns) {
-        if (movementCode >= run.firstCode) {
-            return (movementCode - run.firstCode) * run.step + run.base;
-        }
-    }
-    return 0;
+    const auto isIn = [movementCode](const MovementRun& run) {
+        return movementCode >= run.firstCode;
+    };
+    const MovementRun& run = *std::find_if(movementRuns.begin(), movementRuns.end(), isIn);
+    return (movementCode - run.firstCode) * run.step + run.base;
 }
 
 /// Degrees of a heading code.
@@ -63,9 +63,9 @@ std::string headingText(std::int64_t code) {
 namespace layout {
 
 constexpr WireField<5, 7> movementCode{ADSBMessageField::MOV_CODE};
-constexpr WireField<5, 7> groundSpeed{ADSBMessageField::GND_SPD, speedText};
+constexpr ShownField<5, 7> groundSpeed{ADSBMessageField::GND_SPD, speedText};
 constexpr WireField<12, 1> headingStatus{ADSBMessageField::HDG_STATE};
-constexpr WireField<13, 7> heading{ADSBMessageField::HDG, headingText};
+constexpr ShownField<13, 7> heading{ADSBMessageField::HDG, headingText};
 
 } // namespace layout
 

@@ -8,7 +8,7 @@
 namespace tolvarin::ondrel::cpr_layout {
 
 inline constexpr WireField<20, 1> timeBit{ADSBMessageField::T};
-inline constexpr WireField<21, 1> format{ADSBMessageField::CPR_FMT, token<cprFormatTokens>};
+inline constexpr ShownField<21, 1> format{ADSBMessageField::CPR_FMT, token<cprFormatTokens>};
 inline constexpr WireField<22, 17> latitude{ADSBMessageField::CPR_LAT};
 inline constexpr WireField<39, 17> longitude{ADSBMessageField::CPR_LON};
 

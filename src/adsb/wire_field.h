@@ -14,6 +14,8 @@
 
 namespace tolvarin::ondrel {
 
+constexpr std::size_t payloadBytes = 7;
+
 /// How a value reads as text.
 using ValueText = std::string (*)(std::int64_t value);
 
@@ -34,17 +36,25 @@ struct WireLayout {
     ValueText text;
 };
 
-/// `Bits` bits at the ME position `Pos`, counted from 0 at the top bit of the first ME byte.
+/// `Bits` bits at the ME position `Pos`, counted from 0 at the top bit of the first ME byte, whose
+/// text is that of a value worked out of them.
 template <unsigned Pos, unsigned Bits>
-struct WireField : WireLayout {
-    constexpr explicit WireField(ADSBMessageField::Designator what, ValueText valueText = decimal)
+struct ShownField : WireLayout {
+    constexpr explicit ShownField(ADSBMessageField::Designator what, ValueText valueText)
         : WireLayout{what, Pos, Bits, valueText} {}
 
     constexpr auto read(std::string_view payload) const { return bits::read<Pos, Bits>(payload); }
 };
 
-template <class Field>
-auto ADSBMessage::take(const Field& field) {
+/// The same with the text of the very bits.
+template <unsigned Pos, unsigned Bits>
+struct WireField : ShownField<Pos, Bits> {
+    constexpr explicit WireField(ADSBMessageField::Designator what, ValueText bitsText = decimal)
+        : ShownField<Pos, Bits>(what, bitsText) {}
+};
+
+template <unsigned Pos, unsigned Bits>
+auto ADSBMessage::take(const WireField<Pos, Bits>& field) {
     const auto value = field.read(_data);
     show(field, static_cast<std::int64_t>(value));
     return value;

@@ -67,12 +67,14 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
         return;
     }
     thread_local std::array<char, longestFormatted> buffer;
+    buffer.fill('\0'); // where formatting fails, what it wrote until then is the message
     std::va_list arguments;
     va_start(arguments, format);
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above is what it misses
-    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
+    static_cast<void>(std::vsnprintf(buffer.data(), buffer.size(), format, arguments));
     va_end(arguments);
-    write(level, module, length >= 0 ? buffer.data() : "");
+    buffer.back() = '\0';
+    write(level, module, buffer.data());
 }
 
 void Log::write(Level level, const std::string& module, std::string_view message) {

@@ -59,7 +59,7 @@ DFMessage::DownlinkFormat DFMessage::downlinkFormatByCode(u8 code) {
 }
 
 bool DFMessage::decodeImpl() {
-    if (data().size() < size()) {
+    if (data().empty() || data().size() < size()) {
         return false;
     }
     const auto code = static_cast<u8>(bits::read<0, 5>(data()));

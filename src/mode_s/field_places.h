@@ -34,6 +34,8 @@ constexpr u8 of(u8 frameBits) {
     } else if constexpr (isOneOf<Field, ModeSMessageFieldAP, ModeSMessageFieldPI>) {
         return frameBits == parity::longBits ? longOverlay : shortOverlay;
     } else {
+        static_assert(isOneOf<Field, ModeSMessageFieldAF, ModeSMessageFieldCA, ModeSMessageFieldCF,
+                              ModeSMessageFieldFS, ModeSMessageFieldVS>);
         return status;
     }
 }

@@ -23,6 +23,10 @@ constexpr u32 interrogatorThreshold = 10;        // hits that make an interrogat
 
 const std::string moduleName = "ModeSDecoder";
 
+bool isRecent(std::int64_t second, std::int64_t timeout, std::int64_t now) {
+    return second + timeout >= now;
+}
+
 std::string inverted(std::string frame, std::initializer_list<u8> positions) {
     for (const u8 position : positions) {
         parity::invert(frame, position);
@@ -63,12 +67,12 @@ ModeSDecoder& ModeSDecoder::operator=(const ModeSDecoder&) = default;
 ModeSDecoder::~ModeSDecoder() = default;
 
 ModeSDecoder::ModeSDecoder(ModeSDecoder&& other) noexcept
-    : _icaoAddresses(std::exchange(other._icaoAddresses, {})),
+    : _icaoAddresses(std::move(other._icaoAddresses)),
       _interrogators(std::exchange(other._interrogators, {})) {}
 
 ModeSDecoder& ModeSDecoder::operator=(ModeSDecoder&& other) noexcept {
     if (this != &other) {
-        _icaoAddresses = std::exchange(other._icaoAddresses, {});
+        _icaoAddresses = std::move(other._icaoAddresses);
         _interrogators = std::exchange(other._interrogators, {});
     }
     return *this;
@@ -135,7 +139,7 @@ ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const void* 
 /// A known and recent address proves a reply that hides it, and stays recent by it.
 ModeSMessage::Confidence ModeSDecoder::gradeByAddress(u32 address, Seconds now) {
     Seconds* proved = _icaoAddresses.find(address);
-    if (proved == nullptr || *proved + addressTimeout < now) {
+    if (proved == nullptr || !isRecent(*proved, addressTimeout, now)) {
         return ModeSMessage::Low;
     }
     *proved = now;
@@ -143,7 +147,7 @@ ModeSMessage::Confidence ModeSDecoder::gradeByAddress(u32 address, Seconds now) 
 }
 
 template <class Message>
-Message* ModeSDecoder::decodeIdentityReply(const std::string& data, Seconds now) {
+ModeSMessage* ModeSDecoder::decodeIdentityReply(const std::string& data, Seconds now) {
     auto message = std::make_unique<Message>();
     if (!message->decode(data)) {
         return nullptr;
@@ -152,14 +156,18 @@ Message* ModeSDecoder::decodeIdentityReply(const std::string& data, Seconds now)
     return message.release();
 }
 
-/// An altitude in metres, which nobody sends, speaks for noise.
+/// An altitude in metres, which nobody sends, speaks for noise; its address stays recent by it all
+/// the same.
 template <class Message>
-Message* ModeSDecoder::decodeAltitudeReply(const std::string& data, Seconds now) {
-    auto* message = decodeIdentityReply<Message>(data, now);
-    if (message != nullptr && message->constFieldAC().altitudeUnit() != Feet) {
-        message->setConfidence(ModeSMessage::None);
+ModeSMessage* ModeSDecoder::decodeAltitudeReply(const std::string& data, Seconds now) {
+    auto message = std::make_unique<Message>();
+    if (!message->decode(data)) {
+        return nullptr;
     }
-    return message;
+    const ModeSMessage::Confidence confidence = gradeByAddress(message->icaoAddress(), now);
+    const bool believable = message->constFieldAC().altitudeUnit() == Feet;
+    message->setConfidence(believable ? confidence : ModeSMessage::None);
+    return message.release();
 }
 
 ModeSMessage* ModeSDecoder::decodeAllCallReply(const std::string& data, Seconds now) {
@@ -179,10 +187,11 @@ ModeSMessage* ModeSDecoder::decodeAllCallReply(const std::string& data, Seconds 
 /// Recent addresses build an interrogator up; a reliable one vouches for addresses in turn.
 ModeSMessage::Confidence ModeSDecoder::gradeAllCall(u32 address, u32 interrogator, Seconds now) {
     const Seconds* proved = _icaoAddresses.find(address);
-    const bool addressRecent = proved != nullptr && *proved + addressTimeout >= now;
+    const bool addressRecent = proved != nullptr && isRecent(*proved, addressTimeout, now);
     const auto knownInterrogator = _interrogators.find(interrogator);
-    const bool interrogatorRecent = knownInterrogator != _interrogators.end() &&
-                                    knownInterrogator->second.lastSeen + interrogatorTimeout >= now;
+    const bool interrogatorRecent =
+        knownInterrogator != _interrogators.end() &&
+        isRecent(knownInterrogator->second.lastSeen, interrogatorTimeout, now);
 
     if (!addressRecent &&
         !(interrogatorRecent && knownInterrogator->second.hitCount >= interrogatorThreshold)) {

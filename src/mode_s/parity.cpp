@@ -147,11 +147,9 @@ EntryPair findPairOfEntries(unsigned start, u32 difference) {
 } // namespace
 
 u32 sum(std::string_view frame, u8 frameBits) {
-    if (frameBits == 0) {
-        return 0;
-    }
     const std::size_t firstPlace = offset(frameBits) / 8;
-    const std::size_t bytes = std::min(protectedBytes - firstPlace, frame.size());
+    const std::size_t frameBytes = std::min<std::size_t>(frameBits / 8U, frame.size());
+    const std::size_t bytes = std::min(protectedBytes - firstPlace, frameBytes);
     u32 sum = 0;
     for (std::size_t i = 0; i < bytes; ++i) {
         sum ^= byteSums[firstPlace + i][static_cast<u8>(frame[i])];

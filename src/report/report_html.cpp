@@ -32,7 +32,7 @@ HtmlElement& addSection(HtmlElement& body, const char* heading, Cells columns) {
     HtmlElement& table = body.addChild(HtmlElement("table"));
     table.addAttribute("border", 1)
         .addAttribute("cellspacing", 0)
-        .addAttribute("class", std::string("general_table"));
+        .addAttribute("class", "general_table");
     addRow(table, "th", columns);
     return table;
 }
@@ -130,9 +130,8 @@ void ADSBTargetReport::addQualityIndicators(HtmlElement& body) const {
 std::string ADSBTargetReport::toHtml(const std::string& style) const {
     const std::string title = "ADS-B Target Report";
     HtmlDocument document(title);
-    document.root.addAttribute("lang", std::string("en"));
-    document.head->addChild(HtmlElement("style", style))
-        .addAttribute("type", std::string("text/css"));
+    document.root.addAttribute("lang", "en");
+    document.head->addChild(HtmlElement("style", style)).addAttribute("type", "text/css");
     document.body->addChild(HtmlElement("h1", title));
     addBreak(*document.body);
     addIdentification(*document.body);

@@ -29,14 +29,14 @@ ADSBTracker::~ADSBTracker() = default;
 
 // NOLINTNEXTLINE(bugprone-copy-constructor-init): the decoder has no state to move
 ADSBTracker::ADSBTracker(ADSBTracker&& other) noexcept
-    : _decoder(other._decoder), _targets(std::exchange(other._targets, {})),
+    : _decoder(other._decoder), _targets(std::move(other._targets)),
       _nextTrackId(other._nextTrackId), _altitudeBaroChecking(other._altitudeBaroChecking),
       _altitudeBaroCheckingSeconds(other._altitudeBaroCheckingSeconds),
       _altitudeBaroCheckingLimit(other._altitudeBaroCheckingLimit) {}
 
 ADSBTracker& ADSBTracker::operator=(ADSBTracker&& other) noexcept {
     if (this != &other) {
-        _targets = std::exchange(other._targets, {});
+        _targets = std::move(other._targets);
         _nextTrackId = other._nextTrackId;
         _altitudeBaroChecking = other._altitudeBaroChecking;
         _altitudeBaroCheckingSeconds = other._altitudeBaroCheckingSeconds;
@@ -86,12 +86,19 @@ std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from, u64 to) {
 std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
     const auto isSilent = [=](const ADSBTarget& target) { return target.lastUpdate() <= time; };
     std::vector<ADSBTarget> killed = targetsWhere(isSilent);
+    if (killed.empty()) {
+        return killed;
+    }
+    decltype(_targets) kept; // made first: once a line is out, no lack of memory keeps a target
+    _targets.forEach([&](u32 address, const auto& target) {
+        if (!isSilent(*target)) {
+            kept[address] = target;
+        }
+    });
     for (const ADSBTarget& target : killed) {
         Log::log(Log::Debug, moduleName, "Target #%u killed.", target.trackId());
     }
-    if (!killed.empty()) {
-        _targets.removeIf([&](const auto& target) { return isSilent(*target); });
-    }
+    _targets = std::move(kept);
     return killed;
 }
 

@@ -23,7 +23,11 @@ void prefetch(const ADSBTarget& target) {
     constexpr std::size_t cacheLine = 64;
     const auto* const bytes = reinterpret_cast<const char*>(&target);
     for (std::size_t i = 0; i < sizeof target; i += cacheLine) {
+#if defined(__GNUC__)
         __builtin_prefetch(bytes + i);
+#else
+        static_cast<void>(bytes);
+#endif
     }
 }
 

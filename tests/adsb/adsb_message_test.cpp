@@ -1,6 +1,7 @@
 #include <ondrel/adsb_airborne_velocity_message.h>
 #include <ondrel/adsb_decoder.h>
 #include <ondrel/adsb_identity_message.h>
+#include <ondrel/adsb_surface_position_message.h>
 
 #include "support/bytes.h"
 #include "support/captured_log.h"
@@ -8,10 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <clocale>
 #include <locale>
 #include <memory>
+#include <new>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -21,10 +25,11 @@ namespace {
 using test::operator""_hex;
 using Field = ADSBMessageField;
 
-/// A message with fields in no order; it understands what has the last bit set.
+/// A message with fields in no order, one of them from the start; it understands what has the last
+/// bit set.
 class DisorderedMessage final : public ADSBMessage {
 public:
-    DisorderedMessage() : ADSBMessage(TEST) {}
+    DisorderedMessage() : ADSBMessage(TEST) { addField({Field::DATA, 9, 1, "z"}); }
 
 protected:
     bool decodeImpl() override {
@@ -47,10 +52,25 @@ std::string listed(const ADSBMessage& message) {
 TEST(ADSBMessage, ListsFieldsByPositionAndThenAsAdded) {
     DisorderedMessage message;
     EXPECT_TRUE(message.decode("B8 00 00 00 00 00 01"_hex));
-    EXPECT_EQ(listed(message), "TEST 23 b e c f a d g ");
+    EXPECT_EQ(listed(message), "TEST 23 b e c f z a d g ");
     EXPECT_FALSE(message.decode("B8 00 00 00 00 00 00"_hex));
-    EXPECT_EQ(listed(message), "TEST 23 b TEST 23 b e e c f c f a d a d g g ");
+    EXPECT_EQ(listed(message), "TEST 23 b TEST 23 b e e c f c f z a d a d g g ");
     EXPECT_EQ(message.ADSBMessage::description(), "ADS-B Type-23 TEST Message");
+}
+
+TEST(ADSBMessage, IsInOrderAgainAfterADecodeThatAnExceptionEnded) {
+    struct Thrower final : LogHandler {
+        void writeLine(const std::string& /*line*/) override { throw std::bad_alloc(); }
+    } thrower;
+    ADSBSurfacePositionMessage message;
+    ASSERT_TRUE(message.decode("38 10 00 00 00 00 00"_hex));
+    Log::setLogHandler(&thrower);
+    EXPECT_THROW(message.decode("3F F0 00 00 00 00 00"_hex), std::bad_alloc);
+    Log::setLogHandler(nullptr);
+    ASSERT_TRUE(message.decode("38 10 00 00 00 00 00"_hex));
+    const std::vector<Field> fields = message.fields();
+    EXPECT_TRUE(std::is_sorted(fields.begin(), fields.end(),
+                               [](const Field& a, const Field& b) { return a.pos() < b.pos(); }));
 }
 
 TEST(ADSBMessage, TakesSevenBytesAndNoFewer) {
@@ -96,51 +116,38 @@ TEST(ADSBMessage, LeavesStampAndAmplitudeToItsOwner) {
     }
 }
 
-TEST(ADSBMessage, NamesEveryType) {
-    const std::vector<std::pair<const char*, const char*>> names = {
-        {"ACID", "Aircraft Identification"},
-        {"POS_GND", "Surface Position"},
-        {"POS_AIR", "Airborne Position"},
-        {"AIR_VEL", "Airborne Velocities"},
-        {"TEST", "Test"},
-        {"AC_STATUS", "Aircraft Status"},
-        {"TG_STATUS", "Target State and Status Information"},
-        {"OP_STATUS", "Aircraft Operation Status"},
-        {"RESERVED", "Reserved"},
-    };
-    for (int value = -1; value < 12; ++value) {
-        const auto type = static_cast<ADSBMessage::ADSBMessageType>(value);
-        const auto& [name, fullName] = names[value >= 0 && value < 8 ? static_cast<u8>(value) : 8];
-        EXPECT_EQ(ADSBMessage::typeName(type), name);
-        EXPECT_EQ(ADSBMessage::typeFullName(type), fullName);
-    }
-    const std::string byCode = "80000111122222222223222488885687";
+TEST(ADSBMessage, SortsTypeCodes) {
+    const std::string types = "80000111122222222223222488885687";
     for (unsigned code = 0; code < 256; ++code) {
         EXPECT_EQ(ADSBMessage::typeByCode(static_cast<u8>(code)),
-                  code < 32 ? byCode[code] - '0' : ADSBMessage::RESERVED)
+                  code < 32 ? types[code] - '0' : ADSBMessage::RESERVED)
             << code;
     }
-    EXPECT_EQ(ADSBIdentityMessage().typeName(), "ACID");
-    EXPECT_EQ(ADSBIdentityMessage().typeFullName(), "Aircraft Identification");
 }
 
-TEST(ADSBMessageField, NamesEveryDesignator) {
-    const std::vector<std::string> names = {
-        "TYPE",      "TYPE_CODE", "EMT_SET",   "EMT_CAT",    "CHAR_1",    "CHAR_2",   "CHAR_3",
-        "CHAR_4",    "CHAR_5",    "CHAR_6",    "CHAR_7",     "CHAR_8",    "MOV_CODE", "GND_SPD",
-        "HDG_STATE", "HDG",       "SAF",       "NIC_SUPP_B", "ALT_SRC",   "ALT_RES",  "ALT",
-        "T",         "CPR_FMT",   "CPR_LAT",   "CPR_LON",    "SUB_TYPE",  "NUC_R",    "DIR_EW",
-        "DIR_NS",    "VEL_EW",    "VEL_NS",    "VR_SRC",     "VR_SIGN",   "VR",       "SUB_TYPE",
-        "DATA",      "SUB_TYPE",  "EMG_STATE", "MODE_A",     "SUB_TYPE",  "NAC_P",    "NIC_BARO",
-        "SIL",       "SIL_SUPP",  "SUB_TYPE",  "VER_NUM",    "NIC_SUPP_A"};
-    for (int value = -1; value < 50; ++value) {
-        const auto designator = static_cast<Field::Designator>(value);
-        const bool known = value >= 0 && value < 47;
-        const std::string name = known ? names[static_cast<u8>(value)] : "--";
-        EXPECT_EQ(Field::designatorName(designator), name);
-        EXPECT_EQ(Field::designatorFullName(designator), value == 0 ? "Type" : name);
-        EXPECT_EQ(Field(designator, 0, 1, "").name(), name);
-        EXPECT_EQ(Field(designator, 0, 1, "").fullName(), value == 0 ? "Type" : name);
+TEST(ADSBMessage, NamesTypesAndDesignators) {
+    for (const int value : {-1, 8, 9}) {
+        const auto type = static_cast<ADSBMessage::ADSBMessageType>(value);
+        EXPECT_EQ(ADSBMessage::typeName(type), "RESERVED");
+        EXPECT_EQ(ADSBMessage::typeFullName(type), "Reserved");
+    }
+    EXPECT_EQ(ADSBIdentityMessage().typeFullName(), "Aircraft Identification");
+    EXPECT_EQ(ADSBMessage::typeFullName(ADSBMessage::TG_STATUS),
+              "Target State and Status Information");
+    const std::tuple<int, const char*, const char*> rows[] = {
+        {Field::TYPE, "TYPE", "Type"},
+        {Field::TYPE_CODE, "TYPE_CODE", "TYPE_CODE"},
+        {Field::EMT_SET, "EMT_SET", "EMT_SET"},
+        {Field::SUB_TYPE_OP_STATUS, "SUB_TYPE", "SUB_TYPE"},
+        {46, "NIC_SUPP_A", "NIC_SUPP_A"},
+        {47, "--", "--"},
+        {48, "--", "--"},
+        {-1, "--", "--"},
+    };
+    for (const auto& [value, name, fullName] : rows) {
+        const Field field(static_cast<Field::Designator>(value), 0, 1, "");
+        EXPECT_EQ(field.name(), name);
+        EXPECT_EQ(field.fullName(), fullName);
     }
 }
 

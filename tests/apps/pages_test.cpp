@@ -136,6 +136,24 @@ TEST(Pages, needNoNetwork) {
     EXPECT_EQ(countOf(styleSheet(), "{"), countOf(styleSheet(), "}"));
 }
 
+// Two frames that no aircraft sends can solve into a latitude of 122 degrees.
+TEST(TrackHistory, hasNoPlaceBeyondThePoles) {
+    simulator::AirbornePosition position;
+    position.odd = true;
+    position.cpr = {0, 0};
+    const std::string odd = simulator::df17(0x4840D6, 5, simulator::airbornePosition(position));
+    position.odd = false;
+    position.cpr = {44431, 0};
+    const std::string even = simulator::df17(0x4840D6, 5, simulator::airbornePosition(position));
+    const TrackedLines tracked({"1," + hexBytes(odd), "2," + hexBytes(even)});
+    const std::vector<ADSBTarget> aircraft = tracked.tracking.aircraft();
+    TrackHistory history;
+    history.note(aircraft.front());
+    EXPECT_GT(aircraft.front().latitude(), 90);
+    EXPECT_EQ(history.trackOf(0x4840D6).size(), 0U);
+    EXPECT_EQ(countOf(indexPage({"", 2000, aircraft, history}), "<svg "), 0U);
+}
+
 TEST(TrackHistory, hasThePositionsInTheirOrder) {
     Pages pages;
     EXPECT_EQ(pages.history.trackOf(0x4840D6).size(), 0U);

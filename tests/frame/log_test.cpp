@@ -5,12 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <mutex>
-#include <set>
-#include <thread>
+#include <type_traits>
 
 namespace tolvarin::ondrel {
 namespace {
@@ -88,6 +85,8 @@ const std::vector<Case> freshCases = {
 INSTANTIATE_TEST_SUITE_P(Process, FreshLogDeathTest, testing::ValuesIn(freshCases),
                          [](const auto& example) { return std::string(example.param.name); });
 
+static_assert(!std::is_aggregate_v<Log> && !std::is_default_constructible_v<Log>);
+
 TEST(Log, LabelsEveryLevel) {
     CapturedLog log(static_cast<Log::Level>(-2));
     for (int level = -2; level <= 5; ++level) {
@@ -117,119 +116,23 @@ TEST(Log, CutsAFormattedMessageAt1023CharactersAndNoOther) {
     }
 }
 
+TEST(Log, ShowsWhatAFailingFormatWroteUntilThen) {
+    CapturedLog log;
+    Log::log(Log::Info, "abc", "%s", std::string(500, 'm').c_str());
+    log.take();
+    const wchar_t strange[] = {0x110000, 0};
+    Log::log(Log::Info, "abc", "head %ls tail", strange);
+    const Lines lines = log.take();
+    ASSERT_EQ(lines.size(), 1U);
+    EXPECT_EQ(lines[0].rfind("[INFO    ][abc] ", 0), 0U);
+    EXPECT_EQ(lines[0].find('m'), std::string::npos) << "nothing of the message before";
+}
+
 TEST(Log, TakesAStringMessageAsItIs) {
     CapturedLog log;
     const std::string message("100 % %s %n \0 done", 18);
     Log::log(Log::Info, "abc", message);
     EXPECT_EQ(log.take(), Lines{"[INFO    ][abc] " + message});
-}
-
-// Several threads at once
-
-constexpr unsigned threadCount = 4;
-constexpr unsigned linesPerThread = 500;
-
-template <class Work>
-void inThreads(Work work) {
-    std::vector<std::thread> threads;
-    for (unsigned i = 0; i < threadCount; ++i) {
-        threads.emplace_back([work, i] { work(i); });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-}
-
-class LockingHandler final : public LogHandler {
-public:
-    void writeLine(const std::string& line) override {
-        const std::lock_guard lock(_mutex);
-        _lines.insert(line);
-        _last = line;
-    }
-    const std::multiset<std::string>& all() const { return _lines; }
-    const std::string& last() const { return _last; }
-
-private:
-    std::mutex _mutex;
-    std::multiset<std::string> _lines;
-    std::string _last;
-};
-
-TEST(LogThreads, EveryLineArrivesWholeAndTheColumnFitsTheLongestName) {
-    const auto moduleOf = [](unsigned i) {
-        return longModule.substr(0, 1 + i * longModule.size() / linesPerThread);
-    };
-    const auto filler = [](unsigned thread) {
-        return std::string(900, static_cast<char>('a' + thread)); // time for others to interfere
-    };
-    LockingHandler lines;
-    Log::setLogHandler(&lines);
-    inThreads([&](unsigned thread) {
-        for (unsigned i = 0; i < linesPerThread; ++i) {
-            Log::log(Log::Info, moduleOf(i), "%u %u %s", thread, i, filler(thread).c_str());
-            Log::log(Log::Debug, longModule + longModule, "hidden %u", i);
-        }
-    });
-    Log::log(Log::Info, "abc", "last");
-    Log::setLogHandler(nullptr);
-
-    EXPECT_EQ(lines.last(), "[INFO    ][abc                 ] last");
-    std::multiset<std::string> left = lines.all();
-    EXPECT_EQ(left.size(), threadCount * linesPerThread + 1);
-    for (unsigned thread = 0; thread < threadCount; ++thread) {
-        for (unsigned i = 0; i < linesPerThread; ++i) {
-            // As wide as the name at least, and as the longest name at most.
-            std::string start = "[INFO    ][" + moduleOf(i);
-            const std::string rest =
-                "] " + std::to_string(thread) + " " + std::to_string(i) + " " + filler(thread);
-            while (left.erase(start + rest) == 0) {
-                ASSERT_LE((start += ' ').size(), 11 + longModule.size()) << rest;
-            }
-        }
-    }
-}
-
-TEST(LogThreads, LevelAndHandlerChangeWhileOthersWrite) {
-    LockingHandler first;
-    LockingHandler second;
-    Log::setLogHandler(&first);
-    std::atomic<unsigned> running{threadCount - 1};
-    inThreads([&](unsigned thread) {
-        if (thread == 0) {
-            while (running > 0) {
-                Log::setLogHandler(&second);
-                Log::setShowLevel(Log::Panic);
-                Log::setShowLevel(Log::Debug);
-                Log::setLogHandler(&first);
-            }
-            return;
-        }
-        for (unsigned i = 0; i < linesPerThread; ++i) {
-            Log::log(Log::Panic, "abc", "%u", i);
-            Log::log(Log::Debug, "abc", "%u", i);
-        }
-        --running;
-    });
-    Log::setLogHandler(nullptr);
-    Log::setShowLevel(Log::Info);
-    const std::size_t written = first.all().size() + second.all().size();
-    EXPECT_GE(written, (threadCount - 1) * linesPerThread);
-    EXPECT_LE(written, 2 * (threadCount - 1) * linesPerThread);
-}
-
-TEST(LogThreadsDeathTest, TheStandardStreamGetsWholeLines) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe");
-    const auto write = [] {
-        inThreads([](unsigned) {
-            for (unsigned i = 0; i < linesPerThread; ++i) {
-                Log::log(Log::Info, "abc", "%020u", i);
-            }
-        });
-        std::_Exit(0);
-    };
-    EXPECT_EXIT(write(), testing::ExitedWithCode(0),
-                testing::MatchesRegex("(\\[INFO    \\]\\[abc       \\] [0-9]{20}\n)+"));
 }
 
 } // namespace

@@ -12,7 +12,6 @@
 #include <algorithm>
 #include <memory>
 #include <sstream>
-#include <thread>
 
 namespace tolvarin::ondrel {
 namespace {
@@ -272,35 +271,6 @@ TEST_F(ModeSDecoderTest, SaysThatItIsThereWhenMadeButNotWhenCopiedOrMoved) {
     copy = moved;
     moved = std::move(made);
     EXPECT_EQ(log.take(), Lines{});
-}
-
-TEST(ModeSDecoderThreads, DecodersInDifferentThreadsAreIndependent) {
-    class Silence final : public LogHandler {
-    public:
-        void writeLine(const std::string&) override {}
-    } silence;
-    Log::setLogHandler(&silence);
-    const auto run = [] {
-        ModeSDecoder decoder;
-        std::string addresses;
-        for (u32 i = 0; i < 3000; ++i) {
-            const std::string frame = inverted(squitter(i * 5555, 17), {i % 112});
-            const Message message(decoder.decode(ModeSMessage::Downlink, frame));
-            addresses += message ? message->icaoAddressHexString() : "-";
-        }
-        return addresses;
-    };
-    const std::string expected = run();
-    std::vector<std::string> results(4);
-    std::vector<std::thread> threads;
-    for (std::string& result : results) {
-        threads.emplace_back([&result, &run] { result = run(); });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(results, std::vector<std::string>(4, expected));
-    Log::setLogHandler(nullptr);
 }
 
 } // namespace

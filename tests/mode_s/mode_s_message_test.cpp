@@ -189,6 +189,7 @@ TEST(DFMessage, ServesFormatsOfAnyLength) {
         std::string copy = frame;
         u8 first = 0;
         u8 second = 0;
+        EXPECT_FALSE(message.decode(""));
         EXPECT_TRUE(message.decode(frame));
         if (message.fixError1Bit(copy, first, message.calculatedParity())) {
             EXPECT_LT(first, bits);

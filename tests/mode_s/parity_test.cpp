@@ -32,6 +32,7 @@ TEST(Parity, OfAKnownFrameIgnoresItsLast24Bits) {
     const std::string frame = "8D 48 40 D6 20 2C C3 71 C3 2C E0"_hex;
     EXPECT_EQ(parity::sum(frame + "57 60 98"_hex, 112), 0x576098U);
     EXPECT_EQ(parity::sum(frame + "00 FF 55"_hex, 112), 0x576098U);
+    EXPECT_EQ(parity::sum("00 00 00 FF 00 00 00"_hex, 24), 0U) << "bytes behind a shorter frame";
 }
 
 TEST(Parity, OfEachBitAloneIsItsTableEntry) {

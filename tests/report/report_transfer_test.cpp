@@ -25,10 +25,7 @@ protected:
     ReportTransferTest() { log.take(); }
 
     static const ADSBTarget* hear(ADSBTracker& tracker, const std::string& frame, u64 stamp) {
-        const auto message = test::makeMessage(static_cast<u8>(frame.at(0)) >> 3U);
-        message->decode(frame);
-        message->setConfidence(ModeSMessage::High);
-        message->setTimeStamp(stamp);
+        const auto message = test::graded(frame, stamp);
         message->setSignalAmplitude(200);
         return tracker.procModeSMsg(message.get());
     }

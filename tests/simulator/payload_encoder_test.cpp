@@ -158,19 +158,6 @@ TEST(PayloadEncoder, StatusMessagesFollowTheirVersion) {
                                              {"NIC supplement C", 19, 1, 1},
                                              {"track angle", 52, 1, 0}});
 
-    TargetState state = target();
-    state.accuracy = {13, 2, true, true};
-    state.selectedAltitudeFt = 17000;
-    state.emergencyState = 5;
-    expectFields(targetStateV1(state), {{"type", 0, 7, 29U << 2U},
-                                        {"altitude", 15, 10, 180},
-                                        {"heading", 27, 9, 67},
-                                        {"NACp", 39, 4, 13},
-                                        {"NIC baro", 43, 1, 1},
-                                        {"SIL", 44, 2, 2},
-                                        {"emergency", 53, 3, 5}});
-    expectFields(targetStateV2(state), {{"type", 0, 8, 0xEB}, {"NACp", 39, 4, 13}});
-
     EXPECT_EQ(wire::hex(emergencyStatus(5, {})), "E1A00000000000");
     EXPECT_EQ(wire::hex(testMessage(0, 0x0123456789AB)), "B80123456789AB");
     expectFields(advisoryStatus({0x2001, 0x9, 0x4840D6}), {{"type", 0, 8, 0xE2},
@@ -178,8 +165,6 @@ TEST(PayloadEncoder, StatusMessagesFollowTheirVersion) {
                                                            {"RAC", 22, 4, 9},
                                                            {"threat type", 28, 2, 1},
                                                            {"threat", 30, 24, 0x4840D6}});
-    expectFields(advisoryRegister({0x2001, 0x9, 0}),
-                 {{"register", 0, 8, 0x30}, {"ARA", 8, 14, 0x2001}, {"threat", 28, 28, 0}});
 }
 
 } // namespace

@@ -1,11 +1,12 @@
 /// @file
-/// The ten message classes by their format.
+/// Messages of the ten classes.
 #pragma once
 
 #include <ondrel/df_messages.h>
 
 #include <array>
 #include <memory>
+#include <string>
 
 namespace tolvarin::ondrel::test {
 
@@ -37,6 +38,16 @@ inline std::unique_ptr<DFMessage> makeMessage(unsigned format) {
     default:
         return nullptr;
     }
+}
+
+/// A reply as a decoder would hand it on.
+inline std::unique_ptr<DFMessage> graded(const std::string& frame, u64 stamp,
+                                         ModeSMessage::Confidence confidence = ModeSMessage::High) {
+    auto message = makeMessage(static_cast<u8>(frame.at(0)) >> 3U);
+    message->decode(frame);
+    message->setConfidence(confidence);
+    message->setTimeStamp(stamp);
+    return message;
 }
 
 } // namespace tolvarin::ondrel::test

@@ -22,12 +22,7 @@ protected:
 
     /// A believed reply through the tracker.
     const ADSBTarget& hear(const std::string& frame, u64 stamp) {
-        const auto message = test::makeMessage(static_cast<u8>(frame.at(0)) >> 3U);
-        message->decode(frame);
-        message->setConfidence(ModeSMessage::High);
-        message->setTimeStamp(stamp);
-        message->setSignalAmplitude(77);
-        return *tracker.procModeSMsg(message.get());
+        return *tracker.procModeSMsg(test::graded(frame, stamp).get());
     }
     const ADSBTarget& squitter(const std::string& me, u64 stamp) {
         return hear(simulator::df17(address, 5, me), stamp);
@@ -69,30 +64,6 @@ Lines told(const std::string& line) {
     return line.empty() ? Lines{} : Lines{"[INFO    ][ADSBTarget] " + line};
 }
 
-TEST_F(ADSBTargetTest, TellsChangesOfAKnownSquawk) {
-    const struct {
-        u32 squawk;
-        u64 stamp;
-        u64 lastChange;
-        const char* line;
-    } steps[] = {
-        {0, 100, 100, ""},
-        {07700, 200, 200, ""}, // nothing was known before
-        {01200, 300, 300, "Squawk Change old = 7700 new = 1200"},
-        {01200, 400, 300, ""},
-        {07, 350, 350, "Squawk Change old = 1200 new = 0007"}, // older, and it counts all the same
-        {0, 500, 500, "Squawk Change old = 0007 new = 0000"},
-    };
-    for (const auto& step : steps) {
-        const ADSBTarget& target = identity(0, step.squawk, step.stamp);
-        EXPECT_EQ(target.squawk(), step.squawk);
-        EXPECT_EQ(target.squawkLastUpdate(), step.stamp);
-        EXPECT_EQ(target.squawkLastChange(), step.lastChange) << step.stamp;
-        EXPECT_TRUE(target.squawkValid());
-        EXPECT_EQ(log.take(), told(step.line));
-    }
-}
-
 TEST_F(ADSBTargetTest, TellsReportedValuesWithoutAChangeInFull) {
     ADSBTargetReport reported = report(100);
     reported.setSquawk(07700);
@@ -115,20 +86,6 @@ TEST_F(ADSBTargetTest, TellsReportedValuesWithoutAChangeInFull) {
     tracker.procTargetReport(&reported);
     const std::string head = "Callsign Change old = AB new = ";
     EXPECT_EQ(log.take(), told(head + std::string(1023 - head.size(), 'X')));
-}
-
-TEST_F(ADSBTargetTest, TellsChangesOfStatusEvenTheFirst) {
-    EXPECT_EQ(identity(0, 0, 100).spiStatusLastChange(), 100U);
-    EXPECT_EQ(log.take(), Lines{});
-    EXPECT_EQ(identity(0, 0, 150).alertStatusLastChange(), 100U);
-    EXPECT_EQ(identity(5, 0, 200).spiStatusLastChange(), 200U);
-    EXPECT_EQ(log.take(), told("SPI change old = 0 new = 1"));
-    EXPECT_EQ(identity(2, 0, 300).alertStatusLastChange(), 300U);
-    EXPECT_EQ(log.take(), (Lines{"[INFO    ][ADSBTarget] SPI change old = 1 new = 0",
-                                 "[INFO    ][ADSBTarget] Alert status change old = 0 new = 1"}));
-    tracker.reset();
-    identity(5, 0, 100);
-    EXPECT_EQ(log.take(), told("SPI change old = 0 new = 1"));
 }
 
 TEST_F(ADSBTargetTest, SolvesPairsOfFramesThatAreNotFarApart) {
@@ -186,26 +143,6 @@ TEST_F(ADSBTargetTest, ConfirmsVersion0WithTheTwentyFirstSquitter) {
     EXPECT_EQ(target.mopsVersionLastChange(), 123U);
     EXPECT_TRUE(squitter(any, 124).mopsVersionAssumed());
     EXPECT_EQ(log.take(), Lines{});
-}
-
-TEST_F(ADSBTargetTest, FollowsTheVersionThatTheAircraftSays) {
-    const struct {
-        unsigned says;
-        MOPSVersion version;
-        bool confirmed;
-        u64 lastChange;
-    } steps[] = {
-        {3, MOPSVersion2, false, 1}, {2, MOPSVersion2, true, 2}, {2, MOPSVersion2, true, 2},
-        {7, MOPSVersion2, false, 4}, {1, MOPSVersion1, true, 5}, {0, MOPSVersion1, true, 5},
-    };
-    u64 stamp = 0;
-    for (const auto& step : steps) {
-        const ADSBTarget& target = status(step.says, false, ++stamp);
-        EXPECT_EQ(target.mopsVersion(), step.version) << stamp;
-        EXPECT_EQ(target.mopsVersionConfirmed(), step.confirmed) << stamp;
-        EXPECT_EQ(target.mopsVersionLastChange(), step.lastChange);
-    }
-    EXPECT_EQ(tracker.allTargets().front().statisticADSBMsgCount(ADSBMessage::OP_STATUS), 5U);
 }
 
 TEST_F(ADSBTargetTest, KeepsOfItsQualityWhatAVersionChangeLeaves) {

@@ -17,23 +17,15 @@ namespace tolvarin::ondrel {
 namespace {
 
 using test::CapturedLog;
+using test::graded;
 using test::Lines;
-
-std::unique_ptr<DFMessage> message(const std::string& frame, u64 stamp,
-                                   ModeSMessage::Confidence confidence = ModeSMessage::High) {
-    auto message = test::makeMessage(static_cast<u8>(frame.at(0)) >> 3U);
-    message->decode(frame);
-    message->setConfidence(confidence);
-    message->setTimeStamp(stamp);
-    return message;
-}
 
 class ADSBTrackerTest : public testing::Test {
 protected:
     ADSBTrackerTest() { log.take(); }
 
     const ADSBTarget* hear(const std::string& frame, u64 stamp = 1000) {
-        return tracker.procModeSMsg(message(frame, stamp).get());
+        return tracker.procModeSMsg(graded(frame, stamp).get());
     }
     /// An altitude reply.
     const ADSBTarget* hear(u32 address, u64 stamp = 1000, int altitude = 10000) {
@@ -192,9 +184,9 @@ TEST_F(ADSBTrackerTest, SharesTargetsWithItsCopies) {
 
     hear(1, 200);
     EXPECT_EQ(copy.allTargets()[0].lastUpdate(), 200U);
-    EXPECT_EQ(assigned.procModeSMsg(message(simulator::df4(1, {}, 20000), 300).get()), shared);
+    EXPECT_EQ(assigned.procModeSMsg(graded(simulator::df4(1, {}, 20000), 300).get()), shared);
     EXPECT_EQ(shared->altitudeBaro(), 10000); // the check came along
-    EXPECT_EQ(assigned.procModeSMsg(message(simulator::df4(2, {}, 20000), 300).get())->trackId(),
+    EXPECT_EQ(assigned.procModeSMsg(graded(simulator::df4(2, {}, 20000), 300).get())->trackId(),
               2U);
     EXPECT_EQ(textOf(copy.killTargets(300)), "1:1 ");
     tracker.reset();
@@ -207,14 +199,14 @@ TEST_F(ADSBTrackerTest, MovesItsTableAway) {
     tracker.setAltituteBaroChecking(true, 4, 150);
     ADSBTracker moved(std::move(tracker));
     ADSBTracker assigned;
-    assigned.procModeSMsg(message(simulator::df4(9, {}, 20000), 300).get());
+    assigned.procModeSMsg(graded(simulator::df4(9, {}, 20000), 300).get());
     log.take();
     assigned = std::move(moved);
     EXPECT_EQ(log.take(), Lines{});
     EXPECT_EQ(textOf(assigned.allTargets()), "1:1 ");
     ADSBTracker& itself = assigned;
     assigned = std::move(itself);
-    EXPECT_EQ(assigned.procModeSMsg(message(simulator::df4(1, {}, 20000), 1001).get()), target);
+    EXPECT_EQ(assigned.procModeSMsg(graded(simulator::df4(1, {}, 20000), 1001).get()), target);
     EXPECT_EQ(target->altitudeBaro(), 10000);
     // The source is empty, and keeps its numbers and its check.
     EXPECT_EQ(textOf(tracker.allTargets()) + textOf(moved.allTargets()), "");
