@@ -41,12 +41,12 @@ count. A recording that is read in a second is therefore graded as if it had bee
 received in a second. --pace 1 replays it as it was received, --pace 10 ten times as
 fast.
 
-Ctrl-C ends the reading; what was tracked until then is shown.
+Ctrl-C, or a signal to terminate, ends the reading; what was tracked is shown.
 
 Exit status: 0 when the recording was read to its end, also if some lines could not be
 read; 1 when it could not be, when not one line held a reply and some line could not be
 read, when the output or a page could not be written, or when the aircraft of --report
-is not there; 2 for a wrong command line; 130 after Ctrl-C.)";
+is not there; 2 for a wrong command line; 130 when it was interrupted.)";
 
 constexpr int interruptedStatus = 130;
 constexpr double longestSeconds = 1e9;
