@@ -23,12 +23,10 @@ class AddressTable {
 public:
     AddressTable() = default;
     AddressTable(const AddressTable&) = default;
-    AddressTable& operator=(const AddressTable&) = default;
     /// Leaves the other table empty.
     AddressTable(AddressTable&& other) noexcept { swap(other); }
-    AddressTable& operator=(AddressTable&& other) noexcept {
-        AddressTable taken(std::move(other));
-        swap(taken);
+    AddressTable& operator=(AddressTable other) noexcept {
+        swap(other);
         return *this;
     }
     ~AddressTable() = default;
