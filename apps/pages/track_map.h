@@ -24,14 +24,15 @@ const std::vector<AltitudeBand>& altitudeBands();
 
 /// Draws where aircraft have been and are, as an SVG picture for a page: graticule and scale, the
 /// track of each aircraft, a marker that points along its heading, and its callsign or else its
-/// address, which lead to its page. Aircraft without a position are left out.
+/// address, which lead to its page. Aircraft without a place on earth are left out.
 class TrackMap {
 public:
-    /// What is given must outlive the map, and at least one of the aircraft have a position.
+    /// What is given must outlive the map, and at least one of the aircraft have a place.
     TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history, double width,
              double greatestHeight);
 
-    /// The picture, with classes for the style sheet; `style` is that of the whole.
+    /// The picture, with classes for the style sheet; `style` is that of the whole. To be called
+    /// once.
     std::string svg(std::string_view style);
 
 private:
@@ -44,7 +45,7 @@ private:
     void addLine(const MapPoint& from, const MapPoint& to, std::string_view style);
     void addText(const MapPoint& at, std::string_view attributes, std::string_view text);
 
-    std::vector<const ADSBTarget*> _aircraft; ///< those with a position
+    std::vector<const ADSBTarget*> _aircraft; ///< those with a place
     const TrackHistory& _history;
     MapView _view;
     LabelLayout _labels;
