@@ -30,8 +30,8 @@ bool ModeSMessage::decode(const std::string& data) {
     if (&data != &_data) {
         _data = data;
     }
-    _valid = false;
     if (_data.size() < size()) {
+        _valid = false;
         return false;
     }
     _calculatedParity = calculateParity();
