@@ -1,23 +1,39 @@
-#include "decoded_lines.h"
-
 #include "apps/decode_summary.h"
+#include "apps/decoded_reply.h"
 #include "apps/hex.h"
 #include "apps/json_form.h"
 #include "apps/progress.h"
 #include "apps/text_form.h"
 
 #include "simulator/frame_encoder.h"
+#include "simulator/payload_encoder.h"
 
 #include <gtest/gtest.h>
 
-#include <ostream>
-#include <sstream>
+#include <optional>
 #include <string>
+#include <utility>
+#include <variant>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
+
+/// Decodes lines one after the other, payloads included; gives what it made of the last.
+DecodedReply decodedLast(const std::vector<std::string>& lines,
+                         std::optional<MOPSVersion> version = std::nullopt) {
+    ModeSDecoder decoder;
+    PayloadDecoder payloads(version);
+    DecodedReply last;
+    for (const std::string& line : lines) {
+        last = decodeReply(decoder, std::get<Reply>(parseReplyLine(line)));
+        if (!last.refused()) {
+            last.payload = payloads.decode(*last.message);
+        }
+    }
+    return last;
+}
 
 // A position of 40621D, as the public literature on Mode S prints it. What is wrong within the
 // parity field itself cannot be repaired.
@@ -29,45 +45,25 @@ const std::string beyondRepair = "8D40621D58C382D690C8AC2863A6";
 
 const std::string withoutPayload = hexBytes(simulator::df17(0x40621D, 5, ""));
 
-struct TextRow {
-    std::vector<std::string> lines; ///< the last one is shown
-    std::string text;
-};
-
-std::ostream& operator<<(std::ostream& out, const TextRow& row) {
-    return out << row.lines.back();
-}
-
-class TextForm : public testing::TestWithParam<TextRow> {};
-
-TEST_P(TextForm, isOneLineInColumns) {
-    EXPECT_EQ(textForm(decodedLast(GetParam().lines)), GetParam().text);
-}
-
-const TextRow textRows[] = {
-    // stamps: none, of the wall clock, of a counter, wider than the column
-    {{good}, "             -  " + text},
-    {{"1700000000.05," + good}, "1700000000.050  " + text},
-    {{"@000002DC6C00" + good + ";"}, "         4.000  " + text},
-    {{"18446744073709551.615," + good}, "18446744073709551.615  " + text},
-    // repaired, beyond repair, a format without a class, cut short
-    {{oneBitWrong}, "             -  " + text + " [repaired]"},
-    {{beyondRepair}, "             -  DF-17  ------  refused  8D40621D58C382D690C8AC2863A6"},
-    {{"08"}, "             -  DF-1   ------  refused  08"},
-    {{"F8FF"}, "             -  DF-24  ------  refused  F8FF"},
-    {{"8D40621D58C3"}, "             -  DF-17  ------  refused  8D40621D58C3"},
-    // a frame with bytes behind it counts as it is
-    {{good + "FF"}, "             -  " + text},
-    // an all-zero reply: the address has six digits
-    {{"00000000000000"}, "             -  DF-0   000000  Low      VS: AIR; AC: -1000"},
-};
-INSTANTIATE_TEST_SUITE_P(Forms, TextForm, testing::ValuesIn(textRows));
-
-TEST(DecodedReply, hasTheStampOfItsLine) {
-    const DecodedReply stamped = decodedLast({"1.5," + good});
-    EXPECT_EQ(stamped.message->timeStamp(), 1500U);
-    EXPECT_EQ(stamped.message->timeSource(), ModeSMessage::External);
-    EXPECT_EQ(decodedLast({good}).message->timeSource(), ModeSMessage::Internal);
+TEST(TextForm, isOneLineInColumns) {
+    const struct {
+        std::string line;
+        std::string text;
+    } rows[] = {
+        // stamps wider than the column push it to the right
+        {"18446744073709551.615," + good, "18446744073709551.615  " + text},
+        // beyond repair, a format without a class, cut short
+        {beyondRepair, "             -  DF-17  ------  refused  8D40621D58C382D690C8AC2863A6"},
+        {"08", "             -  DF-1   ------  refused  08"},
+        {"8D40621D58C3", "             -  DF-17  ------  refused  8D40621D58C3"},
+        // a frame with bytes behind it counts as it is
+        {good + "FF", "             -  " + text},
+        // an all-zero reply: the address has six digits
+        {"00000000000000", "             -  DF-0   000000  Low      VS: AIR; AC: -1000"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(textForm(decodedLast({row.line})), row.text);
+    }
 }
 
 TEST(JsonForm, hasAllOfADecodedReply) {
@@ -92,14 +88,9 @@ TEST(JsonForm, hasAllOfADecodedReply) {
 }
 
 TEST(JsonForm, ofARefusedReplyHasItsBytes) {
-    EXPECT_EQ(jsonForm(decodedLast({beyondRepair})).dump(),
-              R"({"stamp_ms":null,"format":"DF-17","refused":true,)"
+    EXPECT_EQ(jsonForm(decodedLast({"18446744073709551.615," + beyondRepair})).dump(),
+              R"({"stamp_ms":18446744073709551615,"format":"DF-17","refused":true,)"
               R"("received":"8D40621D58C382D690C8AC2863A6"})");
-}
-
-TEST(JsonForm, keepsTheLargestStamp) {
-    const auto form = jsonForm(decodedLast({"18446744073709551.615," + good}));
-    EXPECT_EQ(form["stamp_ms"].dump(), "18446744073709551615");
 }
 
 TEST(DecodeSummary, countsEveryReplyOnce) {
@@ -134,15 +125,112 @@ TEST(ProgressBar, isFullOnlyAtTheEnd) {
     EXPECT_EQ(progressText(9, 8), progressText(8, 8)); // a file that grows meanwhile
 }
 
-TEST(ProgressBar, leavesNothingBehind) {
-    std::ostringstream terminal;
-    {
-        ProgressBar bar(terminal);
-        bar.show(0, 4);
-        bar.show(0, 4);
+constexpr u32 address = 0x4840D6;
+
+std::string squitter(const std::string& me, u32 sender = address) {
+    return hexBytes(simulator::df17(sender, 5, me));
+}
+
+/// An operational status that announces a version.
+std::string announcement(unsigned version) {
+    simulator::OperationalStatus status;
+    status.version = version;
+    return simulator::operationalStatus(status);
+}
+
+const std::string velocity = simulator::groundVelocity({}, 5, 12, false);
+const std::string airSpeed = simulator::airVelocity({}, 90, 300, false);
+const std::string targetState = simulator::targetStateV2({});
+const std::string reserved(7, '\0');
+
+const std::string heading1 = "TC=AIR_VEL, ST=GS, GS=13, HDG=22.6199, VR=0";
+const std::string heading0 = heading1 + ", NUCr=0";
+
+const std::string airSpeedRefused = "TC=AIR_VEL, not decoded (type code 19, MOPS version 0)";
+
+TEST(Payload, isReadAsTheAircraftMeansIt) {
+    struct Row {
+        std::vector<std::string> lines; ///< the last one is looked at
+        std::string description;        ///< empty: it has no payload
+        std::optional<MOPSVersion> version;
+    };
+    const Row rows[] = {
+        // every format that carries a payload, and none of the others
+        {{squitter(velocity)}, heading0, {}},
+        {{hexBytes(simulator::df18(address, 1, velocity))}, heading0, {}},
+        {{hexBytes(simulator::df19(address, 0, velocity))}, heading0, {}},
+        {{hexBytes(simulator::df19(address, 1, velocity))}, "", {}},
+        {{hexBytes(simulator::df20(address, {}, 1000, velocity))}, "", {}},
+        // what is not decoded
+        {{squitter(reserved)}, "TC=RESERVED, not decoded (type code 0, MOPS version 0)", {}},
+        {{squitter(airSpeed)}, airSpeedRefused, {}},
+        // the version that was announced last, by this aircraft, and not the one asked for
+        {{squitter(announcement(1)), squitter(velocity)}, heading1, {}},
+        {{squitter(announcement(1), address + 1), squitter(velocity)}, heading0, {}},
+        {{squitter(announcement(2)), squitter(announcement(1)), squitter(targetState)},
+         "TC=TG_STATUS, ST=1, NACp=0, NICbaro=0, SIL=0",
+         {}},
+        // one later than the library knows
+        {{squitter(announcement(7)), squitter(targetState)},
+         "TC=TG_STATUS, ST=1, NACp=0, NICbaro=0, SIL=0, SILsupp=0",
+         {}},
+        {{squitter(announcement(1)), squitter(velocity)}, heading0, MOPSVersion0},
+        {{squitter(velocity)}, heading1, MOPSVersion2},
+    };
+    for (const Row& row : rows) {
+        const DecodedReply decoded = decodedLast(row.lines, row.version);
+        EXPECT_EQ(decoded.payload ? decoded.payload->description() : "", row.description)
+            << row.lines.back();
     }
-    const std::string whole = progressText(0, 4);
-    EXPECT_EQ(terminal.str(), "\r" + whole + "\r" + std::string(whole.size(), ' ') + "\r");
+}
+
+TEST(FieldsForm, hasTheFieldsOfTheReplyAndThoseOfItsPayload) {
+    EXPECT_EQ(fieldsForm(decodedLast({"8D485020994409940838175B284F"}, MOPSVersion1)),
+              R"(    DF-17
+       5   3  CA          5
+       8  24  AA          485020
+      32  56  ME          99440994083817
+      88  24  PI          5B284F
+    ME, read as in MOPS version 1
+       0   5  TYPE        AIR_VEL
+       0   5  TYPE_CODE   19
+       5   3  SUB_TYPE    GROUND_SPEED
+      13   1  DIR_EW      E->W
+      14  10  VEL_EW      9
+      24   1  DIR_NS      N->S
+      25  10  VEL_NS      160
+      35   1  VR_SRC      BARO
+      36   1  VR_SIGN     DOWN
+      37   9  VR          14
+)");
+    const std::string refused = fieldsForm(decodedLast({squitter(airSpeed)}));
+    const std::string end = "\n    ME: " + airSpeedRefused + "\n";
+    EXPECT_EQ(refused.substr(refused.size() - end.size()), end);
+    EXPECT_EQ(fieldsForm(decodedLast({"00000000000000"})), // the parity of zeros is 0
+              "    DF-0\n"
+              "       5   1  VS          AIR\n"
+              "      19  13  AC          -1000\n"
+              "      32  24  AP          00\n");
+    EXPECT_EQ(fieldsForm(decodedLast({"FF"})), "");
+}
+
+TEST(JsonForm, hasThePayload) {
+    const auto form = jsonForm(decodedLast({squitter(announcement(2))}));
+    const auto expected = nlohmann::ordered_json::parse(R"({
+        "type": "OP_STATUS", "type_code": 31, "version": 0, "refused": false,
+        "description": "TC=OP_STAT, VN=2, NICsa=0",
+        "fields": [
+            {"name": "TYPE", "full_name": "Type", "pos": 0, "bits": 5, "value": "OP_STATUS"},
+            {"name": "TYPE_CODE", "full_name": "TYPE_CODE", "pos": 0, "bits": 5, "value": "31"},
+            {"name": "VER_NUM", "full_name": "VER_NUM", "pos": 40, "bits": 3, "value": "2"},
+            {"name": "NIC_SUPP_A", "full_name": "NIC_SUPP_A", "pos": 43, "bits": 1, "value": "0"}
+        ]})");
+    EXPECT_EQ(form["payload"].dump(), expected.dump());
+    EXPECT_EQ(jsonForm(decodedLast({squitter(airSpeed)}))["payload"].dump(),
+              R"({"type":"AIR_VEL","type_code":19,"version":0,"refused":true,"description":")" +
+                  airSpeedRefused + R"("})");
+    EXPECT_FALSE(
+        jsonForm(decodedLast({hexBytes(simulator::df11(address, 5, 0))})).contains("payload"));
 }
 
 } // namespace

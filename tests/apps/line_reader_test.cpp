@@ -56,7 +56,6 @@ void expectLines(const std::vector<std::size_t>& lengths, const std::string& las
 TEST(LineReader, givesEveryLineWholeOrSaysThatItIsTooLong) {
     const std::size_t longest = LineReader::longest;
     for (const char* lastEnd : {"\n", ""}) {
-        expectLines({1}, lastEnd);
         expectLines({3, 0, 0, 7}, lastEnd);
         expectLines({longest - 1, longest, longest + 1, 5}, lastEnd);
         expectLines({5, longest + 1}, lastEnd);
@@ -69,11 +68,6 @@ TEST(LineReader, meetsTheEndOfItsBufferAnywhereInALine) {
         expectLines({first, 3, 2}, "");
         expectLines(std::vector<std::size_t>(30, first / 19), "\n");
     }
-}
-
-TEST(LineReader, hasNoLineInAnEmptyFile) {
-    EXPECT_FALSE(readerOf("").next());
-    EXPECT_TRUE(readerOf("\n").next());
 }
 
 } // namespace

@@ -75,7 +75,7 @@ struct Pages {
     TrackHistory history;
 };
 
-TEST(IndexPage, leadsToThePagesOfAllAircraft) {
+TEST(IndexPage, listsAllAircraftAndDrawsWhoHasToldAPosition) {
     const std::string page = Pages().index("x.csv");
     EXPECT_EQ(unbalanced(page), "");
     EXPECT_EQ(countOf(page, R"(<td class="address"><a href="40621D.html">40621D</a></td>)"), 1U);
@@ -84,10 +84,7 @@ TEST(IndexPage, leadsToThePagesOfAllAircraft) {
     EXPECT_EQ(countOf(page, R"(<td class="number">38000</td>)"), 1U);
     EXPECT_EQ(countOf(page, R"(<td class="number quiet">&ndash;</td>)"), 11U);
     EXPECT_NE(page.find("2 aircraft in x.csv, as of 4.000"), std::string::npos);
-}
 
-TEST(IndexPage, drawsWhoHasToldAPosition) {
-    const std::string page = Pages().index("x.csv");
     EXPECT_EQ(countOf(page, "<svg "), 2U); // for wide and for narrow screens
     EXPECT_EQ(countOf(page, "<path class=\"track b4\" d=\"M"), 2U);
     EXPECT_EQ(countOf(page, "<circle class=\"marker b4\""), 2U);
@@ -110,7 +107,7 @@ TEST(IndexPage, isSafeWhateverTheRecordingIsCalled) {
 
 TEST(AircraftPage, isTheLibrarysWithAWayBack) {
     const Pages pages;
-    const ADSBTargetReport report = pages.tracked.tracking.find(0x4840D6).value().report();
+    const ADSBTargetReport report = pages.tracked.tracking.aircraft().at(1).report();
     std::string page = aircraftPage(report);
     EXPECT_EQ(unbalanced(page), "");
     for (const std::string& added :

@@ -122,48 +122,6 @@ TEST(DFMessages, ReadNothingButTheNumberOfAMilitaryApplication) {
                  message.fieldPI().valid());
 }
 
-TEST(DFMessages, TakeTheParityOutOfTheAddress) {
-    DF4Message message;
-    message.decode("20 00 17 18 02 4E BD"_hex);
-    EXPECT_EQ(message.fieldAP().parity(), 0x4A0E6BU);
-    EXPECT_EQ(message.fieldAP().addressParity(), 0x024EBDU);
-    EXPECT_EQ(message.fieldAP().icaoAddress(), address);
-}
-
-TEST(DFMessages, TakeTheInterrogatorOutOfTheParity) {
-    struct Reply {
-        std::string frame;
-        u32 interrogator;
-        bool valid;
-    };
-    const Reply replies[] = {
-        {"5D 48 40 D6 F8 74 0F"_hex, 0, true},
-        {"5D 48 40 D6 F8 74 0C"_hex, 3, true},
-        {"5D 48 40 D6 C0 FF EE"_hex, 0x388BE1, false},
-    };
-    for (const Reply& reply : replies) {
-        DF11Message message;
-        EXPECT_TRUE(message.decode(reply.frame));
-        EXPECT_EQ(message.fieldPI().parity(), 0xF8740FU);
-        EXPECT_EQ(message.fieldPI().interrogatorId(), reply.interrogator);
-        EXPECT_EQ(message.fieldPI().interrogatorIdValid(), reply.valid);
-    }
-    DF17Message squitter;
-    squitter.decode("8D 48 40 D6 20 2C C3 71 C3 2C E0 57 60 98"_hex);
-    EXPECT_EQ(squitter.fieldPI().parity(), 0x576098U);
-    EXPECT_EQ(squitter.fieldPI().interrogatorId(), 0U);
-}
-
-TEST(DFMessages, GiveEachFieldForReadingAndForWriting) {
-    DF16Message message;
-    message.decode(test::surveillance(16, address));
-    EXPECT_EQ(message.fields(), (std::vector<const ModeSMessageField*>{
-                                    &message.constFieldVS(), &message.constFieldAC(),
-                                    &message.constFieldMV(), &message.constFieldAP()}));
-    message.fieldAP().setParity(0);
-    EXPECT_EQ(message.constFieldAP().icaoAddress(), message.constFieldAP().addressParity());
-}
-
 TEST(DFMessages, ReadWhatTransmittersSend) {
     std::mt19937 random(5);
     const auto below = [&random](unsigned end) { return static_cast<unsigned>(random() % end); };

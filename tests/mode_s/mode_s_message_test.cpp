@@ -20,18 +20,12 @@ using test::operator""_hex;
 
 const std::string altitudeReply = "20 00 17 18 02 4E BD"_hex; // DF-4 of 4840D6, 36000 feet
 
-TEST(ModeSMessage, HasTheLengthOfItsFormat) {
-    for (const unsigned format : formats) {
-        const auto message = makeMessage(format);
-        EXPECT_EQ(message->bits(), test::isLong(format) ? 112 : 56) << format;
-        EXPECT_EQ(message->size(), test::isLong(format) ? 14 : 7) << format;
-    }
-}
-
 TEST(ModeSMessage, IsEmptyAndStampedWithTheWholeSecondAtFirst) {
     const test::MovableClock clock(1'234'567'890);
     for (const unsigned format : formats) {
         const auto message = makeMessage(format);
+        EXPECT_EQ(message->bits(), test::isLong(format) ? 112 : 56) << format;
+        EXPECT_EQ(message->size(), test::isLong(format) ? 14 : 7) << format;
         EXPECT_FALSE(message->valid());
         EXPECT_EQ(message->data(), "");
         EXPECT_EQ(message->dataHexString(), "");
@@ -66,15 +60,6 @@ TEST(ModeSMessage, RefusesEveryShorterFrameAndKeepsItsBytes) {
         }
     }
     EXPECT_EQ(log.take(), Lines{});
-}
-
-TEST(ModeSMessage, ReadsALongerFrameByItsFirstBytesAndKeepsAll) {
-    DF4Message message;
-    EXPECT_TRUE(message.decode(altitudeReply + "0A 00 FF 12 34 56 78"_hex));
-    EXPECT_EQ(message.description(), "FS: AIR; AC: 36000");
-    EXPECT_EQ(message.icaoAddressHexString(), "4840D6");
-    EXPECT_EQ(message.calculatedParityHexString(), "4A0E6B");
-    EXPECT_EQ(message.dataHexString(), "20001718024EBD0A00FF12345678");
 }
 
 TEST(ModeSMessage, AFailedDecodeKeepsParityAddressAndFieldsOfTheOneBefore) {
@@ -112,15 +97,6 @@ TEST(ModeSMessage, DecodesItsOwnBytesAndThoseOfItsOwnField) {
     EXPECT_EQ(message.icaoAddress(), 0x4840D6U);
     EXPECT_FALSE(message.decode(message.fieldMB().data()));
     EXPECT_EQ(message.dataHexString(), "10203040506070");
-}
-
-TEST(ModeSMessage, TakesBytesByPointerAndSize) {
-    DF4Message message;
-    EXPECT_TRUE(message.decode(altitudeReply.data(), altitudeReply.size()));
-    EXPECT_EQ(message.data(), altitudeReply);
-    EXPECT_FALSE(message.decode(altitudeReply.data(), 6));
-    EXPECT_FALSE(message.decode(nullptr, 0));
-    EXPECT_EQ(message.data(), "");
 }
 
 TEST(ModeSMessage, CopiesAndMovesWithFieldsOfTheirOwn) {

@@ -1,11 +1,12 @@
 #include <ondrel/adsb_target_report.h>
 
+#include "plain_time.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <limits>
 #include <random>
 #include <string>
@@ -122,28 +123,16 @@ TEST(ReportText, WritesTimes) {
     }
 }
 
-/// By the C library, whose calendar reaches as far.
-std::string plainTime(u64 time) {
-    const auto seconds = static_cast<std::time_t>(time / 1000);
-    std::tm fields{};
-    gmtime_r(&seconds, &fields);
-    std::array<char, 64> text{};
-    std::snprintf(text.data(), text.size(), "%d-%02d-%02dT%02d:%02d:%02d.%03dZ",
-                  fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday, fields.tm_hour,
-                  fields.tm_min, fields.tm_sec, static_cast<int>(time % 1000));
-    return text.data();
-}
-
 TEST(ReportText, WritesAllTimesAsThePlainWayDoes) {
     constexpr u64 day = 86400000;
     for (u64 time = day - 1; time < 161000 * day; time += 17 * day) { // both ends of days, to 2410
-        ASSERT_EQ(shown(time), plainTime(time));
-        ASSERT_EQ(shown(time + 1), plainTime(time + 1));
+        ASSERT_EQ(shown(time), test::plainTime(time));
+        ASSERT_EQ(shown(time + 1), test::plainTime(time + 1));
     }
     std::mt19937_64 random(1);
     for (int i = 0; i < 3000; ++i) {
         const u64 time = random() >> random() % 40 | 1;
-        ASSERT_EQ(shown(time), plainTime(time));
+        ASSERT_EQ(shown(time), test::plainTime(time));
     }
 }
 

@@ -20,13 +20,9 @@ void expectRoundTrip(wire::Place place, bool odd, CprGrid grid) {
     const double step = circle / (odd ? 59 : 60) / 131072;
     const int zones = wire::zonesAt(back.latitude) - (odd ? 1 : 0);
     const double lonStep = circle / (zones > 1 ? zones : 1) / 131072;
-    const auto where = [&] {
-        return testing::Message() << place.latitude << ", " << place.longitude << " odd " << odd
-                                  << " circle " << circle;
-    };
-    EXPECT_NEAR(back.latitude, place.latitude, step * 0.5000001) << where();
-    EXPECT_NEAR(std::remainder(back.longitude - place.longitude, 360), 0, lonStep * 0.5000001)
-        << where();
+    const double east = std::remainder(back.longitude - place.longitude, 360);
+    EXPECT_NEAR(back.latitude, place.latitude, step * 0.5000001) << "odd " << odd;
+    EXPECT_NEAR(east, 0, lonStep * 0.5000001) << place.latitude << ", " << place.longitude;
 }
 
 void expectAllRoundTrips(wire::Place place) {
@@ -46,14 +42,6 @@ TEST(CprEncoder, BringsEdgesOfTheEarthBack) {
     }
 }
 
-TEST(CprEncoder, BringsPlacesAllOverTheEarthBack) {
-    double longitude = 0;
-    for (double latitude = -90; latitude <= 90; latitude += 0.0317) {
-        longitude = std::remainder(longitude + 137.50776, 360);
-        expectAllRoundTrips({latitude, longitude});
-    }
-}
-
 // Rounding may carry a place over an edge; sender and receiver must still count the same zones.
 TEST(CprEncoder, BringsZoneEdgesBack) {
     for (int zones = 3; zones <= 59; ++zones) {
@@ -65,15 +53,9 @@ TEST(CprEncoder, BringsZoneEdgesBack) {
 }
 
 TEST(CprEncoder, CountsZonesByTheFormula) {
-    const struct {
-        double latitude;
-        int zones;
-    } rows[] = {{0, 59},      {1e-9, 59},    {-1e-6, 59},   {10.4704, 59}, {10.4705, 58},
-                {-52.26, 36}, {59.9545, 30}, {59.9546, 29}, {86.5353, 3},  {86.5354, 2},
-                {87.0, 2},    {-87.0, 2},    {87.0001, 1},  {90, 1}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(longitudeZones(row.latitude), row.zones) << row.latitude;
-    }
+    EXPECT_EQ(longitudeZones(0), 59);
+    EXPECT_EQ(longitudeZones(-87), 2);
+    EXPECT_EQ(longitudeZones(90), 1);
     for (double latitude = -89.99; latitude < 90; latitude += 0.00731) {
         ASSERT_EQ(longitudeZones(latitude), wire::zonesAt(latitude)) << latitude;
     }

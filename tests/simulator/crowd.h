@@ -21,7 +21,6 @@ inline std::vector<Reply> all(const TrafficOptions& options) {
     return replies;
 }
 
-/// A mixed crowd for the tests that only look.
 inline const std::vector<Reply>& crowd() {
     static const std::vector<Reply> replies = [] {
         TrafficOptions options;
@@ -59,11 +58,12 @@ inline std::string rhythmOf(const Reply& reply) {
         return kind == "DF0" || kind == "DF16" ? "air-air" : "radar";
     }
     const unsigned typeCode = wire::field(reply.sent, 32, 5);
-    return typeCode <= 4                      ? "identification"
-           : typeCode == 19                   ? "velocity"
-           : typeCode == 29 || typeCode >= 31 ? kind
-           : typeCode <= 22                   ? "position"
-                                              : "other";
+    return typeCode <= 4                         ? "identification"
+           : typeCode == 19                      ? "velocity"
+           : typeCode == 29 || typeCode >= 31    ? kind
+           : typeCode > 22                       ? "other"
+           : wire::field(reply.sent, 53, 1) != 0 ? "odd position"
+                                                 : "even position";
 }
 
 } // namespace tolvarin::ondrel::simulator

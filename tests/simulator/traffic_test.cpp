@@ -24,22 +24,6 @@ std::size_t inverted(const std::string& a, const std::string& b) {
     return count;
 }
 
-TEST(Traffic, SameSeedGivesTheSameReplies) {
-    TrafficOptions options;
-    options.seconds = 5;
-    options.damage = {0.1, 0.1, 0.1, 0.1, 0.1};
-    const std::vector<Reply> first = all(options);
-    const std::vector<Reply> second = all(options);
-    ASSERT_EQ(first.size(), second.size());
-    for (std::size_t i = 0; i < first.size(); ++i) {
-        ASSERT_EQ(first[i].timeMs, second[i].timeMs);
-        ASSERT_EQ(first[i].bytes, second[i].bytes);
-    }
-    options.seed = 2;
-    const std::vector<Reply> other = all(options);
-    EXPECT_NE(first[0].bytes, other[0].bytes);
-}
-
 TEST(Traffic, ComesInOrderOfTimeAndEnds) {
     const std::uint64_t start = TrafficOptions().startMs;
     std::uint64_t last = start;
@@ -49,10 +33,6 @@ TEST(Traffic, ComesInOrderOfTimeAndEnds) {
     }
     EXPECT_LT(last, start + 120000);
     EXPECT_GT(last, start + 119900);
-
-    TrafficOptions nobody;
-    nobody.aircraft = 0;
-    EXPECT_TRUE(all(nobody).empty());
 }
 
 TEST(Traffic, HasEveryFormatAndPayload) {
@@ -88,10 +68,15 @@ TEST(Traffic, KeepsTheRatesOfTransponders) {
         const char* rhythm;
         double least;
         double most;
-    } rows[] = {{"position", 1.9, 2.1},      {"velocity", 1.9, 2.1},
-                {"acquisition", 0.95, 1.05}, {"identification", 0.18, 0.22},
-                {"DF17/31", 0.38, 0.42},     {"DF17/29", 0.78, 0.82},
-                {"radar", 0.3, 7},           {"air-air", 0, 1.05}};
+    } rows[] = {{"even position", 0.95, 1.05},
+                {"odd position", 0.95, 1.05},
+                {"velocity", 1.9, 2.1},
+                {"acquisition", 0.95, 1.05},
+                {"identification", 0.18, 0.22},
+                {"DF17/31", 0.38, 0.42},
+                {"DF17/29", 0.78, 0.82},
+                {"radar", 0.3, 7},
+                {"air-air", 0, 1.05}};
     EXPECT_GT(rates.size() - others.size(), 20U);
     for (auto& [aircraft, perSecond] : rates) {
         for (const auto& row : rows) {

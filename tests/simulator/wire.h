@@ -34,12 +34,6 @@ inline std::string me(const std::string& frame) {
     return frame.substr(4, 7);
 }
 
-/// A whole number of 25 ft steps from the AC field of a reply (13 bits, M among them).
-inline int altitude(unsigned field) {
-    const unsigned count = (field >> 7U) << 5U | ((field >> 5U) & 1U) << 4U | (field & 0xFU);
-    return static_cast<int>(25 * count) - 1000;
-}
-
 /// The value of a sign bit and a magnitude of which code 1 is zero.
 inline int signedValue(const std::string& bytes, std::size_t position, std::size_t width) {
     const int magnitude = static_cast<int>(field(bytes, position + 1, width)) - 1;

@@ -112,6 +112,46 @@ TEST_F(ADSBTrackerTest, ChecksAltitudesAtTheEdges) {
     EXPECT_EQ(hear(5, 100001, 20000)->altitudeBaro(), 20000);
 }
 
+TEST_F(ADSBTrackerTest, SolvesPairsOfFramesThatAreNotFarApart) {
+    constexpr u64 turn = u64{1} << 32;
+    const struct {
+        u64 odd;
+        u64 even;
+        bool solved;
+    } pairs[] = {
+        {100000, 110000, true},
+        {100000, 110001, false},
+        {110000, 100000, true},
+        {110001, 100000, false},
+        {100000, 100000, true},
+        {1, 10001, true},
+        {0, 5000, false},
+        {5000, 0, false},
+        {turn - 5000, turn + 5000, true},
+        {turn - 5000, turn + 5001, false},
+        {1000, turn + 1000, true},
+        {1000, turn / 2 + 1000, false},
+        {turn / 2 + 1000, 1000, false},
+        {1000, turn / 2 + 999, false},
+    };
+    const std::string oddFrame = simulator::df17(
+        5, 5, simulator::airbornePosition({11, 0, false, 36000, true, {74158, 50194}}));
+    const std::string evenFrame = simulator::df17(
+        5, 5, simulator::airbornePosition({11, 0, false, 36000, false, {93000, 51372}}));
+    for (const auto& [odd, even, solved] : pairs) {
+        tracker.reset();
+        EXPECT_FALSE(hear(oddFrame, odd)->positionValid()); // alone, whatever its stamp
+        const ADSBTarget& target = *hear(evenFrame, even);
+        ASSERT_EQ(target.positionValid(), solved) << odd << " and " << even;
+        if (solved) {
+            EXPECT_EQ(target.positionLastUpdate(), std::max(odd, even));
+            // At equal stamps the odd frame is the newer, though it came first.
+            EXPECT_EQ(target.latitude(), even > odd ? 52.2572021484375 : 52.26578017412606);
+            EXPECT_EQ(target.longitude(), even > odd ? 3.91937255859375 : 3.938912527901786);
+        }
+    }
+}
+
 TEST_F(ADSBTrackerTest, NumbersNewAircraftInTurn) {
     hear(30);
     hear(30);
@@ -169,49 +209,6 @@ TEST_F(ADSBTrackerTest, ListsTargetsByTheirLastUpdate) {
                                  "[DEBUG   ][ADSBTracker] Target #1 killed."}));
     hear(2, 400);
     EXPECT_EQ(before[1].lastUpdate(), 300U);
-}
-
-TEST_F(ADSBTrackerTest, SharesTargetsWithItsCopies) {
-    const ADSBTarget* shared = hear(1, 100);
-    tracker.setAltituteBaroChecking(true, 4, 150);
-    ADSBTracker copy(tracker);
-    ADSBTracker assigned;
-    log.take();
-    assigned = copy;
-    const ADSBTracker& itself = assigned;
-    assigned = itself;
-    EXPECT_EQ(log.take(), Lines{});
-
-    hear(1, 200);
-    EXPECT_EQ(copy.allTargets()[0].lastUpdate(), 200U);
-    EXPECT_EQ(assigned.procModeSMsg(graded(simulator::df4(1, {}, 20000), 300).get()), shared);
-    EXPECT_EQ(shared->altitudeBaro(), 10000); // the check came along
-    EXPECT_EQ(assigned.procModeSMsg(graded(simulator::df4(2, {}, 20000), 300).get())->trackId(),
-              2U);
-    EXPECT_EQ(textOf(copy.killTargets(300)), "1:1 ");
-    tracker.reset();
-    EXPECT_EQ(textOf(assigned.allTargets()), "1:1 2:2 ");
-    EXPECT_EQ(shared->lastUpdate(), 300U);
-}
-
-TEST_F(ADSBTrackerTest, MovesItsTableAway) {
-    const ADSBTarget* target = hear(1);
-    tracker.setAltituteBaroChecking(true, 4, 150);
-    ADSBTracker moved(std::move(tracker));
-    ADSBTracker assigned;
-    assigned.procModeSMsg(graded(simulator::df4(9, {}, 20000), 300).get());
-    log.take();
-    assigned = std::move(moved);
-    EXPECT_EQ(log.take(), Lines{});
-    EXPECT_EQ(textOf(assigned.allTargets()), "1:1 ");
-    ADSBTracker& itself = assigned;
-    assigned = std::move(itself);
-    EXPECT_EQ(assigned.procModeSMsg(graded(simulator::df4(1, {}, 20000), 1001).get()), target);
-    EXPECT_EQ(target->altitudeBaro(), 10000);
-    // The source is empty, and keeps its numbers and its check.
-    EXPECT_EQ(textOf(tracker.allTargets()) + textOf(moved.allTargets()), "");
-    EXPECT_EQ(hear(1, 1000, 10000)->trackId(), 2U);
-    EXPECT_EQ(hear(1, 1001, 20000)->altitudeBaro(), 10000);
 }
 
 TEST_F(ADSBTrackerTest, DecodesPayloadsAsItWouldItself) {

@@ -4,6 +4,7 @@
 #include <ondrel/adsb_tracker.h>
 
 #include "quality_indicators.h"
+#include "report_snapshot.h"
 #include "simulator/random.h"
 #include "support/bytes.h"
 #include "support/captured_log.h"
@@ -666,6 +667,7 @@ private:
         ASSERT_EQ(target == nullptr, craft == nullptr);
         if (target != nullptr) {
             EXPECT_EQ(differences(*target, *craft), "");
+            test::expectSnapshot(target->report(), *target);
         }
     }
     static void compare(const std::vector<ADSBTarget>& targets,
