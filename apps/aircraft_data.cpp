@@ -134,4 +134,26 @@ std::vector<AircraftDatum> dataOf(const ADSBTarget& aircraft) {
     return data;
 }
 
+std::vector<MessageCount> countsByFormat(const ADSBTarget& aircraft) {
+    std::vector<MessageCount> counts;
+    for (i32 i = 0; i <= DFMessage::DF24; ++i) {
+        const auto format = static_cast<DFMessage::DownlinkFormat>(i);
+        if (const u32 count = aircraft.statisticDfMsgCount(format); count > 0) {
+            counts.push_back({"DF-" + std::to_string(i), count});
+        }
+    }
+    return counts;
+}
+
+std::vector<MessageCount> countsByType(const ADSBTarget& aircraft) {
+    std::vector<MessageCount> counts;
+    for (i32 i = 0; i <= ADSBMessage::RESERVED; ++i) {
+        const auto type = static_cast<ADSBMessage::ADSBMessageType>(i);
+        if (const u32 count = aircraft.statisticADSBMsgCount(type); count > 0) {
+            counts.push_back({ADSBMessage::typeName(type), count});
+        }
+    }
+    return counts;
+}
+
 } // namespace tolvarin::ondrel::client

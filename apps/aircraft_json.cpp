@@ -5,6 +5,7 @@
 #include "apps/hex.h"
 
 #include <string>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -20,8 +21,7 @@ Json dataJson(const ADSBTarget& aircraft) {
     Json data;
     for (const AircraftDatum& datum : dataOf(aircraft)) {
         Json& form = data[std::string(datum.key)];
-        const bool known = datum.valid || datum.lastUpdate > 0;
-        form["value"] = known ? datum.value : Json();
+        form["value"] = datum.known() ? datum.value : Json();
         form["valid"] = datum.valid;
         form["last_update_ms"] = time(datum.lastUpdate);
         if (datum.lastChange) {
@@ -31,29 +31,19 @@ Json dataJson(const ADSBTarget& aircraft) {
     return data;
 }
 
-/// The counts that are not 0, by name.
-template <class Kind, class Name>
-Json countsJson(const ADSBTarget& aircraft, Kind last, u32 (ADSBTarget::*count)(Kind) const,
-                Name name) {
-    Json counts = Json::object();
-    for (i32 i = 0; i <= last; ++i) {
-        const auto kind = static_cast<Kind>(i);
-        if ((aircraft.*count)(kind) > 0) {
-            counts[name(kind)] = (aircraft.*count)(kind);
-        }
+Json countsJson(const std::vector<MessageCount>& counts) {
+    Json json = Json::object();
+    for (const auto& [kind, count] : counts) {
+        json[kind] = count;
     }
-    return counts;
+    return json;
 }
 
 Json statisticsJson(const ADSBTarget& aircraft) {
     Json statistics;
     statistics["messages"] = aircraft.statisticDfMsgCount();
-    statistics["by_format"] =
-        countsJson(aircraft, DFMessage::DF24, &ADSBTarget::statisticDfMsgCount,
-                   [](i32 format) { return "DF-" + std::to_string(format); });
-    statistics["by_type"] =
-        countsJson(aircraft, ADSBMessage::RESERVED, &ADSBTarget::statisticADSBMsgCount,
-                   [](ADSBMessage::ADSBMessageType type) { return ADSBMessage::typeName(type); });
+    statistics["by_format"] = countsJson(countsByFormat(aircraft));
+    statistics["by_type"] = countsJson(countsByType(aircraft));
     statistics["last_update_ms"] = time(aircraft.statisticLastUpdate());
     return statistics;
 }

@@ -40,26 +40,22 @@ std::string timeOrDash(u64 milliseconds) {
 }
 
 std::string dataLine(const AircraftDatum& datum) {
-    const bool known = datum.valid || datum.lastUpdate > 0;
-    return dataLine(datum.label, known ? datum.text : "-", known ? datum.unit : "",
+    return dataLine(datum.label, datum.known() ? datum.text : "-", datum.known() ? datum.unit : "",
                     datum.valid ? "yes" : "no", timeOrDash(datum.lastUpdate),
                     datum.lastChange ? timeOrDash(*datum.lastChange) : "");
 }
 
-std::string countLine(const std::string& item, u32 count) {
-    return count > 0 ? dataLine(item, std::to_string(count), "", "", "", "") : "";
+std::string countLine(const std::string& kind, u32 count) {
+    return dataLine(kind, std::to_string(count), "", "", "", "");
 }
 
 std::string countLines(const ADSBTarget& aircraft) {
-    std::string lines = countLine("Messages", aircraft.statisticDfMsgCount());
-    for (i32 i = 0; i <= DFMessage::DF24; ++i) {
-        const auto format = static_cast<DFMessage::DownlinkFormat>(i);
-        lines += countLine("  DF-" + std::to_string(i), aircraft.statisticDfMsgCount(format));
-    }
-    for (i32 i = 0; i <= ADSBMessage::RESERVED; ++i) {
-        const auto type = static_cast<ADSBMessage::ADSBMessageType>(i);
-        lines +=
-            countLine("  " + ADSBMessage::typeName(type), aircraft.statisticADSBMsgCount(type));
+    const u32 total = aircraft.statisticDfMsgCount();
+    std::string lines = total > 0 ? countLine("Messages", total) : "";
+    for (const auto& counts : {countsByFormat(aircraft), countsByType(aircraft)}) {
+        for (const auto& [kind, count] : counts) {
+            lines += countLine("  " + kind, count);
+        }
     }
     return lines;
 }

@@ -49,9 +49,9 @@ void noteInterruption() {
     action.sa_flags = static_cast<int>(SA_RESETHAND);
     for (const int signal : {SIGINT, SIGTERM}) {
         struct sigaction before = {};
-        ::sigaction(signal, &action, &before);
-        if (before.sa_handler == SIG_IGN) {
-            ::sigaction(signal, &before, nullptr);
+        ::sigaction(signal, nullptr, &before);
+        if (before.sa_handler != SIG_IGN) {
+            ::sigaction(signal, &action, nullptr);
         }
     }
 }

@@ -3,8 +3,8 @@
 #include <ondrel/adsb_target.h>
 #include <ondrel/types.h>
 
-#include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -31,7 +31,7 @@ public:
     const std::vector<GeoPoint>& trackOf(u32 address) const;
 
 private:
-    std::map<u32, std::vector<GeoPoint>> _tracks; ///< by address
+    std::unordered_map<u32, std::vector<GeoPoint>> _tracks; ///< by address
 };
 
 } // namespace tolvarin::ondrel::client

@@ -55,8 +55,9 @@ void TrackRun::run() {
         take(_source.decode(*std::move(reply)));
     }
     killSilent();
-    writePages();
-    showAll();
+    const std::vector<ADSBTarget> all = aircraft();
+    writePages(all);
+    showAll(all);
 }
 
 /// The next reply, stamped, when its time has come; nothing when there is none any more.
@@ -90,7 +91,7 @@ void TrackRun::checkStamps() {
 /// What the new stamp ends is shown as it was before.
 void TrackRun::moveTo(u64 stampMs) {
     if (_shows && _shows->ended(stampMs)) {
-        showAll();
+        showAll(aircraft());
     }
     _tracking.moveTo(stampMs);
     if (_checks && _checks->ended(stampMs)) {
@@ -121,16 +122,15 @@ std::vector<ADSBTarget> TrackRun::aircraft() const {
     return all;
 }
 
-void TrackRun::writePages() const {
+void TrackRun::writePages(const std::vector<ADSBTarget>& all) const {
     if (_pages) {
-        _pages->write({_source.name(), _tracking.now(), aircraft(), _history});
+        _pages->write({_source.name(), _tracking.now(), all, _history});
         _console.write("pages for a browser: " + _pages->indexPath());
     }
 }
 
-void TrackRun::showAll() {
+void TrackRun::showAll(const std::vector<ADSBTarget>& all) {
     const u64 now = _tracking.now();
-    const std::vector<ADSBTarget> all = aircraft();
     if (_options.json) {
         for (const ADSBTarget& one : all) {
             _output << aircraftJson(one, now, false).dump() << '\n';
@@ -140,18 +140,17 @@ void TrackRun::showAll() {
     if (_options.everyMs) {
         _output << secondsText(now) << ": " << all.size() << " aircraft\n";
     }
-    _output << (_options.reportAddress ? report() : aircraftTable(all, now))
+    _output << (_options.reportAddress ? report(all) : aircraftTable(all, now))
             << (_options.everyMs ? "\n" : "");
 }
 
 /// Of the aircraft that was asked for; empty while it is not tracked.
-std::string TrackRun::report() const {
-    const auto aircraft = _tracking.find(*_options.reportAddress);
-    return aircraft ? aircraftReport(*aircraft, _tracking.now()) : "";
-}
-
-bool TrackRun::found() const {
-    return !_options.reportAddress || _tracking.find(*_options.reportAddress);
+std::string TrackRun::report(const std::vector<ADSBTarget>& all) {
+    const auto one = std::find_if(all.begin(), all.end(), [this](const ADSBTarget& aircraft) {
+        return aircraft.icaoAddr() == *_options.reportAddress;
+    });
+    _found = one != all.end();
+    return _found ? aircraftReport(*one, _tracking.now()) : "";
 }
 
 void TrackRun::showKilled(const ADSBTarget& aircraft) {

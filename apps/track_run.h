@@ -41,7 +41,7 @@ public:
     void run();
 
     /// Whether the aircraft that was asked for, if any, was tracked to the end.
-    bool found() const;
+    bool found() const { return !_options.reportAddress || _found; }
 
     /// The counts as a table in several lines, the last one without its end.
     std::string summary() const;
@@ -53,9 +53,9 @@ private:
     void take(const DecodedReply& decoded);
     void killSilent();
     std::vector<ADSBTarget> aircraft() const;
-    void writePages() const;
-    void showAll();
-    std::string report() const;
+    void writePages(const std::vector<ADSBTarget>& all) const;
+    void showAll(const std::vector<ADSBTarget>& all);
+    std::string report(const std::vector<ADSBTarget>& all);
     void showKilled(const ADSBTarget& aircraft);
 
     const TrackOptions& _options;
@@ -69,6 +69,7 @@ private:
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;
+    bool _found = false; ///< the aircraft that was asked for, when all were last shown
 };
 
 } // namespace tolvarin::ondrel::client

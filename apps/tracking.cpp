@@ -32,15 +32,6 @@ std::vector<ADSBTarget> Tracking::killSilentFor(u64 milliseconds) {
     return killed;
 }
 
-std::optional<ADSBTarget> Tracking::find(u32 address) const {
-    for (const ADSBTarget& one : aircraft()) {
-        if (one.icaoAddr() == address) {
-            return one;
-        }
-    }
-    return std::nullopt;
-}
-
 std::string Tracking::summary(u64 unreadableLines) const {
     std::string table = countRow("replies read", _replies);
     table += countRow("  tracked", _tracked, _replies);

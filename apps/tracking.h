@@ -39,9 +39,6 @@ public:
     /// Copies of all, by address.
     std::vector<ADSBTarget> aircraft() const { return _tracker.allTargets(); }
 
-    /// A copy of the one with that address, if it is there.
-    std::optional<ADSBTarget> find(u32 address) const;
-
     /// The counts as a table in several lines, the last one without its end.
     std::string summary(u64 unreadableLines) const;
 

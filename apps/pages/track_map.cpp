@@ -24,10 +24,6 @@ constexpr double trackCost = 1;
 constexpr double gridLabelCost = 20;
 constexpr double markerCost = 40;
 
-GeoPoint positionOf(const ADSBTarget& aircraft) {
-    return {aircraft.latitude(), aircraft.longitude()};
-}
-
 /// Those with a place that can be drawn.
 std::vector<const ADSBTarget*> thoseWithPlace(const std::vector<ADSBTarget>& aircraft) {
     std::vector<const ADSBTarget*> chosen;
@@ -39,13 +35,22 @@ std::vector<const ADSBTarget*> thoseWithPlace(const std::vector<ADSBTarget>& air
     return chosen;
 }
 
+/// Where it has been, and at last where it is.
+std::vector<GeoPoint> wayOf(const ADSBTarget& aircraft, const TrackHistory& history) {
+    const std::vector<GeoPoint>& track = history.trackOf(aircraft.icaoAddr());
+    std::vector<GeoPoint> way;
+    way.reserve(track.size() + 1);
+    way.assign(track.begin(), track.end());
+    way.push_back(*placeOf(aircraft));
+    return way;
+}
+
 std::vector<GeoPoint> allPoints(const std::vector<const ADSBTarget*>& aircraft,
                                 const TrackHistory& history) {
     std::vector<GeoPoint> points;
     for (const ADSBTarget* one : aircraft) {
-        const auto& track = history.trackOf(one->icaoAddr());
-        points.insert(points.end(), track.begin(), track.end());
-        points.push_back(positionOf(*one));
+        const std::vector<GeoPoint> way = wayOf(*one, history);
+        points.insert(points.end(), way.begin(), way.end());
     }
     return points;
 }
@@ -176,8 +181,7 @@ void TrackMap::addScale() {
 }
 
 void TrackMap::addTrack(const ADSBTarget& aircraft) {
-    std::vector<GeoPoint> places = _history.trackOf(aircraft.icaoAddr());
-    places.push_back(positionOf(aircraft));
+    const std::vector<GeoPoint> places = wayOf(aircraft, _history);
     MapPoint last = _view.at(places.front());
     std::string path = "M" + pair(last);
     for (std::size_t i = 1; i < places.size(); ++i) {
@@ -199,7 +203,7 @@ void TrackMap::addTrack(const ADSBTarget& aircraft) {
 
 /// An arrow head along the heading, or a disc where that is not known.
 void TrackMap::addMarker(const ADSBTarget& aircraft) {
-    const MapPoint at = _view.at(positionOf(aircraft));
+    const MapPoint at = _view.at(*placeOf(aircraft));
     const std::string style = attribute("class", "marker " + std::string(bandStyle(aircraft)));
     _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + "><title>" +
             htmlText(hex24(aircraft.icaoAddr()) + " " + callsignOf(aircraft).value_or("")) +
@@ -216,7 +220,7 @@ void TrackMap::addMarker(const ADSBTarget& aircraft) {
 }
 
 void TrackMap::addLabel(const ADSBTarget& aircraft) {
-    const MapPoint at = _view.at(positionOf(aircraft));
+    const MapPoint at = _view.at(*placeOf(aircraft));
     const std::string name = nameOf(aircraft);
     const auto place =
         _labels.place(at, characterWidth * static_cast<double>(name.size()), labelHeight);

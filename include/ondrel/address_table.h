@@ -40,8 +40,11 @@ public:
             return nullptr;
         }
         const Slot& slot = _slots[placeOf(address)];
-        if (!slot.used || slot.address == address) {
-            return slot.used ? &slot.value : nullptr;
+        if (!slot.used) {
+            return nullptr;
+        }
+        if (slot.address == address) {
+            return &slot.value;
         }
         const auto entry = _crowded.find(address);
         return entry != _crowded.end() ? &entry->second : nullptr;

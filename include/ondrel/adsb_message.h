@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -203,17 +202,28 @@ protected:
     auto take(const WireField<Pos, Bits>& field);
 
 private:
-    /// A value with its layout, or a field that addField() was given.
+    /// A value with its layout; without one, the place of a field that addField() was given.
     struct Shown {
         const WireLayout* layout;
         std::int64_t value;
-        std::shared_ptr<const ADSBMessageField> given;
-
-        u8 pos() const;
-        ADSBMessageField field() const;
     };
 
-    void sortFields();
+    struct FieldList {
+        std::vector<Shown> shown;
+        std::vector<ADSBMessageField> given;
+
+        FieldList() = default;
+        FieldList(const FieldList&) = default;
+        FieldList(FieldList&&) noexcept = default;
+        /// Both lists, or none of them if memory runs out.
+        FieldList& operator=(FieldList other) noexcept;
+        ~FieldList() = default;
+
+        const ADSBMessageField& givenAt(const Shown& one) const;
+        u8 posOf(const Shown& one) const;
+        ADSBMessageField fieldOf(const Shown& one) const;
+        void sort();
+    };
 
     std::string _data;
     bool _valid = false;
@@ -221,7 +231,7 @@ private:
     ADSBMessageType _type;
     u64 _timeStamp;
     u8 _signalAmplitude = 0;
-    std::vector<Shown> _fields;
+    FieldList _fields;
 };
 
 } // namespace tolvarin::ondrel

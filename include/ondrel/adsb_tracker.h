@@ -75,7 +75,7 @@ private:
     template <class Condition>
     std::vector<ADSBTarget> targetsWhere(Condition condition) const;
     ADSBTarget* createTarget(u32 icaoAddress);
-    ADSBTarget* findTarget(u32 icaoAddress);
+    ADSBTarget* findTarget(u32 icaoAddress) const;
     const ADSBTarget* findConstTarget(u32 icaoAddress) const;
     u32 getNextTrackId();
 

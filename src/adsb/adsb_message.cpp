@@ -104,11 +104,11 @@ bool ADSBMessage::decode(const std::string& data) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
-    _fields.reserve(_fields.size() + longestFieldList);
+    _fields.shown.reserve(_fields.shown.size() + longestFieldList);
     show(layout::type, _type);
     take(layout::typeCode);
     _valid = decodeImpl();
-    sortFields();
+    _fields.sort();
     return _valid;
 }
 
@@ -118,9 +118,9 @@ bool ADSBMessage::decode(const void* data, u64 size) {
 
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
     std::vector<ADSBMessageField> list;
-    list.reserve(_fields.size());
-    for (const Shown& shown : _fields) {
-        list.push_back(shown.field());
+    list.reserve(_fields.shown.size());
+    for (const Shown& one : _fields.shown) {
+        list.push_back(_fields.fieldOf(one));
     }
     return list;
 }
@@ -158,29 +158,42 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 }
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
-    _fields.push_back({nullptr, 0, std::make_shared<ADSBMessageField>(field)});
+    _fields.given.push_back(field);
+    _fields.shown.push_back({nullptr, static_cast<std::int64_t>(_fields.given.size()) - 1});
 }
 
 void ADSBMessage::show(const WireLayout& layout, std::int64_t value) {
-    _fields.push_back({&layout, value, nullptr});
+    _fields.shown.push_back({&layout, value});
 }
 
-u8 ADSBMessage::Shown::pos() const {
-    return layout != nullptr ? layout->pos : given->pos();
+// ADSBMessage::FieldList
+
+ADSBMessage::FieldList& ADSBMessage::FieldList::operator=(FieldList other) noexcept {
+    shown.swap(other.shown);
+    given.swap(other.given);
+    return *this;
 }
 
-ADSBMessageField ADSBMessage::Shown::field() const {
-    return layout != nullptr ? ADSBMessageField{layout->designator, layout->pos, layout->bits,
-                                                layout->text(value)}
-                             : *given;
+const ADSBMessageField& ADSBMessage::FieldList::givenAt(const Shown& one) const {
+    return given[static_cast<std::size_t>(one.value)];
+}
+
+u8 ADSBMessage::FieldList::posOf(const Shown& one) const {
+    return one.layout != nullptr ? one.layout->pos : givenAt(one).pos();
+}
+
+ADSBMessageField ADSBMessage::FieldList::fieldOf(const Shown& one) const {
+    return one.layout != nullptr ? ADSBMessageField{one.layout->designator, one.layout->pos,
+                                                    one.layout->bits, one.layout->text(one.value)}
+                                 : givenAt(one);
 }
 
 /// Nothing is allocated, and few fields move: most are added in order.
-void ADSBMessage::sortFields() {
-    const auto isBefore = [](const Shown& a, const Shown& b) { return a.pos() < b.pos(); };
-    for (auto added = _fields.begin(); added != _fields.end(); ++added) {
-        if (added != _fields.begin() && isBefore(*added, *(added - 1))) {
-            const auto place = std::upper_bound(_fields.begin(), added, *added, isBefore);
+void ADSBMessage::FieldList::sort() {
+    const auto isBefore = [this](const Shown& a, const Shown& b) { return posOf(a) < posOf(b); };
+    for (auto added = shown.begin(); added != shown.end(); ++added) {
+        if (added != shown.begin() && isBefore(*added, *(added - 1))) {
+            const auto place = std::upper_bound(shown.begin(), added, *added, isBefore);
             std::rotate(place, added, added + 1);
         }
     }

@@ -56,6 +56,13 @@ std::optional<std::string> repair(const DFMessage& message, u32 receivedParity) 
     return std::nullopt;
 }
 
+/// Null where the reply does not decode.
+template <class Message>
+std::unique_ptr<Message> decoded(const std::string& data) {
+    auto message = std::make_unique<Message>();
+    return message->decode(data) ? std::move(message) : nullptr;
+}
+
 } // namespace
 
 ModeSDecoder::ModeSDecoder() {
@@ -148,8 +155,8 @@ ModeSMessage::Confidence ModeSDecoder::gradeByAddress(u32 address, Seconds now) 
 
 template <class Message>
 ModeSMessage* ModeSDecoder::decodeIdentityReply(const std::string& data, Seconds now) {
-    auto message = std::make_unique<Message>();
-    if (!message->decode(data)) {
+    auto message = decoded<Message>(data);
+    if (!message) {
         return nullptr;
     }
     message->setConfidence(gradeByAddress(message->icaoAddress(), now));
@@ -160,8 +167,8 @@ ModeSMessage* ModeSDecoder::decodeIdentityReply(const std::string& data, Seconds
 /// the same.
 template <class Message>
 ModeSMessage* ModeSDecoder::decodeAltitudeReply(const std::string& data, Seconds now) {
-    auto message = std::make_unique<Message>();
-    if (!message->decode(data)) {
+    auto message = decoded<Message>(data);
+    if (!message) {
         return nullptr;
     }
     const ModeSMessage::Confidence confidence = gradeByAddress(message->icaoAddress(), now);
@@ -171,8 +178,8 @@ ModeSMessage* ModeSDecoder::decodeAltitudeReply(const std::string& data, Seconds
 }
 
 ModeSMessage* ModeSDecoder::decodeAllCallReply(const std::string& data, Seconds now) {
-    auto message = std::make_unique<DF11Message>();
-    if (!message->decode(data)) {
+    auto message = decoded<DF11Message>(data);
+    if (!message) {
         return nullptr;
     }
     const ModeSMessageFieldPI& pi = message->constFieldPI();
@@ -186,7 +193,7 @@ ModeSMessage* ModeSDecoder::decodeAllCallReply(const std::string& data, Seconds 
 
 /// Recent addresses build an interrogator up; a reliable one vouches for addresses in turn.
 ModeSMessage::Confidence ModeSDecoder::gradeAllCall(u32 address, u32 interrogator, Seconds now) {
-    const Seconds* proved = _icaoAddresses.find(address);
+    Seconds* proved = _icaoAddresses.find(address);
     const bool addressRecent = proved != nullptr && isRecent(*proved, addressTimeout, now);
     const auto knownInterrogator = _interrogators.find(interrogator);
     const bool interrogatorRecent =
@@ -197,7 +204,11 @@ ModeSMessage::Confidence ModeSDecoder::gradeAllCall(u32 address, u32 interrogato
         !(interrogatorRecent && knownInterrogator->second.hitCount >= interrogatorThreshold)) {
         return ModeSMessage::None;
     }
-    _icaoAddresses[address] = now;
+    if (proved != nullptr) {
+        *proved = now;
+    } else {
+        _icaoAddresses[address] = now;
+    }
     InterrogatorRecord& record = _interrogators[interrogator];
     record.lastSeen = now;
     if (!interrogatorRecent) {
@@ -229,8 +240,8 @@ ModeSMessage* ModeSDecoder::decodeSquitter(const std::string& data, Seconds now)
 }
 
 ModeSMessage* ModeSDecoder::decodeMilitarySquitter(const std::string& data, Seconds now) {
-    auto message = std::make_unique<DF19Message>();
-    if (!message->decode(data)) {
+    auto message = decoded<DF19Message>(data);
+    if (!message) {
         return nullptr;
     }
     if (message->constFieldAF().code() != 0) {

@@ -25,25 +25,9 @@ ADSBTracker::ADSBTracker() : _nextTrackId(firstTrackId) {
 
 ADSBTracker::ADSBTracker(const ADSBTracker&) = default;
 ADSBTracker& ADSBTracker::operator=(const ADSBTracker&) = default;
+ADSBTracker::ADSBTracker(ADSBTracker&&) noexcept = default;
+ADSBTracker& ADSBTracker::operator=(ADSBTracker&&) noexcept = default;
 ADSBTracker::~ADSBTracker() = default;
-
-// NOLINTNEXTLINE(bugprone-copy-constructor-init): the decoder has no state to move
-ADSBTracker::ADSBTracker(ADSBTracker&& other) noexcept
-    : _decoder(other._decoder), _targets(std::move(other._targets)),
-      _nextTrackId(other._nextTrackId), _altitudeBaroChecking(other._altitudeBaroChecking),
-      _altitudeBaroCheckingSeconds(other._altitudeBaroCheckingSeconds),
-      _altitudeBaroCheckingLimit(other._altitudeBaroCheckingLimit) {}
-
-ADSBTracker& ADSBTracker::operator=(ADSBTracker&& other) noexcept {
-    if (this != &other) {
-        _targets = std::move(other._targets);
-        _nextTrackId = other._nextTrackId;
-        _altitudeBaroChecking = other._altitudeBaroChecking;
-        _altitudeBaroCheckingSeconds = other._altitudeBaroCheckingSeconds;
-        _altitudeBaroCheckingLimit = other._altitudeBaroCheckingLimit;
-    }
-    return *this;
-}
 
 void ADSBTracker::setAltituteBaroChecking(bool enabled, u32 seconds, u32 limit) {
     _altitudeBaroChecking = enabled;
@@ -120,14 +104,13 @@ ADSBTarget* ADSBTracker::createTarget(u32 icaoAddress) {
     return (_targets[icaoAddress] = std::move(target)).get();
 }
 
-ADSBTarget* ADSBTracker::findTarget(u32 icaoAddress) {
+ADSBTarget* ADSBTracker::findTarget(u32 icaoAddress) const {
     const auto* target = _targets.find(icaoAddress);
     return target != nullptr ? target->get() : nullptr;
 }
 
 const ADSBTarget* ADSBTracker::findConstTarget(u32 icaoAddress) const {
-    const auto* target = _targets.find(icaoAddress);
-    return target != nullptr ? target->get() : nullptr;
+    return findTarget(icaoAddress);
 }
 
 /// The lowest free number from the cursor on, around the end; 0 when the table is full. One walk of

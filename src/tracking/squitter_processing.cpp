@@ -6,6 +6,7 @@
 
 #include "wrapped.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace tolvarin::ondrel {
@@ -19,16 +20,14 @@ constexpr u32 longestCPRPairInterval = 10000; // ms
 
 /// Asks for all of a record while the payload that is to go into it is still being decoded: among
 /// thousands of aircraft it is in no near cache.
-void prefetch(const ADSBTarget& target) {
+void prefetch([[maybe_unused]] const ADSBTarget& target) {
+#if defined(__GNUC__)
     constexpr std::size_t cacheLine = 64;
     const auto* const bytes = reinterpret_cast<const char*>(&target);
     for (std::size_t i = 0; i < sizeof target; i += cacheLine) {
-#if defined(__GNUC__)
         __builtin_prefetch(bytes + i);
-#else
-        static_cast<void>(bytes);
-#endif
     }
+#endif
 }
 
 u32 low32(u64 time) {
