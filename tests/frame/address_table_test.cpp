@@ -66,11 +66,5 @@ TEST(AddressTable, IsAsGoodAMapOfAddressesThatWantTheSameSlot) {
     EXPECT_EQ(table.size(), 300000U);
 }
 
-TEST(AddressTable, HasNothingAtFirst) {
-    Table table;
-    EXPECT_EQ(table.find(0), nullptr);
-    EXPECT_EQ(contentOf(table), Model{});
-}
-
 } // namespace
 } // namespace tolvarin::ondrel
