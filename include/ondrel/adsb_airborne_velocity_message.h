@@ -43,9 +43,6 @@ protected:
     bool decodeImpl() override;
 
 private:
-    void decodeGroundVelocity();
-    void decodeVerticalRate();
-
     AirborneVelocityType _velocityType = GROUND_SPEED;
     double _groundSpeed = 0;
     double _heading = 0;

@@ -5,10 +5,8 @@
 #include <ondrel/export.h>
 #include <ondrel/types.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel {
@@ -70,9 +68,7 @@ public:
 
     /// A field of `bits` bits at the ME position `pos`: 0 is the top bit of the first ME byte. It
     /// is valid when it has a width and a designator other than UNKNOWN_FIELD.
-    ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description)
-        : _designator(designator), _pos(pos), _bits(bits),
-          _valid(bits >= 1 && designator != UNKNOWN_FIELD), _description(std::move(description)) {}
+    ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description);
 
     Designator designator() const { return _designator; }
     u8 pos() const { return _pos; }
@@ -104,10 +100,7 @@ private:
     std::string _description;
 };
 
-// Of the library's own messages.
 struct WireLayout;
-template <unsigned Pos, unsigned Bits>
-struct WireField;
 
 /// The payload of an extended squitter's ME field (RTCA DO-260B, 2.2.3.2). A message decodes seven
 /// bytes into its members and lists them bit field by bit field.
@@ -192,37 +185,26 @@ protected:
     /// Appends to the field list; decode() puts it in order.
     void addField(const ADSBMessageField& field);
 
-    // For the library's own messages, whose layouts live as long as the library.
-
-    /// Appends a field whose text the layout makes of the value when somebody asks for it.
-    void show(const WireLayout& layout, std::int64_t value);
-
-    /// Reads a wire field, shows it and gives its value.
-    template <unsigned Pos, unsigned Bits>
-    auto take(const WireField<Pos, Bits>& field);
-
 private:
-    /// A value with its layout; without one, the place of a field that addField() was given.
-    struct Shown {
-        const WireLayout* layout;
-        std::int64_t value;
-    };
+    friend class FieldWriter; // how the library's own messages add their fields
 
+    /// The field list before its texts are made.
     struct FieldList {
-        std::vector<Shown> shown;
-        std::vector<ADSBMessageField> given;
+        /// A value and the layout that makes its text. Without a layout, `value` is an index into
+        /// `given`.
+        struct Entry {
+            const WireLayout* layout;
+            std::int64_t value;
+        };
 
         FieldList() = default;
         FieldList(const FieldList&) = default;
         FieldList(FieldList&&) noexcept = default;
-        /// Both lists, or none of them if memory runs out.
-        FieldList& operator=(FieldList other) noexcept;
+        FieldList& operator=(FieldList other) noexcept; // so that both vectors are assigned or none
         ~FieldList() = default;
 
-        const ADSBMessageField& givenAt(const Shown& one) const;
-        u8 posOf(const Shown& one) const;
-        ADSBMessageField fieldOf(const Shown& one) const;
-        void sort();
+        std::vector<Entry> entries;
+        std::vector<ADSBMessageField> given; ///< to addField()
     };
 
     std::string _data;

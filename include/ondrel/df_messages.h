@@ -64,19 +64,7 @@ protected:
     /// The check of the format; every concrete class runs it first.
     bool decodeImpl() override;
 
-    /// Decodes every field at its place, whatever the others return; true when all did.
-    template <class... Fields>
-    bool decodeFields(Fields&... fields);
-
-    /// The step of a reply whose address is overlaid on its parity: nothing in it can be checked.
-    template <class... Fields>
-    bool decodeOverlaid(ModeSMessageFieldAP& ap, Fields&... fields);
-
-    /// The step of a squitter whose parity stands uncovered. On a parity failure the fields stay as
-    /// decoded, the address is not set, and `module` logs it.
-    template <class... Fields>
-    bool decodeProvable(const std::string& module, ModeSMessageFieldPI& pi, ModeSMessageFieldAA& aa,
-                        Fields&... fields);
+    struct Steps; ///< what the library's formats share when they decode
 
 private:
     DownlinkFormat _downlinkFormat;

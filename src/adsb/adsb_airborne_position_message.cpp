@@ -39,6 +39,7 @@ constexpr bool isBetween(u8 value, u8 first, u8 last) {
 ADSBAirbornePositionMessage::ADSBAirbornePositionMessage() : ADSBMessage(POS_AIR) {}
 
 bool ADSBAirbornePositionMessage::decodeImpl() {
+    FieldWriter writer(*this);
     if (isBetween(typeCode(), firstBaroTypeCode, lastBaroTypeCode)) {
         _altitudeSource = Baro;
     } else if (isBetween(typeCode(), firstGnssTypeCode, lastGnssTypeCode)) {
@@ -46,19 +47,19 @@ bool ADSBAirbornePositionMessage::decodeImpl() {
     } else {
         return false;
     }
-    show(layout::altitudeSource, _altitudeSource);
+    writer.show(layout::altitudeSource, _altitudeSource);
 
     const AltitudeCode code = squitterAltitudeCode(layout::altitude.read(data()));
     _altResolution = code.resolution;
-    show(layout::altitudeResolution, _altResolution);
+    writer.show(layout::altitudeResolution, _altResolution);
     _altitude = code.feet;
-    show(layout::altitude, _altitude);
+    writer.show(layout::altitude, _altitude);
 
-    _timeApplicability = take(cpr_layout::timeBit) != 0;
+    _timeApplicability = writer.take(cpr_layout::timeBit) != 0;
     _cprFormat = cpr_layout::formatOf(cpr_layout::format.read(data()));
-    show(cpr_layout::format, _cprFormat);
-    _cprLatitude = static_cast<i32>(take(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(take(cpr_layout::longitude));
+    writer.show(cpr_layout::format, _cprFormat);
+    _cprLatitude = static_cast<i32>(writer.take(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(writer.take(cpr_layout::longitude));
     return true;
 }
 
@@ -74,7 +75,8 @@ bool ADSBAirbornePositionMessageV0::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    _singalAntena = take(layout::singleAntenna) != 0;
+    FieldWriter writer(*this);
+    _singalAntena = writer.take(layout::singleAntenna) != 0;
     return true;
 }
 
@@ -84,7 +86,8 @@ bool ADSBAirbornePositionMessageV1::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    _singalAntena = take(layout::singleAntenna) != 0;
+    FieldWriter writer(*this);
+    _singalAntena = writer.take(layout::singleAntenna) != 0;
     return true;
 }
 
@@ -94,7 +97,8 @@ bool ADSBAirbornePositionMessageV2::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    _nicSupplementB = take(layout::nicSupplementB) != 0;
+    FieldWriter writer(*this);
+    _nicSupplementB = writer.take(layout::nicSupplementB) != 0;
     return true;
 }
 

@@ -55,16 +55,43 @@ constexpr WireField<37, 9> verticalRate{ADSBMessageField::VR};
 
 constexpr double fullCircle = 6.283185307179586; // radians
 
-/// Signed knots of a velocity code other than 0. A zero has no sign.
+/// Signed knots of a velocity code other than 0. Integers, so that there is no negative zero.
 i32 component(u32 code, bool negative, i32 scale) {
     const i32 knots = (static_cast<i32>(code) - 1) * scale;
     return negative ? -knots : knots;
 }
 
-/// Degrees clockwise from north, from 0 to below 360.
+/// Degrees clockwise from north, from 0 to below 360; 0 without a speed.
 double direction(i32 east, i32 north) {
     const double heading = std::atan2(east, north) * 360.0 / fullCircle;
     return heading < 0 ? heading + 360.0 : heading;
+}
+
+struct GroundVelocity {
+    double speed = 0;   ///< knots
+    double heading = 0; ///< degrees
+};
+
+/// All zero if a component is not available: its code is then 0. `scale` is the knots of one step.
+GroundVelocity takeGroundVelocity(FieldWriter& writer, i32 scale) {
+    const bool westward = writer.take(layout::eastWestDirection) != 0;
+    const u32 eastWest = writer.take(layout::eastWestVelocity);
+    const bool southward = writer.take(layout::northSouthDirection) != 0;
+    const u32 northSouth = writer.take(layout::northSouthVelocity);
+    if (eastWest == 0 || northSouth == 0) {
+        return {};
+    }
+    const i32 east = component(eastWest, westward, scale);
+    const i32 north = component(northSouth, southward, scale);
+    return {std::sqrt(static_cast<double>(east * east + north * north)), direction(east, north)};
+}
+
+/// Feet per minute; 0 if the rate is not available: its code is then 0.
+i32 takeVerticalRate(FieldWriter& writer) {
+    const bool downward = writer.take(layout::verticalRateSign) != 0;
+    const auto code = static_cast<i32>(writer.take(layout::verticalRate));
+    const i32 rate = code == 0 ? 0 : (code - 1) * 64;
+    return downward ? -rate : rate;
 }
 
 } // namespace
@@ -72,48 +99,25 @@ double direction(i32 east, i32 north) {
 ADSBAirborneVelocityMessage::ADSBAirborneVelocityMessage() : ADSBMessage(AIR_VEL) {}
 
 bool ADSBAirborneVelocityMessage::decodeImpl() {
+    FieldWriter writer(*this);
     const u32 subtype = layout::subtype.read(data());
     if (subtype == 0 || subtype >= subtypeNames.size()) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
         return false;
     }
     _velocityType = static_cast<AirborneVelocityType>(subtype);
-    show(layout::subtype, subtype);
+    writer.show(layout::subtype, subtype);
     if (_velocityType == AIR_SPEED || _velocityType == AIR_SPEED_SUPER_SONIC) {
         Log::log(Log::Warning, moduleName, "Unsupported AIR_SPD message detected.");
         return false;
     }
-    decodeGroundVelocity();
-    decodeVerticalRate();
+    const GroundVelocity velocity =
+        takeGroundVelocity(writer, _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1);
+    _groundSpeed = velocity.speed;
+    _heading = velocity.heading;
+    _verticalRateSource = static_cast<AltitudeSource>(writer.take(layout::verticalRateSource));
+    _verticalRate = takeVerticalRate(writer);
     return true;
-}
-
-/// A code of 0 stands for a component that is not available.
-void ADSBAirborneVelocityMessage::decodeGroundVelocity() {
-    const bool westward = take(layout::eastWestDirection) != 0;
-    const u32 eastWest = take(layout::eastWestVelocity);
-    const bool southward = take(layout::northSouthDirection) != 0;
-    const u32 northSouth = take(layout::northSouthVelocity);
-
-    _groundSpeed = 0;
-    _heading = 0;
-    if (eastWest == 0 || northSouth == 0) {
-        return;
-    }
-    const i32 scale = _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1;
-    const i32 east = component(eastWest, westward, scale);
-    const i32 north = component(northSouth, southward, scale);
-    _groundSpeed = std::sqrt(static_cast<double>(east * east + north * north));
-    _heading = direction(east, north); // of integers: a zero has no sign, and 0, 0 gives 0
-}
-
-/// A code of 0 stands for a rate that is not available.
-void ADSBAirborneVelocityMessage::decodeVerticalRate() {
-    _verticalRateSource = static_cast<AltitudeSource>(take(layout::verticalRateSource));
-    const bool downward = take(layout::verticalRateSign) != 0;
-    const auto code = static_cast<i32>(take(layout::verticalRate));
-    const i32 rate = code == 0 ? 0 : (code - 1) * 64;
-    _verticalRate = downward ? -rate : rate;
 }
 
 std::string ADSBAirborneVelocityMessage::description() const {
@@ -131,7 +135,8 @@ bool ADSBAirborneVelocityMessageV0::decodeImpl() {
     if (!ADSBAirborneVelocityMessage::decodeImpl()) {
         return false;
     }
-    _nucr = static_cast<u8>(take(layout::nucr));
+    FieldWriter writer(*this);
+    _nucr = static_cast<u8>(writer.take(layout::nucr));
     return true;
 }
 

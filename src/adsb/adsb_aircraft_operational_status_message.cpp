@@ -23,6 +23,7 @@ ADSBAircraftOperationalStatusMessage::ADSBAircraftOperationalStatusMessage()
     : ADSBMessage(OP_STATUS) {}
 
 bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
+    FieldWriter writer(*this);
     _versionNumber = static_cast<u8>(layout::versionNumber.read(data()));
     if (_versionNumber == 0) {
         Log::log(Log::Critical, moduleName, "MOPS Version 0 detected.");
@@ -32,8 +33,8 @@ bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unsupported MOPS Version %u detected.",
                  unsigned{_versionNumber});
     }
-    show(layout::versionNumber, _versionNumber);
-    _nicSupplementA = take(layout::nicSupplementA) != 0;
+    writer.show(layout::versionNumber, _versionNumber);
+    _nicSupplementA = writer.take(layout::nicSupplementA) != 0;
     return true;
 }
 

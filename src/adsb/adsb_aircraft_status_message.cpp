@@ -37,6 +37,7 @@ constexpr ShownField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
 ADSBAircraftStatusMessage::ADSBAircraftStatusMessage() : ADSBMessage(AC_STATUS) {}
 
 bool ADSBAircraftStatusMessage::decodeImpl() {
+    FieldWriter writer(*this);
     const u32 subtype = layout::subtype.read(data());
     if (subtype >= subtypeTokens.size()) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
@@ -44,13 +45,13 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
         return false;
     }
     _subtype = static_cast<AircraftStatusSubtype>(subtype);
-    show(layout::subtype, subtype);
+    writer.show(layout::subtype, subtype);
     if (_subtype == AircraftStatusSubtype::EMERGENCY) {
         _emergencyState = static_cast<EmergencyState>(layout::emergencyState.read(data()));
     } else {
         Log::log(Log::Critical, moduleName, "Unsupported subtype %u detected.", subtype);
     }
-    show(layout::emergencyState, static_cast<i32>(_emergencyState));
+    writer.show(layout::emergencyState, static_cast<i32>(_emergencyState));
     return true;
 }
 
@@ -68,10 +69,11 @@ bool ADSBAircraftStatusMessageV2::decodeImpl() {
     if (!ADSBAircraftStatusMessage::decodeImpl()) {
         return false;
     }
+    FieldWriter writer(*this);
     switch (subtype()) {
     case AircraftStatusSubtype::EMERGENCY:
         _modeACode = identityCode(layout::modeACode.read(data()));
-        show(layout::modeACode, _modeACode);
+        writer.show(layout::modeACode, _modeACode);
         return true;
     case AircraftStatusSubtype::TCAS_RA:
         Log::log(Log::Warning, moduleName, "Unsupported TCAS RA message detected.");

@@ -1,3 +1,5 @@
+// Which class decodes a payload: by type code and by the MOPS version of the aircraft.
+
 #include <ondrel/adsb_decoder.h>
 
 #include <ondrel/adsb_airborne_position_message.h>
@@ -10,6 +12,7 @@
 
 #include "adsb_airborne_velocity_message_v2.h"
 #include "adsb_aircraft_status_message_v0.h"
+#include "keyed_rows.h"
 #include "wire_field.h"
 
 #include <algorithm>
@@ -30,31 +33,39 @@ ADSBMessage* decodeAs(const std::string& data) {
 
 using Decode = ADSBMessage* (*)(const std::string&);
 
-/// What serves a type in MOPS version 0, 1, 2 and above; null where nothing does.
-using Row = std::array<Decode, 4>;
+/// Which classes serve a type, by MOPS version: 0, 1, 2, and 3 for all above. Null for none.
+struct Row {
+    ADSBMessage::ADSBMessageType key;
+    std::array<Decode, 4> byVersion;
+};
 
 template <class Message>
-constexpr Row everyVersion = {decodeAs<Message>, decodeAs<Message>, decodeAs<Message>,
-                              decodeAs<Message>};
+constexpr std::array<Decode, 4> everyVersion = {decodeAs<Message>, decodeAs<Message>,
+                                                decodeAs<Message>, decodeAs<Message>};
 
-template <class Version0, class Version1, class Version2>
-constexpr Row byVersion = {decodeAs<Version0>, decodeAs<Version1>, decodeAs<Version2>, nullptr};
+template <class... Messages>
+constexpr std::array<Decode, 4> versions0To2 = {decodeAs<Messages>..., nullptr};
 
-// In the order of ADSBMessage::ADSBMessageType.
-constexpr std::array<Row, 8> rows = {
-    everyVersion<ADSBIdentityMessage>,
-    everyVersion<ADSBSurfacePositionMessage>,
-    byVersion<ADSBAirbornePositionMessageV0, ADSBAirbornePositionMessageV1,
-              ADSBAirbornePositionMessageV2>,
-    byVersion<ADSBAirborneVelocityMessageV0, ADSBAirborneVelocityMessageV1,
-              ADSBAirborneVelocityMessageV2>,
-    everyVersion<ADSBTestMessage>,
-    byVersion<ADSBAircraftStatusMessageV0, ADSBAircraftStatusMessageV0,
-              ADSBAircraftStatusMessageV2>,
-    Row{nullptr, decodeAs<ADSBTargetStatusMessageV1>, decodeAs<ADSBTargetStatusMessageV2>, nullptr},
-    byVersion<ADSBAircraftOperationalStatusMessage, ADSBAircraftOperationalStatusMessage,
-              ADSBAircraftOperationalStatusMessage>,
-};
+constexpr std::array<Row, 9> rows = {{
+    {ADSBMessage::ACID, everyVersion<ADSBIdentityMessage>},
+    {ADSBMessage::POS_GND, everyVersion<ADSBSurfacePositionMessage>},
+    {ADSBMessage::POS_AIR,
+     versions0To2<ADSBAirbornePositionMessageV0, ADSBAirbornePositionMessageV1,
+                  ADSBAirbornePositionMessageV2>},
+    {ADSBMessage::AIR_VEL,
+     versions0To2<ADSBAirborneVelocityMessageV0, ADSBAirborneVelocityMessageV1,
+                  ADSBAirborneVelocityMessageV2>},
+    {ADSBMessage::TEST, everyVersion<ADSBTestMessage>},
+    {ADSBMessage::AC_STATUS, versions0To2<ADSBAircraftStatusMessageV0, ADSBAircraftStatusMessageV0,
+                                          ADSBAircraftStatusMessageV2>},
+    {ADSBMessage::TG_STATUS,
+     {nullptr, decodeAs<ADSBTargetStatusMessageV1>, decodeAs<ADSBTargetStatusMessageV2>, nullptr}},
+    {ADSBMessage::OP_STATUS,
+     versions0To2<ADSBAircraftOperationalStatusMessage, ADSBAircraftOperationalStatusMessage,
+                  ADSBAircraftOperationalStatusMessage>},
+    {ADSBMessage::RESERVED, {}},
+}};
+static_assert(keysCountFrom0(rows));
 
 } // namespace
 
@@ -74,7 +85,7 @@ ADSBMessage* ADSBDecoder::decode(MOPSVersion version, const std::string& data) c
         return nullptr;
     }
     const u32 column = std::min<u32>(static_cast<u32>(version), MOPSVersionUnknown);
-    const Decode decodeRow = rows[static_cast<u32>(type)][column];
+    const Decode decodeRow = rows[static_cast<u32>(type)].byVersion[column];
     return decodeRow != nullptr ? decodeRow(data) : nullptr;
 }
 

@@ -36,9 +36,12 @@ constexpr WireField<50, 6> character8{ADSBMessageField::CHAR_8, characterText};
 ADSBIdentityMessage::ADSBIdentityMessage() : ADSBMessage(ACID), _callsign(8, ' ') {}
 
 bool ADSBIdentityMessage::decodeImpl() {
-    _emitterCategory = static_cast<u8>(take(layout::emitterCategory));
+    FieldWriter writer(*this);
+    _emitterCategory = static_cast<u8>(writer.take(layout::emitterCategory));
     _callsign.clear();
-    const auto addCharacter = [this](const auto& field) { _callsign += characters[take(field)]; };
+    const auto addCharacter = [&](const auto& field) {
+        _callsign += characters[writer.take(field)];
+    };
     addCharacter(layout::character1);
     addCharacter(layout::character2);
     addCharacter(layout::character3);

@@ -1,13 +1,19 @@
+// What all payloads share: the sequence of decoding, the field list, and the names of types, type
+// codes and designators (RTCA DO-260B, 2.2.3.2).
+
 #include <ondrel/adsb_message.h>
 
 #include <ondrel/log.h>
 
 #include "clock.h"
+#include "keyed_rows.h"
 #include "text.h"
 #include "wire_field.h"
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <utility>
 
 namespace tolvarin::ondrel {
@@ -16,7 +22,7 @@ namespace {
 
 const std::string moduleName = "ADSBMessage";
 
-constexpr std::size_t longestFieldList = 11;
+constexpr std::size_t longestFieldList = 11; // of the library's own messages
 
 std::string typeText(std::int64_t type) {
     return ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type));
@@ -29,39 +35,143 @@ constexpr WireField<0, 5> typeCode{ADSBMessageField::TYPE_CODE};
 
 } // namespace layout
 
-struct TypeNames {
-    std::string name;
-    std::string fullName;
+struct TypeRow {
+    ADSBMessage::ADSBMessageType key;
+    const char* name;
+    const char* fullName;
 };
 
-// In the order of ADSBMessage::ADSBMessageType.
-const std::array<TypeNames, 9> typeNames = {{
-    {"ACID", "Aircraft Identification"},
-    {"POS_GND", "Surface Position"},
-    {"POS_AIR", "Airborne Position"},
-    {"AIR_VEL", "Airborne Velocities"},
-    {"TEST", "Test"},
-    {"AC_STATUS", "Aircraft Status"},
-    {"TG_STATUS", "Target State and Status Information"},
-    {"OP_STATUS", "Aircraft Operation Status"},
-    {"RESERVED", "Reserved"},
+constexpr std::array<TypeRow, 9> typeRows = {{
+    {ADSBMessage::ACID, "ACID", "Aircraft Identification"},
+    {ADSBMessage::POS_GND, "POS_GND", "Surface Position"},
+    {ADSBMessage::POS_AIR, "POS_AIR", "Airborne Position"},
+    {ADSBMessage::AIR_VEL, "AIR_VEL", "Airborne Velocities"},
+    {ADSBMessage::TEST, "TEST", "Test"},
+    {ADSBMessage::AC_STATUS, "AC_STATUS", "Aircraft Status"},
+    {ADSBMessage::TG_STATUS, "TG_STATUS", "Target State and Status Information"},
+    {ADSBMessage::OP_STATUS, "OP_STATUS", "Aircraft Operation Status"},
+    {ADSBMessage::RESERVED, "RESERVED", "Reserved"},
+}};
+static_assert(keysCountFrom0(typeRows));
+
+const auto typeNames = strings(typeRows, &TypeRow::name);
+const auto typeFullNames = strings(typeRows, &TypeRow::fullName);
+
+/// A run of type codes of one type (RTCA DO-260B, table 2-15). Codes in no run are reserved.
+struct TypeCodeRun {
+    u8 first;
+    u8 last;
+    ADSBMessage::ADSBMessageType type;
+};
+
+constexpr std::array<TypeCodeRun, 9> typeCodeRuns = {{
+    {1, 4, ADSBMessage::ACID},
+    {5, 8, ADSBMessage::POS_GND},
+    {9, 18, ADSBMessage::POS_AIR},
+    {19, 19, ADSBMessage::AIR_VEL},
+    {20, 22, ADSBMessage::POS_AIR},
+    {23, 23, ADSBMessage::TEST},
+    {28, 28, ADSBMessage::AC_STATUS},
+    {29, 29, ADSBMessage::TG_STATUS},
+    {31, 31, ADSBMessage::OP_STATUS},
 }};
 
-const TypeNames& namesOf(ADSBMessage::ADSBMessageType type) {
-    const auto index = static_cast<u32>(type);
-    return index < typeNames.size() ? typeNames[index] : typeNames.back();
+constexpr std::size_t typeCodes = 32;
+
+constexpr std::array<ADSBMessage::ADSBMessageType, typeCodes> makeTypesByCode() {
+    std::array<ADSBMessage::ADSBMessageType, typeCodes> types{};
+    for (auto& type : types) {
+        type = ADSBMessage::RESERVED;
+    }
+    for (const TypeCodeRun& run : typeCodeRuns) {
+        for (std::size_t code = run.first; code <= run.last; ++code) {
+            types[code] = run.type;
+        }
+    }
+    return types;
 }
 
-// In the order of ADSBMessageField::Designator.
-const std::array<std::string, 48> fieldNames = {
-    "TYPE",      "TYPE_CODE", "EMT_SET",   "EMT_CAT",    "CHAR_1",     "CHAR_2",   "CHAR_3",
-    "CHAR_4",    "CHAR_5",    "CHAR_6",    "CHAR_7",     "CHAR_8",     "MOV_CODE", "GND_SPD",
-    "HDG_STATE", "HDG",       "SAF",       "NIC_SUPP_B", "ALT_SRC",    "ALT_RES",  "ALT",
-    "T",         "CPR_FMT",   "CPR_LAT",   "CPR_LON",    "SUB_TYPE",   "NUC_R",    "DIR_EW",
-    "DIR_NS",    "VEL_EW",    "VEL_NS",    "VR_SRC",     "VR_SIGN",    "VR",       "SUB_TYPE",
-    "DATA",      "SUB_TYPE",  "EMG_STATE", "MODE_A",     "SUB_TYPE",   "NAC_P",    "NIC_BARO",
-    "SIL",       "SIL_SUPP",  "SUB_TYPE",  "VER_NUM",    "NIC_SUPP_A", "--",
+constexpr std::array<ADSBMessage::ADSBMessageType, typeCodes> typesByCode = makeTypesByCode();
+
+struct DesignatorRow {
+    ADSBMessageField::Designator key;
+    const char* name;
 };
+
+constexpr std::array<DesignatorRow, 48> designatorRows = {{
+    {ADSBMessageField::TYPE, "TYPE"},
+    {ADSBMessageField::TYPE_CODE, "TYPE_CODE"},
+    {ADSBMessageField::EMT_SET, "EMT_SET"},
+    {ADSBMessageField::EMT_CAT, "EMT_CAT"},
+    {ADSBMessageField::CHAR_1, "CHAR_1"},
+    {ADSBMessageField::CHAR_2, "CHAR_2"},
+    {ADSBMessageField::CHAR_3, "CHAR_3"},
+    {ADSBMessageField::CHAR_4, "CHAR_4"},
+    {ADSBMessageField::CHAR_5, "CHAR_5"},
+    {ADSBMessageField::CHAR_6, "CHAR_6"},
+    {ADSBMessageField::CHAR_7, "CHAR_7"},
+    {ADSBMessageField::CHAR_8, "CHAR_8"},
+    {ADSBMessageField::MOV_CODE, "MOV_CODE"},
+    {ADSBMessageField::GND_SPD, "GND_SPD"},
+    {ADSBMessageField::HDG_STATE, "HDG_STATE"},
+    {ADSBMessageField::HDG, "HDG"},
+    {ADSBMessageField::SAF, "SAF"},
+    {ADSBMessageField::NIC_SUPP_B, "NIC_SUPP_B"},
+    {ADSBMessageField::ALT_SRC, "ALT_SRC"},
+    {ADSBMessageField::ALT_RES, "ALT_RES"},
+    {ADSBMessageField::ALT, "ALT"},
+    {ADSBMessageField::T, "T"},
+    {ADSBMessageField::CPR_FMT, "CPR_FMT"},
+    {ADSBMessageField::CPR_LAT, "CPR_LAT"},
+    {ADSBMessageField::CPR_LON, "CPR_LON"},
+    {ADSBMessageField::SUB_TYPE_AIR_VEL, "SUB_TYPE"},
+    {ADSBMessageField::NUC_R, "NUC_R"},
+    {ADSBMessageField::DIR_EW, "DIR_EW"},
+    {ADSBMessageField::DIR_NS, "DIR_NS"},
+    {ADSBMessageField::VEL_EW, "VEL_EW"},
+    {ADSBMessageField::VEL_NS, "VEL_NS"},
+    {ADSBMessageField::VR_SRC, "VR_SRC"},
+    {ADSBMessageField::VR_SIGN, "VR_SIGN"},
+    {ADSBMessageField::VR, "VR"},
+    {ADSBMessageField::SUB_TYPE_TEST, "SUB_TYPE"},
+    {ADSBMessageField::DATA, "DATA"},
+    {ADSBMessageField::SUB_TYPE_AC_STATUS, "SUB_TYPE"},
+    {ADSBMessageField::EMG_STATE, "EMG_STATE"},
+    {ADSBMessageField::MODE_A, "MODE_A"},
+    {ADSBMessageField::SUB_TYPE_TG_STATUS, "SUB_TYPE"},
+    {ADSBMessageField::NAC_P, "NAC_P"},
+    {ADSBMessageField::NIC_BARO, "NIC_BARO"},
+    {ADSBMessageField::SIL, "SIL"},
+    {ADSBMessageField::SIL_SUPP, "SIL_SUPP"},
+    {ADSBMessageField::SUB_TYPE_OP_STATUS, "SUB_TYPE"},
+    {ADSBMessageField::VER_NUM, "VER_NUM"},
+    {ADSBMessageField::NIC_SUPP_A, "NIC_SUPP_A"},
+    {ADSBMessageField::UNKNOWN_FIELD, "--"},
+}};
+static_assert(keysCountFrom0(designatorRows));
+
+const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
+
+constexpr std::size_t index(std::int64_t number) {
+    return static_cast<std::size_t>(number);
+}
+
+ADSBMessageField fieldOf(const WireLayout& layout, std::int64_t value) {
+    return {layout.designator, layout.pos, layout.bits, layout.text(value)};
+}
+
+/// Sorts by position and keeps the order of equal positions. It allocates nothing, and moves few
+/// entries, since messages add most fields in the order of their positions.
+template <class Entries, class PosOf>
+void sortByPos(Entries& entries, PosOf posOf) {
+    const auto isBefore = [&](const auto& a, const auto& b) { return posOf(a) < posOf(b); };
+    for (auto added = entries.begin(); added != entries.end(); ++added) {
+        if (added != entries.begin() && isBefore(*added, *(added - 1))) {
+            const auto place = std::upper_bound(entries.begin(), added, *added, isBefore);
+            std::rotate(place, added, added + 1);
+        }
+    }
+}
 
 const std::string fullNameOfType = "Type";
 const std::string noDescription = "NO_DESCRIPTION";
@@ -70,13 +180,16 @@ const std::string noDescription = "NO_DESCRIPTION";
 
 // ADSBMessageField
 
+ADSBMessageField::ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description)
+    : _designator(designator), _pos(pos), _bits(bits),
+      _valid(bits >= 1 && designator != UNKNOWN_FIELD), _description(std::move(description)) {}
+
 const std::string& ADSBMessageField::description() const {
     return _description.empty() ? noDescription : _description;
 }
 
 const std::string& ADSBMessageField::designatorName(Designator designator) {
-    const auto index = static_cast<u32>(designator);
-    return index < fieldNames.size() ? fieldNames[index] : fieldNames.back();
+    return entryOrLast(designatorNames, designator);
 }
 
 const std::string& ADSBMessageField::designatorFullName(Designator designator) {
@@ -104,11 +217,15 @@ bool ADSBMessage::decode(const std::string& data) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
-    _fields.shown.reserve(_fields.shown.size() + longestFieldList);
-    show(layout::type, _type);
-    take(layout::typeCode);
+    _fields.entries.reserve(_fields.entries.size() + longestFieldList);
+    FieldWriter writer(*this);
+    writer.show(layout::type, _type);
+    writer.take(layout::typeCode);
     _valid = decodeImpl();
-    _fields.sort();
+    sortByPos(_fields.entries, [this](const FieldList::Entry& entry) {
+        return entry.layout != nullptr ? entry.layout->pos
+                                       : _fields.given[index(entry.value)].pos();
+    });
     return _valid;
 }
 
@@ -118,9 +235,10 @@ bool ADSBMessage::decode(const void* data, u64 size) {
 
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
     std::vector<ADSBMessageField> list;
-    list.reserve(_fields.shown.size());
-    for (const Shown& one : _fields.shown) {
-        list.push_back(_fields.fieldOf(one));
+    list.reserve(_fields.entries.size());
+    for (const FieldList::Entry& entry : _fields.entries) {
+        list.push_back(entry.layout != nullptr ? fieldOf(*entry.layout, entry.value)
+                                               : _fields.given[index(entry.value)]);
     }
     return list;
 }
@@ -134,69 +252,26 @@ std::string ADSBMessage::dataHexString() const {
 }
 
 const std::string& ADSBMessage::typeName(ADSBMessageType type) {
-    return namesOf(type).name;
+    return entryOrLast(typeNames, type);
 }
 
 const std::string& ADSBMessage::typeFullName(ADSBMessageType type) {
-    return namesOf(type).fullName;
+    return entryOrLast(typeFullNames, type);
 }
 
 ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
-    static constexpr std::array<ADSBMessageType, 32> types = {
-        RESERVED,                                           // 0
-        ACID,      ACID,      ACID,     ACID,               // 1 to 4
-        POS_GND,   POS_GND,   POS_GND,  POS_GND,            // 5 to 8
-        POS_AIR,   POS_AIR,   POS_AIR,  POS_AIR,   POS_AIR, // 9 to 13
-        POS_AIR,   POS_AIR,   POS_AIR,  POS_AIR,   POS_AIR, // 14 to 18
-        AIR_VEL,                                            // 19
-        POS_AIR,   POS_AIR,   POS_AIR,                      // 20 to 22
-        TEST,                                               // 23
-        RESERVED,  RESERVED,  RESERVED, RESERVED,           // 24 to 27
-        AC_STATUS, TG_STATUS, RESERVED, OP_STATUS,          // 28 to 31
-    };
-    return typeCode < types.size() ? types[typeCode] : RESERVED;
+    return typeCode < typesByCode.size() ? typesByCode[typeCode] : RESERVED;
 }
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
     _fields.given.push_back(field);
-    _fields.shown.push_back({nullptr, static_cast<std::int64_t>(_fields.given.size()) - 1});
+    _fields.entries.push_back({nullptr, static_cast<std::int64_t>(_fields.given.size()) - 1});
 }
-
-void ADSBMessage::show(const WireLayout& layout, std::int64_t value) {
-    _fields.shown.push_back({&layout, value});
-}
-
-// ADSBMessage::FieldList
 
 ADSBMessage::FieldList& ADSBMessage::FieldList::operator=(FieldList other) noexcept {
-    shown.swap(other.shown);
+    entries.swap(other.entries);
     given.swap(other.given);
     return *this;
-}
-
-const ADSBMessageField& ADSBMessage::FieldList::givenAt(const Shown& one) const {
-    return given[static_cast<std::size_t>(one.value)];
-}
-
-u8 ADSBMessage::FieldList::posOf(const Shown& one) const {
-    return one.layout != nullptr ? one.layout->pos : givenAt(one).pos();
-}
-
-ADSBMessageField ADSBMessage::FieldList::fieldOf(const Shown& one) const {
-    return one.layout != nullptr ? ADSBMessageField{one.layout->designator, one.layout->pos,
-                                                    one.layout->bits, one.layout->text(one.value)}
-                                 : givenAt(one);
-}
-
-/// Nothing is allocated, and few fields move: most are added in order.
-void ADSBMessage::FieldList::sort() {
-    const auto isBefore = [this](const Shown& a, const Shown& b) { return posOf(a) < posOf(b); };
-    for (auto added = shown.begin(); added != shown.end(); ++added) {
-        if (added != shown.begin() && isBefore(*added, *(added - 1))) {
-            const auto place = std::upper_bound(shown.begin(), added, *added, isBefore);
-            std::rotate(place, added, added + 1);
-        }
-    }
 }
 
 } // namespace tolvarin::ondrel

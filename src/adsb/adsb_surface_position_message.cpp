@@ -74,25 +74,26 @@ constexpr ShownField<13, 7> heading{ADSBMessageField::HDG, headingText};
 ADSBSurfacePositionMessage::ADSBSurfacePositionMessage() : ADSBMessage(POS_GND) {}
 
 bool ADSBSurfacePositionMessage::decodeImpl() {
-    _movementCode = static_cast<u8>(take(layout::movementCode));
+    FieldWriter writer(*this);
+    _movementCode = static_cast<u8>(writer.take(layout::movementCode));
     const bool reserved = _movementCode > lastMovementCode;
     if (reserved) {
         Log::log(Log::Critical, moduleName, "Reserved Movement Code: %u.", unsigned{_movementCode});
     }
     _movement = _movementCode != 0 && !reserved;
     _groundSpeed = speedOf(_movementCode);
-    show(layout::groundSpeed, _movementCode);
+    writer.show(layout::groundSpeed, _movementCode);
 
-    _headingValid = take(layout::headingStatus) != 0;
+    _headingValid = writer.take(layout::headingStatus) != 0;
     const u32 headingCode = _headingValid ? layout::heading.read(data()) : 0;
     _heading = headingOf(headingCode);
-    show(layout::heading, headingCode);
+    writer.show(layout::heading, headingCode);
 
-    _timeApplicability = take(cpr_layout::timeBit) != 0;
+    _timeApplicability = writer.take(cpr_layout::timeBit) != 0;
     _cprFormat = cpr_layout::formatOf(cpr_layout::format.read(data()));
-    show(cpr_layout::format, _cprFormat);
-    _cprLatitude = static_cast<i32>(take(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(take(cpr_layout::longitude));
+    writer.show(cpr_layout::format, _cprFormat);
+    _cprLatitude = static_cast<i32>(writer.take(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(writer.take(cpr_layout::longitude));
     return true;
 }
 

@@ -27,15 +27,16 @@ constexpr WireField<44, 2> sil{ADSBMessageField::SIL};
 ADSBTargetStatusMessage::ADSBTargetStatusMessage() : ADSBMessage(TG_STATUS) {}
 
 bool ADSBTargetStatusMessage::decodeImpl() {
+    FieldWriter writer(*this);
     _subtype = static_cast<u8>(layout::subtype.read(data()));
     if (_subtype > lastKnownSubtype) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
         return false;
     }
-    show(layout::subtype, _subtype);
-    _nacp = static_cast<u8>(take(layout::nacp));
-    _nicBaro = static_cast<u8>(take(layout::nicBaro));
-    _sil = static_cast<u8>(take(layout::sil));
+    writer.show(layout::subtype, _subtype);
+    _nacp = static_cast<u8>(writer.take(layout::nacp));
+    _nicBaro = static_cast<u8>(writer.take(layout::nicBaro));
+    _sil = static_cast<u8>(writer.take(layout::sil));
     return true;
 }
 
@@ -52,7 +53,8 @@ bool ADSBTargetStatusMessageV2::decodeImpl() {
     if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) {
         return false;
     }
-    _silSupplement = take(layout::silSupplement) != 0;
+    FieldWriter writer(*this);
+    _silSupplement = writer.take(layout::silSupplement) != 0;
     return true;
 }
 

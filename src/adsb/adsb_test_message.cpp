@@ -39,11 +39,12 @@ constexpr WireField<8, 48> testData{ADSBMessageField::DATA, dataText};
 ADSBTestMessage::ADSBTestMessage() : ADSBMessage(TEST) {}
 
 bool ADSBTestMessage::decodeImpl() {
-    _subtype = static_cast<u8>(take(layout::subtype));
+    FieldWriter writer(*this);
+    _subtype = static_cast<u8>(writer.take(layout::subtype));
     if (_subtype != 0) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
     }
-    _testData = bytesOf(take(layout::testData));
+    _testData = bytesOf(writer.take(layout::testData));
     return true;
 }
 

@@ -1,4 +1,8 @@
+// The layout of a log line and the way to its sink. Whatever several threads share is atomic.
+
 #include <ondrel/log.h>
+
+#include "keyed_rows.h"
 
 #include <algorithm>
 #include <array>
@@ -15,14 +19,20 @@ namespace {
 
 constexpr std::size_t longestFormatted = 1024; // with the terminator
 
-constexpr std::array<std::string_view, 5> labels = {
-    "[DEBUG   ]", "[INFO    ]", "[WARNING ]", "[CRITICAL]", "[PANIC   ]",
+struct LabelRow {
+    Log::Level key;
+    std::string_view label;
 };
 
-std::string_view label(Log::Level level) {
-    const auto index = static_cast<u32>(level);
-    return index < labels.size() ? labels[index] : "[UNKNOWN ]";
-}
+constexpr std::array<LabelRow, 6> labelRows = {{
+    {Log::Debug, "[DEBUG   ]"},
+    {Log::Info, "[INFO    ]"},
+    {Log::Warning, "[WARNING ]"},
+    {Log::Critical, "[CRITICAL]"},
+    {Log::Panic, "[PANIC   ]"},
+    {static_cast<Log::Level>(Log::Panic + 1), "[UNKNOWN ]"},
+}};
+static_assert(keysCountFrom0(labelRows));
 
 /// Raises `width` to `length` if that is more; gives the larger of the two.
 u64 widen(std::atomic<u64>& width, u64 length) {
@@ -79,7 +89,7 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
 
 void Log::write(Level level, const std::string& module, std::string_view message) {
     const u64 width = widen(_moduleWidth, module.size());
-    const std::string_view head = label(level);
+    const std::string_view head = entryOrLast(labelRows, level).label;
     std::string line;
     line.reserve(head.size() + width + message.size() + 4);
     line += head;

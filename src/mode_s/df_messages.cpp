@@ -1,3 +1,6 @@
+// The ten downlink formats that the library decodes, each a row of fields (ICAO Annex 10 Volume IV,
+// 3.1.2.5 to 3.1.2.8). How a field is read stands in mode_s_fields.cpp.
+
 #include <ondrel/df_messages.h>
 
 #include <ondrel/log.h>
@@ -18,11 +21,14 @@ const std::string df17Module = "DF17Message";
 const std::string df18Module = "DF18Message";
 const std::string df19Module = "DF19Message";
 
-const std::array<std::string, 25> formatNames = {
-    "DF-0",  "DF-1",  "DF-2",  "DF-3",  "DF-4",  "DF-5",  "DF-6",  "DF-7",  "DF-8",
-    "DF-9",  "DF-10", "DF-11", "DF-12", "DF-13", "DF-14", "DF-15", "DF-16", "DF-17",
-    "DF-18", "DF-19", "DF-20", "DF-21", "DF-22", "DF-23", "DF-24",
-};
+/// "DF-0" to "DF-24", by format.
+const std::array<std::string, DFMessage::DF24 + 1> formatNames = [] {
+    std::array<std::string, DFMessage::DF24 + 1> names;
+    for (std::size_t format = 0; format < names.size(); ++format) {
+        names[format] = "DF-" + std::to_string(format);
+    }
+    return names;
+}();
 
 /// Name and value of each field: "FS: AIR; AC: 36000".
 std::string joined(std::initializer_list<const ModeSMessageField*> fields) {
@@ -70,32 +76,40 @@ bool DFMessage::decodeImpl() {
     return true;
 }
 
-template <class... Fields>
-bool DFMessage::decodeFields(Fields&... fields) {
-    const u8 frameBits = bits();
-    bool decoded = true;
-    ((decoded = fields.decode(data(), place::of<Fields>(frameBits)) && decoded), ...);
-    return decoded;
-}
-
-template <class... Fields>
-bool DFMessage::decodeOverlaid(ModeSMessageFieldAP& ap, Fields&... fields) {
-    const bool decoded = decodeFields(fields..., ap);
-    setIcaoAddress(ap.setParity(calculatedParity()));
-    return decoded;
-}
-
-template <class... Fields>
-bool DFMessage::decodeProvable(const std::string& module, ModeSMessageFieldPI& pi,
-                               ModeSMessageFieldAA& aa, Fields&... fields) {
-    const bool decoded = decodeFields(aa, fields..., pi);
-    if (pi.setInterrogatorId(0) != calculatedParity()) {
-        Log::log(Log::Info, module, "Parity check failed.");
-        return false;
+/// Steps of decodeImpl() that several formats share.
+struct DFMessage::Steps {
+    /// Decodes every field at its place, also behind one that fails; true if all succeeded.
+    template <class... Fields>
+    static bool decodeFields(DFMessage& message, Fields&... fields) {
+        const u8 frameBits = message.bits();
+        bool decoded = true;
+        ((decoded = fields.decode(message.data(), place::of<Fields>(frameBits)) && decoded), ...);
+        return decoded;
     }
-    setIcaoAddress(aa.icaoAddress());
-    return decoded;
-}
+
+    /// A reply whose address is overlaid on its parity. Nothing in it can be checked.
+    template <class... Fields>
+    static bool decodeOverlaid(DFMessage& message, ModeSMessageFieldAP& ap, Fields&... fields) {
+        const bool decoded = decodeFields(message, fields..., ap);
+        message.setIcaoAddress(ap.setParity(message.calculatedParity()));
+        return decoded;
+    }
+
+    /// A squitter: its parity has no overlay, so it can be checked. If the check fails, the fields
+    /// stay as decoded, the address is not set, and the log gets a line.
+    template <class... Fields>
+    static bool decodeSquitter(DFMessage& message, const std::string& module,
+                               ModeSMessageFieldPI& pi, ModeSMessageFieldAA& aa,
+                               Fields&... fields) {
+        const bool decoded = decodeFields(message, aa, fields..., pi);
+        if (pi.setInterrogatorId(0) != message.calculatedParity()) {
+            Log::log(Log::Info, module, "Parity check failed.");
+            return false;
+        }
+        message.setIcaoAddress(aa.icaoAddress());
+        return decoded;
+    }
+};
 
 // DF-0
 
@@ -114,7 +128,7 @@ std::string DF0Message::description() const {
 }
 
 bool DF0Message::decodeImpl() {
-    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldVS, _fieldAC);
+    return DFMessage::decodeImpl() && Steps::decodeOverlaid(*this, _fieldAP, _fieldVS, _fieldAC);
 }
 
 // DF-4
@@ -134,7 +148,7 @@ std::string DF4Message::description() const {
 }
 
 bool DF4Message::decodeImpl() {
-    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldAC);
+    return DFMessage::decodeImpl() && Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldAC);
 }
 
 // DF-5
@@ -154,7 +168,7 @@ std::string DF5Message::description() const {
 }
 
 bool DF5Message::decodeImpl() {
-    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldID);
+    return DFMessage::decodeImpl() && Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldID);
 }
 
 // DF-11
@@ -177,7 +191,7 @@ bool DF11Message::decodeImpl() {
     if (!DFMessage::decodeImpl()) {
         return false;
     }
-    const bool decoded = decodeFields(_fieldCA, _fieldAA, _fieldPI);
+    const bool decoded = Steps::decodeFields(*this, _fieldCA, _fieldAA, _fieldPI);
     _fieldPI.setParity(calculatedParity());
     setIcaoAddress(_fieldAA.icaoAddress());
     return decoded;
@@ -200,7 +214,8 @@ std::string DF16Message::description() const {
 }
 
 bool DF16Message::decodeImpl() {
-    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldVS, _fieldAC, _fieldMV);
+    return DFMessage::decodeImpl() &&
+           Steps::decodeOverlaid(*this, _fieldAP, _fieldVS, _fieldAC, _fieldMV);
 }
 
 // DF-17
@@ -221,7 +236,7 @@ std::string DF17Message::description() const {
 
 bool DF17Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           decodeProvable(df17Module, _fieldPI, _fieldAA, _fieldCA, _fieldME);
+           Steps::decodeSquitter(*this, df17Module, _fieldPI, _fieldAA, _fieldCA, _fieldME);
 }
 
 // DF-18
@@ -242,7 +257,7 @@ std::string DF18Message::description() const {
 
 bool DF18Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           decodeProvable(df18Module, _fieldPI, _fieldAA, _fieldCF, _fieldME);
+           Steps::decodeSquitter(*this, df18Module, _fieldPI, _fieldAA, _fieldCF, _fieldME);
 }
 
 // DF-19
@@ -268,13 +283,13 @@ bool DF19Message::decodeImpl() {
     if (!DFMessage::decodeImpl()) {
         return false;
     }
-    decodeFields(_fieldAF);
+    Steps::decodeFields(*this, _fieldAF);
     if (_fieldAF.code() != 0) {
         Log::log(Log::Info, df19Module, "AF = %u, reserved for military applications.",
                  static_cast<unsigned>(_fieldAF.code()));
         return true;
     }
-    return decodeProvable(df19Module, _fieldPI, _fieldAA, _fieldME);
+    return Steps::decodeSquitter(*this, df19Module, _fieldPI, _fieldAA, _fieldME);
 }
 
 // DF-20
@@ -294,7 +309,8 @@ std::string DF20Message::description() const {
 }
 
 bool DF20Message::decodeImpl() {
-    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldAC, _fieldMB);
+    return DFMessage::decodeImpl() &&
+           Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldAC, _fieldMB);
 }
 
 // DF-21
@@ -314,7 +330,8 @@ std::string DF21Message::description() const {
 }
 
 bool DF21Message::decodeImpl() {
-    return DFMessage::decodeImpl() && decodeOverlaid(_fieldAP, _fieldFS, _fieldID, _fieldMB);
+    return DFMessage::decodeImpl() &&
+           Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldID, _fieldMB);
 }
 
 } // namespace tolvarin::ondrel

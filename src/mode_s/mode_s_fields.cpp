@@ -1,7 +1,12 @@
+// How each field of a Mode S message is read and written as text (ICAO Annex 10 Volume
+// IV, 3.1.2.3). Where fields stand is in field_places.h; the altitude and identity codes are in
+// surveillance_codes.cpp.
+
 #include <ondrel/mode_s_fields.h>
 
 #include "bits.h"
 #include "field_places.h"
+#include "keyed_rows.h"
 #include "surveillance_codes.h"
 #include "text.h"
 
@@ -11,35 +16,36 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-struct DesignatorNames {
-    std::string name;
-    std::string fullName;
+struct DesignatorRow {
+    ModeSMessageField::Designator key;
+    const char* name;
+    const char* fullName;
 };
 
-// In the order of ModeSMessageField::Designator; the last row stands for any other value.
-const std::array<DesignatorNames, 16> designatorNames = {{
-    {"AA", "Address announced"},
-    {"AC", "Altitude code"},
-    {"AF", "Application field"},
-    {"AP", "Address/parity"},
-    {"CA", "Capability"},
-    {"CF", "Control field"},
-    {"DR", "Data selector"},
-    {"FS", "Flight status"},
-    {"ID", "Identity"},
-    {"MB", "Message, Comm-B"},
-    {"ME", "Message, extended squitter"},
-    {"MV", "Message, ACAS"},
-    {"PI", "Parity/interrogator identifier"},
-    {"UM", "Utility message"},
-    {"VS", "Vertical status"},
-    {"--", "Unknown field"},
-}};
+constexpr auto noDesignator = static_cast<ModeSMessageField::Designator>(15);
 
-const DesignatorNames& namesOf(ModeSMessageField::Designator designator) {
-    const auto index = static_cast<u32>(designator);
-    return index < designatorNames.size() ? designatorNames[index] : designatorNames.back();
-}
+constexpr std::array<DesignatorRow, 16> designatorRows = {{
+    {ModeSMessageField::AA, "AA", "Address announced"},
+    {ModeSMessageField::AC, "AC", "Altitude code"},
+    {ModeSMessageField::AF, "AF", "Application field"},
+    {ModeSMessageField::AP, "AP", "Address/parity"},
+    {ModeSMessageField::CA, "CA", "Capability"},
+    {ModeSMessageField::CF, "CF", "Control field"},
+    {ModeSMessageField::DR, "DR", "Data selector"},
+    {ModeSMessageField::FS, "FS", "Flight status"},
+    {ModeSMessageField::ID, "ID", "Identity"},
+    {ModeSMessageField::MB, "MB", "Message, Comm-B"},
+    {ModeSMessageField::ME, "ME", "Message, extended squitter"},
+    {ModeSMessageField::MV, "MV", "Message, ACAS"},
+    {ModeSMessageField::PI, "PI", "Parity/interrogator identifier"},
+    {ModeSMessageField::UM, "UM", "Utility message"},
+    {ModeSMessageField::VS, "VS", "Vertical status"},
+    {noDesignator, "--", "Unknown field"},
+}};
+static_assert(keysCountFrom0(designatorRows));
+
+const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
+const auto designatorFullNames = strings(designatorRows, &DesignatorRow::fullName);
 
 /// Reads the three bits that CA, CF, AF and FS share.
 bool readStatus(const std::string& data, u8 pos, u8& value) {
@@ -84,11 +90,11 @@ std::string ModeSMessageField::description() const {
 }
 
 const std::string& ModeSMessageField::designatorName(Designator designator) {
-    return namesOf(designator).name;
+    return entryOrLast(designatorNames, designator);
 }
 
 const std::string& ModeSMessageField::designatorFullName(Designator designator) {
-    return namesOf(designator).fullName;
+    return entryOrLast(designatorFullNames, designator);
 }
 
 // AA
