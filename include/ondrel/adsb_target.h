@@ -2,6 +2,7 @@
 /// What the library knows of one aircraft.
 #pragma once
 
+#include <ondrel/adsb_datum.h>
 #include <ondrel/adsb_message.h>
 #include <ondrel/adsb_target_report.h>
 #include <ondrel/df_messages.h>
@@ -48,34 +49,34 @@ public:
     u8 emitterCategory() const { return _emitterCategory.value; }
     u64 emitterCategoryLastUpdate() const { return _emitterCategory.lastUpdate; }
     u64 emitterCategoryLastChange() const { return _emitterCategory.lastChange; }
-    bool emitterCategoryValid() const { return _emitterCategory.changed(); }
+    bool emitterCategoryValid() const { return _emitterCategory.lastChange > 0; }
 
     /// The Mode A code, 0 to 4095: its octal form is the code as an operator reads it.
     u32 squawk() const { return _squawk.value; }
     u64 squawkLastUpdate() const { return _squawk.lastUpdate; }
     u64 squawkLastChange() const { return _squawk.lastChange; }
-    bool squawkValid() const { return _squawk.received(); }
+    bool squawkValid() const { return _squawk.lastUpdate > 0; }
 
     /// Degrees, north and east positive, solved from a pair of position messages.
     double latitude() const { return _position.value.latitude; }
     double longitude() const { return _position.value.longitude; }
     u64 positionLastUpdate() const { return _position.lastUpdate; }
-    bool positionValid() const { return _position.received(); }
+    bool positionValid() const { return _position.lastUpdate > 0; }
 
     /// Of the last DF-17, in the receiver's unit.
     u8 signalAmplitude() const { return _signalAmplitude.value; }
     u64 signalAmplitudeLastUpdate() const { return _signalAmplitude.lastUpdate; }
-    bool signalAmplitudeValid() const { return _signalAmplitude.received(); }
+    bool signalAmplitudeValid() const { return _signalAmplitude.lastUpdate > 0; }
 
     /// Feet.
     i32 altitudeBaro() const { return _altitudeBaro.value; }
     u64 altitudeBaroLastUpdate() const { return _altitudeBaro.lastUpdate; }
-    bool altitudeBaroValid() const { return _altitudeBaro.received(); }
+    bool altitudeBaroValid() const { return _altitudeBaro.lastUpdate > 0; }
 
     /// Knots.
     double groundSpeed() const { return _groundSpeed.value; }
     u64 groundSpeedLastUpdate() const { return _groundSpeed.lastUpdate; }
-    bool groundSpeedValid() const { return _groundSpeed.received(); }
+    bool groundSpeedValid() const { return _groundSpeed.lastUpdate > 0; }
 
     /// Degrees clockwise from north.
     double heading() const { return _heading.value; }
@@ -85,91 +86,91 @@ public:
     /// Feet per minute, positive upward.
     i32 verticalRateBaro() const { return _verticalRateBaro.value; }
     u64 verticalRateBaroLastUpdate() const { return _verticalRateBaro.lastUpdate; }
-    bool verticalRateBaroValid() const { return _verticalRateBaro.received(); }
+    bool verticalRateBaroValid() const { return _verticalRateBaro.lastUpdate > 0; }
 
     /// 0 to 7, of the last all-call reply.
     u8 transponderCommCapability() const { return _transponderCommCapability.value; }
     u64 transponderCommCapabilityLastUpdate() const {
         return _transponderCommCapability.lastUpdate;
     }
-    bool transponderCommCapabilityValid() const { return _transponderCommCapability.received(); }
+    bool transponderCommCapabilityValid() const { return _transponderCommCapability.lastUpdate > 0; }
 
     GroundStatus groundStatus() const { return _groundStatus.value; }
     u64 groundStatusLastUpdate() const { return _groundStatus.lastUpdate; }
     u64 groundStatusLastChange() const { return _groundStatus.lastChange; }
-    bool groundStatusValid() const { return _groundStatus.received(); }
+    bool groundStatusValid() const { return _groundStatus.lastUpdate > 0; }
 
     /// Special position identification.
     bool spiStatus() const { return _spiStatus.value; }
     u64 spiStatusLastUpdate() const { return _spiStatus.lastUpdate; }
     u64 spiStatusLastChange() const { return _spiStatus.lastChange; }
-    bool spiStatusValid() const { return _spiStatus.received(); }
+    bool spiStatusValid() const { return _spiStatus.lastUpdate > 0; }
 
     bool alertStatus() const { return _alertStatus.value; }
     u64 alertStatusLastUpdate() const { return _alertStatus.lastUpdate; }
     u64 alertStatusLastChange() const { return _alertStatus.lastChange; }
-    bool alertStatusValid() const { return _alertStatus.received(); }
+    bool alertStatusValid() const { return _alertStatus.lastUpdate > 0; }
 
     /// 0, 1 or 2; how the payloads of the aircraft are read.
-    MOPSVersion mopsVersion() const { return _mopsVersion; }
+    MOPSVersion mopsVersion() const { return _mopsVersion.value; }
     bool mopsVersionConfirmed() const { return _mopsVersionConfirmed; }
     bool mopsVersionAssumed() const { return !_mopsVersionConfirmed; }
-    u64 mopsVersionLastUpdate() const { return _mopsVersionLastUpdate; }
-    u64 mopsVersionLastChange() const { return _mopsVersionLastChange; }
+    u64 mopsVersionLastUpdate() const { return _mopsVersion.lastUpdate; }
+    u64 mopsVersionLastChange() const { return _mopsVersion.lastChange; }
 
     /// Navigation uncertainty category of the position, 0 to 9.
     u8 nucp() const { return _nucp.value; }
     u64 nucpLastUpdate() const { return _nucp.lastUpdate; }
     u64 nucpLastChange() const { return _nucp.lastChange; }
-    bool nucpValid() const { return _nucp.received(); }
+    bool nucpValid() const { return _nucp.lastUpdate > 0; }
 
     /// Navigation uncertainty category of the velocity, 0 to 7; version 0 only.
     u8 nucr() const { return _nucr.value; }
     u64 nucrLastUpdate() const { return _nucr.lastUpdate; }
     u64 nucrLastChange() const { return _nucr.lastChange; }
-    bool nucrValid() const { return _mopsVersion == MOPSVersion0 && _nucr.received(); }
+    bool nucrValid() const { return _mopsVersion.value == MOPSVersion0 && _nucr.lastUpdate > 0; }
 
     /// Navigation integrity category, 0 to 11.
     u8 nic() const { return _nic.value; }
     u64 nicLastUpdate() const { return _nic.lastUpdate; }
     u64 nicLastChange() const { return _nic.lastChange; }
-    bool nicValid() const { return _nic.received(); }
+    bool nicValid() const { return _nic.lastUpdate > 0; }
 
     bool nicSupplementA() const { return _nicSupplementA.value; }
     u64 nicSuppALastUpdate() const { return _nicSupplementA.lastUpdate; }
     bool nicSupplementAValid() const {
-        return _mopsVersion >= MOPSVersion1 && _nicSupplementA.received();
+        return _mopsVersion.value >= MOPSVersion1 && _nicSupplementA.lastUpdate > 0;
     }
 
     bool nicSupplementB() const { return _nicSupplementB.value; }
     u64 nicSuppBLastUpdate() const { return _nicSupplementB.lastUpdate; }
     bool nicSupplementBValid() const {
-        return _mopsVersion >= MOPSVersion2 && _nicSupplementB.received();
+        return _mopsVersion.value >= MOPSVersion2 && _nicSupplementB.lastUpdate > 0;
     }
 
     bool nicSupplementC() const { return _nicSupplementC.value; }
     u64 nicSuppCLastUpdate() const { return _nicSupplementC.lastUpdate; }
     bool nicSupplementCValid() const {
-        return _mopsVersion >= MOPSVersion2 && _nicSupplementC.received();
+        return _mopsVersion.value >= MOPSVersion2 && _nicSupplementC.lastUpdate > 0;
     }
 
     /// Position integrity category, 0 to 14.
     u8 pic() const { return _pic.value; }
     u64 picLastUpdate() const { return _pic.lastUpdate; }
     u64 picLastChange() const { return _pic.lastChange; }
-    bool picValid() const { return _pic.received(); }
+    bool picValid() const { return _pic.lastUpdate > 0; }
 
     /// Navigation accuracy category of the position, 0 to 11; concluded at version 0.
     u8 nacp() const { return _nacp.value; }
     u64 nacpLastUpdate() const { return _nacp.lastUpdate; }
     u64 nacpLastChange() const { return _nacp.lastChange; }
-    bool nacpValid() const { return _nacp.changed(); }
+    bool nacpValid() const { return _nacp.lastChange > 0; }
 
     /// Surveillance integrity level, 0 to 3; concluded at version 0.
     u8 sil() const { return _sil.value; }
     u64 silLastUpdate() const { return _sil.lastUpdate; }
     u64 silLastChange() const { return _sil.lastChange; }
-    bool silValid() const { return _sil.changed(); }
+    bool silValid() const { return _sil.lastChange > 0; }
 
     /// Messages counted by format, and of all formats; 0 for a value that is no format.
     u32 statisticDfMsgCount(DFMessage::DownlinkFormat format) const;
@@ -186,70 +187,28 @@ public:
 private:
     friend class ADSBTracker;
 
-    /// The plain rule: a datum with its last update.
-    template <class Value>
-    struct Updated {
-        Value value{};
-        u64 lastUpdate = 0;
-
-        bool received() const { return lastUpdate > 0; }
-
-        void set(const Value& newValue, u64 time) {
-            value = newValue;
-            lastUpdate = time;
-        }
-    };
-
-    /// The tracked rule: a datum with its last update and last change. The very first value counts
-    /// as a change, even when it equals the default.
-    template <class Value>
-    struct Tracked {
-        Value value{};
-        u64 lastUpdate = 0;
-        u64 lastChange = 0;
-
-        bool received() const { return lastUpdate > 0; }
-        bool changed() const { return lastChange > 0; }
-        bool wouldChange(const Value& newValue) const { return newValue != value || !changed(); }
-
-        void set(const Value& newValue, u64 time) {
-            if (wouldChange(newValue)) {
-                value = newValue;
-                lastChange = time;
-            }
-            lastUpdate = time;
-        }
-    };
-
-    struct Position {
-        double latitude = 0;
-        double longitude = 0;
-    };
-
     struct CPRFrame {
         i32 latitude = 0;
         i32 longitude = 0;
         u64 timeStamp = 0;
     };
 
-    void setLastUpdate(u64 time) { _lastUpdate = time; }
-    void setAltitudeBaro(i32 altitude, u64 time) { _altitudeBaro.set(altitude, time); }
-    void setGroundSpeed(double speed, u64 time) { _groundSpeed.set(speed, time); }
-    void setVerticalRateBaro(i32 rate, u64 time) { _verticalRateBaro.set(rate, time); }
-    void setSignalAmplitude(u8 amplitude, u64 time) { _signalAmplitude.set(amplitude, time); }
-    void setNICSupplementA(bool supplement, u64 time) { _nicSupplementA.set(supplement, time); }
-    void setNICSupplementB(bool supplement, u64 time) { _nicSupplementB.set(supplement, time); }
-    void setNICSupplementC(bool supplement, u64 time) { _nicSupplementC.set(supplement, time); }
-    void setPosition(double latitude, double longitude, u64 time) {
-        _position.set({latitude, longitude}, time);
-    }
+    void setLastUpdate(u64 time);
+    void setAltitudeBaro(i32 altitude, u64 time);
+    void setGroundSpeed(double speed, u64 time);
+    void setVerticalRateBaro(i32 rate, u64 time);
+    void setSignalAmplitude(u8 amplitude, u64 time);
+    void setNICSupplementA(bool supplement, u64 time);
+    void setNICSupplementB(bool supplement, u64 time);
+    void setNICSupplementC(bool supplement, u64 time);
+    void setPosition(double latitude, double longitude, u64 time);
     void setHeading(double heading, u64 time);
-    void setNUCp(u8 nucp, u64 time) { _nucp.set(nucp, time); }
+    void setNUCp(u8 nucp, u64 time);
     void setNUCr(u8 nucr, u64 time);
-    void setNIC(u8 nic, u64 time) { _nic.set(nic, time); }
-    void setPIC(u8 pic, u64 time) { _pic.set(pic, time); }
-    void setNACp(u8 nacp, u64 time) { _nacp.set(nacp, time); }
-    void setSIL(u8 sil, u64 time) { _sil.set(sil, time); }
+    void setNIC(u8 nic, u64 time);
+    void setPIC(u8 pic, u64 time);
+    void setNACp(u8 nacp, u64 time);
+    void setSIL(u8 sil, u64 time);
     void setSpi(bool spi, u64 time);
     void setAlert(bool alert, u64 time);
     void setEmitterCategory(u8 category, u64 time);
@@ -261,56 +220,49 @@ private:
     void setMOPSVersion(const MOPSVersion& version, u64 time);
     void setMOPSVersionAssumed(u64 time);
     void setMOPSVersionConfirmed(u64 time);
-    void confirmMOPSVersion(bool confirmed, u64 time);
     u32 increaseStatistic(DFMessage::DownlinkFormat format, u64 time);
     u32 increaseStatistic(ADSBMessage::ADSBMessageType type, u64 time);
     void resetStatistic();
     void decodeCPRPosition();
     void updateQualityIndicators(u8 typeCode, u64 time);
     void resetQualityIndicators();
-    void reportIdentity(ADSBTargetReport& report) const;
-    void reportMotion(ADSBTargetReport& report) const;
-    void reportStatus(ADSBTargetReport& report) const;
-    void reportQuality(ADSBTargetReport& report) const;
 
-    // What many replies touch stands first and together: among thousands of aircraft a record is in
-    // no near cache, and what counts is how many lines of it a reply needs.
+    // The data that most replies touch stand first. Among thousands of aircraft a record is not in
+    // the cache, and each cache line that a reply needs of it costs time.
     u32 _icaoAddr;
     u32 _trackId = 0;
     u64 _lastUpdate = 0;
-    Updated<i32> _altitudeBaro;
-    Tracked<GroundStatus> _groundStatus;
+    ADSBDatum<i32> _altitudeBaro;
+    ADSBDatum<GroundStatus> _groundStatus;
     u64 _statisticLastUpdate = 0;
-    Tracked<bool> _spiStatus;
-    Tracked<bool> _alertStatus;
-    Updated<u8> _signalAmplitude;
+    ADSBDatum<bool> _spiStatus;
+    ADSBDatum<bool> _alertStatus;
+    ADSBDatum<u8> _signalAmplitude;
     std::array<u32, DFMessage::DF24 + 1> _statisticDfCounts{};
     std::array<u32, ADSBMessage::RESERVED + 1> _statisticADSBCounts{};
 
-    MOPSVersion _mopsVersion = MOPSVersion0;
+    ADSBDatum<MOPSVersion> _mopsVersion;
     bool _mopsVersionConfirmed = false;
     bool _headingValid = false;
-    u64 _mopsVersionLastUpdate = 0;
-    u64 _mopsVersionLastChange = 0;
     CPRFrame _cprOdd;
     CPRFrame _cprEven;
-    Updated<Position> _position;
-    Tracked<u8> _nucp;
-    Tracked<u8> _nic;
-    Tracked<u8> _pic;
-    Tracked<u8> _nacp;
-    Tracked<u8> _sil;
-    Updated<bool> _nicSupplementA;
-    Updated<bool> _nicSupplementB;
-    Updated<bool> _nicSupplementC;
-    Updated<double> _groundSpeed;
-    Updated<double> _heading;
-    Updated<i32> _verticalRateBaro;
-    Tracked<u8> _nucr;
-    Tracked<u32> _squawk;
-    Updated<u8> _transponderCommCapability;
-    Tracked<std::string> _callsign;
-    Tracked<u8> _emitterCategory;
+    ADSBDatum<ADSBPosition> _position;
+    ADSBDatum<u8> _nucp;
+    ADSBDatum<u8> _nic;
+    ADSBDatum<u8> _pic;
+    ADSBDatum<u8> _nacp;
+    ADSBDatum<u8> _sil;
+    ADSBDatum<bool> _nicSupplementA;
+    ADSBDatum<bool> _nicSupplementB;
+    ADSBDatum<bool> _nicSupplementC;
+    ADSBDatum<double> _groundSpeed;
+    ADSBDatum<double> _heading;
+    ADSBDatum<i32> _verticalRateBaro;
+    ADSBDatum<u8> _nucr;
+    ADSBDatum<u32> _squawk;
+    ADSBDatum<u8> _transponderCommCapability;
+    ADSBDatum<std::string> _callsign;
+    ADSBDatum<u8> _emitterCategory;
 };
 
 } // namespace tolvarin::ondrel

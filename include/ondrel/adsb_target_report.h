@@ -2,14 +2,13 @@
 /// A target as it leaves a tracker.
 #pragma once
 
+#include <ondrel/adsb_datum.h>
 #include <ondrel/export.h>
 #include <ondrel/types.h>
 
 #include <string>
 
 namespace tolvarin::ondrel {
-
-struct HtmlElement;
 
 /// A snapshot of one aircraft with the validity of each datum and the times at which it was last
 /// received and last changed. ADSBTarget::report makes one, ADSBTracker::procTargetReport takes one
@@ -151,14 +150,14 @@ public:
     void setAlertStatusLastChange(const u64& time) { _alertStatus.lastChange = time; }
 
     /// Always present; mopsVersionConfirmed() says how sure it is.
-    MOPSVersion mopsVersion() const { return _mopsVersion; }
+    MOPSVersion mopsVersion() const { return _mopsVersion.value; }
     bool mopsVersionConfirmed() const { return _mopsVersionConfirmed; }
-    u64 mopsVersionLastUpdate() const { return _mopsVersionLastUpdate; }
-    u64 mopsVersionLastChange() const { return _mopsVersionLastChange; }
-    void setMopsVersion(const MOPSVersion& version) { _mopsVersion = version; }
+    u64 mopsVersionLastUpdate() const { return _mopsVersion.lastUpdate; }
+    u64 mopsVersionLastChange() const { return _mopsVersion.lastChange; }
+    void setMopsVersion(const MOPSVersion& version) { _mopsVersion.value = version; }
     void setMopsVersionConfirmed(bool confirmed) { _mopsVersionConfirmed = confirmed; }
-    void setMopsVersionLastUpdate(const u64& time) { _mopsVersionLastUpdate = time; }
-    void setMopsVersionLastChange(const u64& time) { _mopsVersionLastChange = time; }
+    void setMopsVersionLastUpdate(const u64& time) { _mopsVersion.lastUpdate = time; }
+    void setMopsVersionLastChange(const u64& time) { _mopsVersion.lastChange = time; }
 
     /// Quality indicators, as in ADSBTarget.
     u8 nucp() const { return _nucp.value; }
@@ -256,31 +255,22 @@ public:
     std::string toHtml(const std::string& style) const;
 
 private:
+    friend class ADSBTarget; // which makes snapshots of itself
+
+    struct Page; // the document that toHtml() builds
+
     template <class Value>
-    struct Datum {
-        Value value{};
+    struct Datum : ADSBDatum<Value> {
         bool valid = false;
-        u64 lastUpdate = 0;
-        u64 lastChange = 0;
 
         void set(const Value& newValue, bool isValid) {
-            value = newValue;
+            this->value = newValue;
             valid = isValid;
         }
     };
 
-    struct Position {
-        double latitude = 0;
-        double longitude = 0;
-    };
-
     static std::string boolToString(bool value);
     static std::string timeToString(u64 time);
-
-    void addIdentification(HtmlElement& body) const;
-    void addStaticData(HtmlElement& body) const;
-    void addTacticalData(HtmlElement& body) const;
-    void addQualityIndicators(HtmlElement& body) const;
 
     u32 _trackId = 0;
     u64 _lastUpdate = 0;
@@ -289,7 +279,7 @@ private:
     Datum<std::string> _callsign;
     Datum<u8> _emitterCategory;
     Datum<u32> _squawk;
-    Datum<Position> _position;
+    Datum<ADSBPosition> _position;
     Datum<u8> _signalAmplitude;
     Datum<i32> _altitudeBaro;
     Datum<double> _groundSpeed;
@@ -298,10 +288,8 @@ private:
     Datum<bool> _groundStatus;
     Datum<bool> _spiStatus;
     Datum<bool> _alertStatus;
-    MOPSVersion _mopsVersion = MOPSVersion0;
+    ADSBDatum<MOPSVersion> _mopsVersion;
     bool _mopsVersionConfirmed = false;
-    u64 _mopsVersionLastUpdate = 0;
-    u64 _mopsVersionLastChange = 0;
     Datum<u8> _nucp;
     Datum<u8> _nucr;
     Datum<u8> _nic;

@@ -2,7 +2,6 @@
 /// The table of aircraft.
 #pragma once
 
-#include <ondrel/address_table.h>
 #include <ondrel/adsb_airborne_position_message.h>
 #include <ondrel/adsb_airborne_velocity_message.h>
 #include <ondrel/adsb_aircraft_operational_status_message.h>
@@ -19,6 +18,8 @@
 #include <vector>
 
 namespace tolvarin::ondrel {
+
+class TargetTable;
 
 /// Takes decoded messages into a table with one target for each aircraft, and believes them as far
 /// as ModeSDecoder graded them. At most 4095 aircraft, each with a track number of its own.
@@ -70,16 +71,12 @@ public:
     void reset();
 
 private:
-    // Table
+    struct Steps; // steps of the processing that have no place in the interface
 
-    template <class Condition>
-    std::vector<ADSBTarget> targetsWhere(Condition condition) const;
     ADSBTarget* createTarget(u32 icaoAddress);
     ADSBTarget* findTarget(u32 icaoAddress) const;
     const ADSBTarget* findConstTarget(u32 icaoAddress) const;
     u32 getNextTrackId();
-
-    // Replies
 
     const ADSBTarget* procDFMsg(const DFMessage* message);
     const ADSBTarget* procDF0Msg(const DF0Message* message);
@@ -90,19 +87,7 @@ private:
     const ADSBTarget* procDF17Msg(const DF17Message* message);
     const ADSBTarget* procDF20Msg(const DF20Message* message);
     const ADSBTarget* procDF21Msg(const DF21Message* message);
-    template <class Message>
-    const ADSBTarget* procAirAirReply(const Message* message);
-    template <class Message>
-    const ADSBTarget* procAltitudeReply(const Message* message);
-    template <class Message>
-    const ADSBTarget* procIdentityReply(const Message* message);
-    ADSBTarget* believe(const DFMessage* message);
-    static void applyFlightStatus(ADSBTarget* target, const ModeSMessageFieldFS& field, u64 time);
     bool updateTargetAltituteBaro(ADSBTarget* target, i32 altitude, u64 time) const;
-
-    void takeMotion(ADSBTarget& target, const ADSBTargetReport& report) const;
-
-    // Squitters
 
     static void procADSBIdentificationMsg(ADSBTarget* target, const ADSBIdentityMessage* message);
     void procADSBAirbornePositionMsg(ADSBTarget* target,
@@ -116,11 +101,9 @@ private:
     static void
     procADSBAircraftOperationalStatusMsg(ADSBTarget* target,
                                          const ADSBAircraftOperationalStatusMessage* message);
-    void procADSBMsg(ADSBTarget* target, const ADSBMessage* message);
-    static void judgeMOPSVersion0(ADSBTarget* target, u64 time);
 
     ADSBDecoder _decoder;
-    AddressTable<std::shared_ptr<ADSBTarget>> _targets;
+    std::unique_ptr<TargetTable> _targets; ///< null: the table is empty
     u32 _nextTrackId;
     bool _altitudeBaroChecking = false;
     u32 _altitudeBaroCheckingSeconds = 4;

@@ -2,70 +2,65 @@
 /// The library's entry for raw Mode S replies.
 #pragma once
 
-#include <ondrel/address_table.h>
 #include <ondrel/export.h>
 #include <ondrel/mode_s_message.h>
 #include <ondrel/types.h>
 
-#include <cstdint>
-#include <map>
+#include <memory>
 #include <string>
 
 namespace tolvarin::ondrel {
 
-/// Decodes replies, repairs damaged extended squitters and grades how far each can be believed.
+class Grading;
+
+/// Decodes replies, repairs damaged extended squitters and grades how far each reply can be
+/// believed.
 ///
-/// Most replies hide their address in their parity, so that noise decodes into some address. The
-/// decoder remembers which addresses proved themselves in the last 600 seconds and which
-/// interrogators kept coming with such addresses in the last 60, and grades a reply by that. Both
-/// go by the system clock, never by the stamps that a caller passes.
+/// Most replies overlay their address on their parity, so noise decodes into some address too. The
+/// decoder remembers which addresses proved themselves in the last 600 seconds, and which
+/// interrogators had all-call replies from such addresses in the last 60 seconds. It grades each
+/// reply by that. Both times are of the system clock: stamps that a caller passes do not count.
 ///
-/// A decoder belongs to one thread at a time; different decoders are independent.
+/// A decoder belongs to one thread at a time; different decoders are independent. Only exhausted
+/// memory makes an operation throw.
 class ONDREL_EXPORT ModeSDecoder {
 public:
+    /// A decoder that knows no address and no interrogator. Writes a line to the log.
     ModeSDecoder();
+
+    ///@{
+    /// A copy knows what the other decoder knows, and learns on its own from then on.
     ModeSDecoder(const ModeSDecoder&);
     ModeSDecoder& operator=(const ModeSDecoder&);
-    /// Leaves the other decoder knowing nothing.
+    ///@}
+
+    ///@{
+    /// Takes over what the other decoder knows. The other one is then as new.
     ModeSDecoder(ModeSDecoder&&) noexcept;
     ModeSDecoder& operator=(ModeSDecoder&&) noexcept;
+    ///@}
+
+    /// Messages that the decoder gave stay: they belong to the caller.
     ~ModeSDecoder();
 
-    /// Decodes one reply. Gives a new message that the caller owns and deletes, or null for no
-    /// bytes, an uplink type, a format without a class, a frame too short, or one that fails its
-    /// parity and cannot be repaired. DFMessage::downlinkFormat tells the concrete class.
+    ///@{
+    /// Decodes one reply. `data` holds its bytes, the first on the wire first; a null pointer
+    /// counts as no bytes, and bytes behind the frame are ignored. `timeStamp` tells when it was
+    /// received, in milliseconds since 1970-01-01 UTC; with 0, or without it, the message bears the
+    /// second in which it was built.
+    ///
+    /// Gives a new message, which the caller owns and deletes; DFMessage::downlinkFormat tells its
+    /// class. Gives null for no bytes, an uplink, a format without a class, a frame that is too
+    /// short, and an extended squitter that cannot be repaired.
     ModeSMessage* decode(ModeSMessage::ModeSMsgType type, const std::string& data);
-
-    /// The same with the time of reception in milliseconds since 1970-01-01 UTC; 0 for none.
     ModeSMessage* decode(ModeSMessage::ModeSMsgType type, const std::string& data, u64 timeStamp);
-
-    /// The same for `size` bytes of any byte type; a null pointer counts as no bytes.
     ModeSMessage* decode(ModeSMessage::ModeSMsgType type, const void* data, u64 size);
     ModeSMessage* decode(ModeSMessage::ModeSMsgType type, const void* data, u64 size,
                          u64 timeStamp);
+    ///@}
 
 private:
-    using Seconds = std::int64_t;
-
-    struct InterrogatorRecord {
-        Seconds lastSeen = 0;
-        u32 hitCount = 0; ///< hits in the current unbroken run
-    };
-
-    template <class Message>
-    ModeSMessage* decodeAltitudeReply(const std::string& data, Seconds now);
-    template <class Message>
-    ModeSMessage* decodeIdentityReply(const std::string& data, Seconds now);
-    ModeSMessage* decodeAllCallReply(const std::string& data, Seconds now);
-    template <class Message>
-    ModeSMessage* decodeSquitter(const std::string& data, Seconds now);
-    ModeSMessage* decodeMilitarySquitter(const std::string& data, Seconds now);
-
-    ModeSMessage::Confidence gradeByAddress(u32 address, Seconds now);
-    ModeSMessage::Confidence gradeAllCall(u32 address, u32 interrogator, Seconds now);
-
-    AddressTable<Seconds> _icaoAddresses; ///< when each last proved itself
-    std::map<u32, InterrogatorRecord> _interrogators;
+    std::unique_ptr<Grading> _grading; ///< null: nothing is known
 };
 
 } // namespace tolvarin::ondrel

@@ -1,5 +1,6 @@
 /// @file
-/// The table inside decoder and tracker; not for applications.
+/// A hash table by aircraft address: what the decoder knows of each address, and the tracker's
+/// targets.
 #pragma once
 
 #include <ondrel/types.h>
@@ -11,13 +12,16 @@
 
 namespace tolvarin::ondrel {
 
-/// Values by address, made for far more look-ups than new entries: one row of slots, in which an
-/// entry stands where its address hashes to, or close behind. Among thousands of aircraft a look-up
-/// is a wait for memory, and here it waits once. An entry that finds no free slot near, because
-/// somebody chose addresses that hash alike, goes into an ordered map, so that no choice of
-/// addresses makes a look-up long.
+/// Values by address, for many look-ups and few new entries. The entries stand in one array with
+/// open addressing. So a look-up among thousands of aircraft costs one cache miss, where a map with
+/// nodes costs several.
 ///
-/// Entries are never removed. A value stays where it is until the next new entry.
+/// Addresses come from the air, and a sender may choose addresses with the same hash. Therefore a
+/// search ends after a fixed number of slots, and an entry without a free slot in that range goes
+/// into an ordered map. No choice of addresses makes a look-up long.
+///
+/// Entries are never removed. A new entry can move the others: pointers and references to values
+/// are good until the next new entry.
 template <class Value>
 class AddressTable {
 public:
@@ -33,24 +37,24 @@ public:
 
     std::size_t size() const { return _size; }
 
-    /// Null for an address that has no entry.
+    /// The value of the address; null if it has no entry.
     Value* find(u32 address) { return const_cast<Value*>(std::as_const(*this).find(address)); }
     const Value* find(u32 address) const {
         if (_slots.empty()) {
             return nullptr;
         }
-        const Slot& slot = _slots[placeOf(address)];
+        const Slot& slot = _slots[slotOf(address)];
         if (!slot.used) {
             return nullptr;
         }
         if (slot.address == address) {
             return &slot.value;
         }
-        const auto entry = _crowded.find(address);
-        return entry != _crowded.end() ? &entry->second : nullptr;
+        const auto entry = _overflow.find(address);
+        return entry != _overflow.end() ? &entry->second : nullptr;
     }
 
-    /// The value of the address, which gets an entry if it has none.
+    /// The value of the address. An address without an entry gets one with a default value.
     Value& operator[](u32 address) {
         if (Value* known = find(address)) {
             return *known;
@@ -63,7 +67,7 @@ public:
         return value;
     }
 
-    /// Calls `visit` with each address and its value, in no particular order.
+    /// Calls `visit(address, value)` for each entry, in no particular order.
     template <class Visit>
     void forEach(Visit visit) const {
         for (const Slot& slot : _slots) {
@@ -71,7 +75,7 @@ public:
                 visit(slot.address, slot.value);
             }
         }
-        for (const auto& [address, value] : _crowded) {
+        for (const auto& [address, value] : _overflow) {
             visit(address, value);
         }
     }
@@ -83,37 +87,37 @@ private:
         Value value{};
     };
 
-    static constexpr std::size_t fewestSlots = 16;
-    static constexpr std::size_t longestWay = 32; // slots that an entry may stand behind its place
+    static constexpr std::size_t initialSlots = 16;
+    static constexpr std::size_t longestProbe = 32; // slots that one search looks at
 
-    /// Where the address stands, or the free slot where it would; the slot of another address when
-    /// all near ones are taken.
-    std::size_t placeOf(u32 address) const {
-        constexpr u32 goldenRatio = 0x9E3779B1; // of 2^32; spreads neighbouring addresses
+    /// The slot that holds the address. If there is none, the free slot for it; if the search found
+    /// no free slot either, a slot of another address.
+    std::size_t slotOf(u32 address) const {
+        constexpr u32 goldenRatio = 0x9E3779B1; // of 2^32: spreads neighbouring addresses
         const u64 hash = u32{address * goldenRatio};
-        auto place = static_cast<std::size_t>(hash * _slots.size() >> 32);
-        for (std::size_t way = 0; way < longestWay; ++way) {
-            if (!_slots[place].used || _slots[place].address == address) {
+        auto index = static_cast<std::size_t>(hash * _slots.size() >> 32);
+        for (std::size_t probe = 0; probe < longestProbe; ++probe) {
+            if (!_slots[index].used || _slots[index].address == address) {
                 break;
             }
-            place = (place + 1) & (_slots.size() - 1);
+            index = (index + 1) & (_slots.size() - 1);
         }
-        return place;
+        return index;
     }
 
     Value& enter(u32 address, Value&& value) {
-        Slot& slot = _slots[placeOf(address)];
+        Slot& slot = _slots[slotOf(address)];
         if (slot.used) {
-            return _crowded.emplace(address, std::move(value)).first->second;
+            return _overflow.emplace(address, std::move(value)).first->second;
         }
         slot = {address, true, std::move(value)};
         return slot.value;
     }
 
-    /// Enters all into a row of twice the slots. Nothing changes if memory runs out.
+    /// Doubles the slots and enters everything anew. Nothing changes if memory runs out.
     void grow() {
         AddressTable grown;
-        grown._slots.resize(_slots.empty() ? fewestSlots : 2 * _slots.size());
+        grown._slots.resize(_slots.empty() ? initialSlots : 2 * _slots.size());
         forEach([&](u32 address, const Value& value) { grown.enter(address, Value(value)); });
         grown._size = _size;
         swap(grown);
@@ -121,13 +125,13 @@ private:
 
     void swap(AddressTable& other) noexcept {
         _slots.swap(other._slots);
-        _crowded.swap(other._crowded);
+        _overflow.swap(other._overflow);
         std::swap(_size, other._size);
     }
 
-    std::vector<Slot> _slots; ///< a power of two of them
-    std::map<u32, Value> _crowded;
-    std::size_t _size = 0; ///< at most half as many as slots
+    std::vector<Slot> _slots;       ///< none, or a power of two
+    std::map<u32, Value> _overflow; ///< entries without a free slot near their hash
+    std::size_t _size = 0;          ///< all entries, at most half the number of slots
 };
 
 } // namespace tolvarin::ondrel

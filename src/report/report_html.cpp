@@ -1,4 +1,5 @@
-// A report as a page.
+// The HTML document of a report. Its texts, misspellings included, and its layout are promises:
+// programs read them.
 
 #include <ondrel/adsb_target_report.h>
 
@@ -54,78 +55,87 @@ const char* mopsVersionText(MOPSVersion version) {
 
 } // namespace
 
-void ADSBTargetReport::addIdentification(HtmlElement& body) const {
-    HtmlElement& table =
-        addSection(body, "Identification", {"Item", "Valid", "Value", "Last Update"});
-    const std::string time = timeToString(_lastUpdate);
-    addRow(table, "td", {"Track Number", boolToString(valid()), std::to_string(_trackId), time});
-    addRow(table, "td",
-           {"ICAO Address", boolToString(_icaoAddressValid), icaoAddressString(), time});
-}
+/// The sections of the document. Each row names its item, its flag and its times by hand, since the
+/// document is a promise: a new datum does not enter it by itself.
+struct ADSBTargetReport::Page {
+    static void addIdentification(HtmlElement& body, const ADSBTargetReport& r) {
+        HtmlElement& table =
+            addSection(body, "Identification", {"Item", "Valid", "Value", "Last Update"});
+        const std::string time = timeToString(r._lastUpdate);
+        addRow(table, "td",
+               {"Track Number", boolToString(r.valid()), std::to_string(r._trackId), time});
+        addRow(table, "td",
+               {"ICAO Address", boolToString(r._icaoAddressValid), r.icaoAddressString(), time});
+    }
 
-void ADSBTargetReport::addStaticData(HtmlElement& body) const {
-    HtmlElement& table =
-        addSection(body, "Static", {"Item", "Valid", "Value", "Last Change", "Last Update"});
-    const auto add = [&table](const char* item, bool valid, const std::string& value, u64 change,
-                              u64 update) {
-        if (valid) {
+    static void addStaticData(HtmlElement& body, const ADSBTargetReport& r) {
+        HtmlElement& table =
+            addSection(body, "Static", {"Item", "Valid", "Value", "Last Change", "Last Update"});
+        const auto add = [&table](const char* item, bool valid, const std::string& value,
+                                  u64 change, u64 update) {
+            if (valid) {
+                addRow(
+                    table, "td",
+                    {item, boolToString(valid), value, timeToString(change), timeToString(update)});
+            } else {
+                addRow(table, "td", {item, boolToString(valid), "", "", ""});
+            }
+        };
+        const auto addDatum = [&add](const char* item, const auto& datum,
+                                     const std::string& value) {
+            add(item, datum.valid, value, datum.lastChange, datum.lastUpdate);
+        };
+        addDatum("Callsign", r._callsign, r._callsign.value);
+        add("Squawk", r._squawk.valid, r.squawkString(), 0, r._squawk.lastUpdate);
+        add("MOPS Version", true, mopsVersionText(r._mopsVersion.value), r._mopsVersion.lastChange,
+            r._mopsVersion.lastUpdate);
+        add("MOPS Certainty ", true, r._mopsVersionConfirmed ? "CONFIRMED" : "ASSUMED",
+            r._mopsVersion.lastChange, r._mopsVersion.lastUpdate);
+        addDatum("Emitter Category", r._emitterCategory, std::to_string(r._emitterCategory.value));
+        addDatum("Ground Status", r._groundStatus, r._groundStatus.value ? "GND" : "AIR");
+        addDatum("SPI", r._spiStatus, r._spiStatus.value ? "SPI" : "NO SPI");
+        addDatum("Alert Status", r._alertStatus, r._alertStatus.value ? "ALERT" : "NO ALERT");
+    }
+
+    static void addTacticalData(HtmlElement& body, const ADSBTargetReport& r) {
+        HtmlElement& table =
+            addSection(body, "Tectical", {"Item", "Valid", "Value", "Last Update"});
+        const auto add = [&table](const char* item, const auto& datum, const std::string& value) {
             addRow(table, "td",
-                   {item, boolToString(valid), value, timeToString(change), timeToString(update)});
-        } else {
-            addRow(table, "td", {item, boolToString(valid), "", "", ""});
-        }
-    };
-    const auto addDatum = [&add](const char* item, const auto& datum, const std::string& value) {
-        add(item, datum.valid, value, datum.lastChange, datum.lastUpdate);
-    };
-    addDatum("Callsign", _callsign, _callsign.value);
-    add("Squawk", _squawk.valid, squawkString(), 0, _squawk.lastUpdate);
-    add("MOPS Version", true, mopsVersionText(_mopsVersion), _mopsVersionLastChange,
-        _mopsVersionLastUpdate);
-    add("MOPS Certainty ", true, _mopsVersionConfirmed ? "CONFIRMED" : "ASSUMED",
-        _mopsVersionLastChange, _mopsVersionLastUpdate);
-    addDatum("Emitter Category", _emitterCategory, std::to_string(_emitterCategory.value));
-    addDatum("Ground Status", _groundStatus, _groundStatus.value ? "GND" : "AIR");
-    addDatum("SPI", _spiStatus, _spiStatus.value ? "SPI" : "NO SPI");
-    addDatum("Alert Status", _alertStatus, _alertStatus.value ? "ALERT" : "NO ALERT");
-}
+                   {item, boolToString(datum.valid), datum.valid ? value : "",
+                    datum.valid ? timeToString(datum.lastUpdate) : ""});
+        };
+        add("Position", r._position, r.positionString());
+        add("Latitude", r._position, text::fixed(r._position.value.latitude));
+        add("Longitude", r._position, text::fixed(r._position.value.longitude));
+        add("Braometric Altitude", r._altitudeBaro, std::to_string(r._altitudeBaro.value));
+        add("Ground Speed", r._groundSpeed, text::fixed(r._groundSpeed.value));
+        add("Heading", r._heading, text::fixed(r._heading.value));
+        add("Barometric Vertical Rate", r._verticalRateBaro,
+            std::to_string(r._verticalRateBaro.value));
+        add("Signal Amplitude", r._signalAmplitude, std::to_string(r._signalAmplitude.value));
+    }
 
-void ADSBTargetReport::addTacticalData(HtmlElement& body) const {
-    HtmlElement& table = addSection(body, "Tectical", {"Item", "Valid", "Value", "Last Update"});
-    const auto add = [&table](const char* item, const auto& datum, const std::string& value) {
-        addRow(table, "td",
-               {item, boolToString(datum.valid), datum.valid ? value : "",
-                datum.valid ? timeToString(datum.lastUpdate) : ""});
-    };
-    add("Position", _position, positionString());
-    add("Latitude", _position, text::fixed(_position.value.latitude));
-    add("Longitude", _position, text::fixed(_position.value.longitude));
-    add("Braometric Altitude", _altitudeBaro, std::to_string(_altitudeBaro.value));
-    add("Ground Speed", _groundSpeed, text::fixed(_groundSpeed.value));
-    add("Heading", _heading, text::fixed(_heading.value));
-    add("Barometric Vertical Rate", _verticalRateBaro, std::to_string(_verticalRateBaro.value));
-    add("Signal Amplitude", _signalAmplitude, std::to_string(_signalAmplitude.value));
-}
-
-/// Here a flag decides about the value alone; the times are always shown.
-void ADSBTargetReport::addQualityIndicators(HtmlElement& body) const {
-    HtmlElement& table = addSection(body, "Quality Indicators",
-                                    {"Item", "Valid", "Value", "Last Change", "Last Update"});
-    const auto add = [&table](const char* item, const auto& datum) {
-        addRow(table, "td",
-               {item, boolToString(datum.valid), datum.valid ? std::to_string(datum.value) : "",
-                timeToString(datum.lastChange), timeToString(datum.lastUpdate)});
-    };
-    add("NUCp", _nucp);
-    add("NUCr", _nucr);
-    add("NIC", _nic);
-    add("NICsuppA", _nicSuppA);
-    add("NICsuppB", _nicSuppB);
-    add("NICsuppC", _nicSuppC);
-    add("PIC", _pic);
-    add("NACp", _nacp);
-    add("SIL", _sil);
-}
+    /// Here an invalid datum has an empty value, but its times are shown.
+    static void addQualityIndicators(HtmlElement& body, const ADSBTargetReport& r) {
+        HtmlElement& table = addSection(body, "Quality Indicators",
+                                        {"Item", "Valid", "Value", "Last Change", "Last Update"});
+        const auto add = [&table](const char* item, const auto& datum) {
+            addRow(table, "td",
+                   {item, boolToString(datum.valid), datum.valid ? std::to_string(datum.value) : "",
+                    timeToString(datum.lastChange), timeToString(datum.lastUpdate)});
+        };
+        add("NUCp", r._nucp);
+        add("NUCr", r._nucr);
+        add("NIC", r._nic);
+        add("NICsuppA", r._nicSuppA);
+        add("NICsuppB", r._nicSuppB);
+        add("NICsuppC", r._nicSuppC);
+        add("PIC", r._pic);
+        add("NACp", r._nacp);
+        add("SIL", r._sil);
+    }
+};
 
 std::string ADSBTargetReport::toHtml(const std::string& style) const {
     const std::string title = "ADS-B Target Report";
@@ -134,10 +144,10 @@ std::string ADSBTargetReport::toHtml(const std::string& style) const {
     document.head->addChild(HtmlElement("style", style)).addAttribute("type", "text/css");
     document.body->addChild(HtmlElement("h1", title));
     addBreak(*document.body);
-    addIdentification(*document.body);
-    addStaticData(*document.body);
-    addTacticalData(*document.body);
-    addQualityIndicators(*document.body);
+    Page::addIdentification(*document.body, *this);
+    Page::addStaticData(*document.body, *this);
+    Page::addTacticalData(*document.body, *this);
+    Page::addQualityIndicators(*document.body, *this);
     return document.toString();
 }
 

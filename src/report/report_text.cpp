@@ -1,4 +1,4 @@
-// The text forms of a report's data.
+// The text forms of a report's data: times in UTC (ISO 8601), address, squawk and angles.
 
 #include <ondrel/adsb_target_report.h>
 
@@ -22,10 +22,11 @@ struct Date {
 constexpr u64 daysIn400Years = 146097;
 constexpr u64 daysIn100Years = 36524;
 constexpr u64 daysIn4Years = 1461;
-constexpr u64 daysIn5Months = 153; // from March on, any five months in a row that end a run
+constexpr u64 daysIn5Months = 153;          // March to July, and August to December
 constexpr u64 daysFromYear0To1970 = 719468; // from the first of March of year 0
 
-/// Reckons years from March, so that the day that leap years add is their last.
+/// The date of a day. The calculation lets years begin in March: then a leap day is the last day of
+/// its year, and the months follow a rule of five.
 Date dateOf(u64 daysSince1970) {
     const u64 days = daysSince1970 + daysFromYear0To1970;
     const u64 era = days / daysIn400Years;

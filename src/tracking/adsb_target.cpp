@@ -1,8 +1,11 @@
+// The record of one aircraft: how it takes each datum, and the log line of a change.
+
 #include <ondrel/adsb_target.h>
 
 #include <ondrel/log.h>
 
 #include "cpr.h"
+#include "datum_rules.h"
 #include "quality_indicators.h"
 #include "text.h"
 
@@ -27,11 +30,11 @@ u32 increase(Counts& counts, i32 index) {
     return place < counts.size() ? ++counts[place] : 0;
 }
 
-Supplement stateOf(bool value, u64 lastUpdate) {
-    if (lastUpdate == 0) {
+Supplement stateOf(const ADSBDatum<bool>& supplement) {
+    if (supplement.lastUpdate == 0) {
         return Supplement::Unknown;
     }
-    return value ? Supplement::Set : Supplement::Clear;
+    return supplement.value ? Supplement::Set : Supplement::Clear;
 }
 
 } // namespace
@@ -50,15 +53,71 @@ u32 ADSBTarget::statisticADSBMsgCount(ADSBMessage::ADSBMessageType type) const {
     return countOf(_statisticADSBCounts, type);
 }
 
+void ADSBTarget::setLastUpdate(u64 time) {
+    _lastUpdate = time;
+}
+
+void ADSBTarget::setAltitudeBaro(i32 altitude, u64 time) {
+    update(_altitudeBaro, altitude, time);
+}
+
+void ADSBTarget::setGroundSpeed(double speed, u64 time) {
+    update(_groundSpeed, speed, time);
+}
+
+void ADSBTarget::setVerticalRateBaro(i32 rate, u64 time) {
+    update(_verticalRateBaro, rate, time);
+}
+
+void ADSBTarget::setSignalAmplitude(u8 amplitude, u64 time) {
+    update(_signalAmplitude, amplitude, time);
+}
+
+void ADSBTarget::setNICSupplementA(bool supplement, u64 time) {
+    update(_nicSupplementA, supplement, time);
+}
+
+void ADSBTarget::setNICSupplementB(bool supplement, u64 time) {
+    update(_nicSupplementB, supplement, time);
+}
+
+void ADSBTarget::setNICSupplementC(bool supplement, u64 time) {
+    update(_nicSupplementC, supplement, time);
+}
+
+void ADSBTarget::setPosition(double latitude, double longitude, u64 time) {
+    update(_position, {latitude, longitude}, time);
+}
+
 void ADSBTarget::setHeading(double heading, u64 time) {
-    _heading.set(heading, time);
+    update(_heading, heading, time);
     _headingValid = true;
 }
 
+void ADSBTarget::setNUCp(u8 nucp, u64 time) {
+    track(_nucp, nucp, time);
+}
+
 void ADSBTarget::setNUCr(u8 nucr, u64 time) {
-    if (_mopsVersion == MOPSVersion0) {
-        _nucr.set(nucr, time);
+    if (mopsVersion() == MOPSVersion0) {
+        track(_nucr, nucr, time);
     }
+}
+
+void ADSBTarget::setNIC(u8 nic, u64 time) {
+    track(_nic, nic, time);
+}
+
+void ADSBTarget::setPIC(u8 pic, u64 time) {
+    track(_pic, pic, time);
+}
+
+void ADSBTarget::setNACp(u8 nacp, u64 time) {
+    track(_nacp, nacp, time);
+}
+
+void ADSBTarget::setSIL(u8 sil, u64 time) {
+    track(_sil, sil, time);
 }
 
 void ADSBTarget::setSpi(bool spi, u64 time) {
@@ -66,7 +125,7 @@ void ADSBTarget::setSpi(bool spi, u64 time) {
         Log::log(Log::Info, moduleName, "SPI change old = %d new = %d",
                  static_cast<int>(_spiStatus.value), static_cast<int>(spi));
     }
-    _spiStatus.set(spi, time);
+    track(_spiStatus, spi, time);
 }
 
 void ADSBTarget::setAlert(bool alert, u64 time) {
@@ -74,7 +133,7 @@ void ADSBTarget::setAlert(bool alert, u64 time) {
         Log::log(Log::Info, moduleName, "Alert status change old = %d new = %d",
                  static_cast<int>(_alertStatus.value), static_cast<int>(alert));
     }
-    _alertStatus.set(alert, time);
+    track(_alertStatus, alert, time);
 }
 
 void ADSBTarget::setEmitterCategory(u8 category, u64 time) {
@@ -82,7 +141,7 @@ void ADSBTarget::setEmitterCategory(u8 category, u64 time) {
         Log::log(Log::Debug, moduleName, "Emitter category change old = %u new = %u",
                  unsigned{_emitterCategory.value}, unsigned{category});
     }
-    _emitterCategory.set(category, time);
+    track(_emitterCategory, category, time);
 }
 
 void ADSBTarget::setEmitterCategory(u8 category, u64 lastUpdate, u64 lastChange) {
@@ -91,19 +150,19 @@ void ADSBTarget::setEmitterCategory(u8 category, u64 lastUpdate, u64 lastChange)
 }
 
 void ADSBTarget::setSquawk(u32 squawk, u64 time) {
-    if (_squawk.wouldChange(squawk) && _squawk.value != 0) {
+    if (wouldChange(_squawk, squawk) && _squawk.value != 0) {
         Log::log(Log::Info, moduleName, "Squawk Change old = %s new = %s",
                  text::octal(_squawk.value).c_str(), text::octal(squawk).c_str());
     }
-    _squawk.set(squawk, time);
+    track(_squawk, squawk, time);
 }
 
 void ADSBTarget::setCallsign(const std::string& callsign, u64 time) {
-    if (_callsign.wouldChange(callsign) && !_callsign.value.empty()) {
+    if (wouldChange(_callsign, callsign) && !_callsign.value.empty()) {
         Log::log(Log::Info, moduleName, "Callsign Change old = %s new = %s",
                  _callsign.value.c_str(), callsign.c_str());
     }
-    _callsign.set(callsign, time);
+    track(_callsign, callsign, time);
 }
 
 void ADSBTarget::setCallsign(const std::string& callsign, u64 lastUpdate, u64 lastChange) {
@@ -111,7 +170,7 @@ void ADSBTarget::setCallsign(const std::string& callsign, u64 lastUpdate, u64 la
     _callsign.lastChange = lastChange;
 }
 
-/// No first-call rule here: a first status that is unknown is no change.
+/// Unlike the tracked rule: the first status is no change if it is GroundStatusUnknown.
 void ADSBTarget::setGroundStatus(GroundStatus status, u64 time) {
     if (status != _groundStatus.value) {
         _groundStatus.value = status;
@@ -120,29 +179,30 @@ void ADSBTarget::setGroundStatus(GroundStatus status, u64 time) {
     _groundStatus.lastUpdate = time;
 }
 
+/// The quality indicators depend on the version, so a new version resets them.
 void ADSBTarget::setMOPSVersion(const MOPSVersion& version, u64 time) {
-    if (version != _mopsVersion) {
-        _mopsVersion = version;
-        _mopsVersionLastChange = time;
+    if (version != _mopsVersion.value) {
+        _mopsVersion.value = version;
+        _mopsVersion.lastChange = time;
         resetQualityIndicators();
     }
-    _mopsVersionLastUpdate = time;
+    _mopsVersion.lastUpdate = time;
 }
 
 void ADSBTarget::setMOPSVersionAssumed(u64 time) {
-    confirmMOPSVersion(false, time);
+    _mopsVersion.lastUpdate = time;
+    if (_mopsVersionConfirmed) {
+        _mopsVersionConfirmed = false;
+        _mopsVersion.lastChange = time;
+    }
 }
 
 void ADSBTarget::setMOPSVersionConfirmed(u64 time) {
-    confirmMOPSVersion(true, time);
-}
-
-void ADSBTarget::confirmMOPSVersion(bool confirmed, u64 time) {
-    if (confirmed != _mopsVersionConfirmed) {
-        _mopsVersionConfirmed = confirmed;
-        _mopsVersionLastChange = time;
+    _mopsVersion.lastUpdate = time;
+    if (!_mopsVersionConfirmed) {
+        _mopsVersionConfirmed = true;
+        _mopsVersion.lastChange = time;
     }
-    _mopsVersionLastUpdate = time;
 }
 
 u32 ADSBTarget::increaseStatistic(DFMessage::DownlinkFormat format, u64 time) {
@@ -178,11 +238,11 @@ void ADSBTarget::updateQualityIndicators(u8 typeCode, u64 time) {
         setPIC(quality.pic, time);
     };
     const Supplements supplements{
-        stateOf(_nicSupplementA.value, _nicSupplementA.lastUpdate),
-        stateOf(_nicSupplementB.value, _nicSupplementB.lastUpdate),
-        stateOf(_nicSupplementC.value, _nicSupplementC.lastUpdate),
+        stateOf(_nicSupplementA),
+        stateOf(_nicSupplementB),
+        stateOf(_nicSupplementC),
     };
-    switch (_mopsVersion) {
+    switch (mopsVersion()) {
     case MOPSVersion0: {
         const PositionQualityV0 quality = positionQualityV0(typeCode);
         apply(quality);
@@ -200,8 +260,8 @@ void ADSBTarget::updateQualityIndicators(u8 typeCode, u64 time) {
 }
 
 void ADSBTarget::resetQualityIndicators() {
-    for (Tracked<u8>* indicator : {&_nucp, &_nic, &_pic, &_nacp, &_sil}) {
-        indicator->set(0, 0);
+    for (ADSBDatum<u8>* indicator : {&_nucp, &_nic, &_pic, &_nacp, &_sil}) {
+        track(*indicator, u8{0}, 0);
     }
 }
 

@@ -1,8 +1,12 @@
+// The table of aircraft: track numbers, lists, removal. What a message does to a target is in
+// reply_processing.cpp and squitter_processing.cpp, what a report does in report_transfer.cpp.
+
 #include <ondrel/adsb_tracker.h>
 
 #include <ondrel/log.h>
 
-#include <algorithm>
+#include "target_table.h"
+
 #include <bitset>
 #include <limits>
 #include <utility>
@@ -17,14 +21,29 @@ constexpr u32 firstTrackId = 1;
 constexpr u32 lastTrackId = 4095;
 constexpr u32 mostTargets = lastTrackId - firstTrackId + 1;
 
+/// What a tracker's pointer to its table stands for.
+const TargetTable& tableOf(const std::unique_ptr<TargetTable>& targets) {
+    static const TargetTable empty;
+    return targets ? *targets : empty;
+}
+
 } // namespace
 
 ADSBTracker::ADSBTracker() : _nextTrackId(firstTrackId) {
     Log::log(Log::Info, moduleName, "Initialized.");
 }
 
-ADSBTracker::ADSBTracker(const ADSBTracker&) = default;
-ADSBTracker& ADSBTracker::operator=(const ADSBTracker&) = default;
+ADSBTracker::ADSBTracker(const ADSBTracker& other)
+    : _decoder(other._decoder),
+      _targets(other._targets ? std::make_unique<TargetTable>(*other._targets) : nullptr),
+      _nextTrackId(other._nextTrackId), _altitudeBaroChecking(other._altitudeBaroChecking),
+      _altitudeBaroCheckingSeconds(other._altitudeBaroCheckingSeconds),
+      _altitudeBaroCheckingLimit(other._altitudeBaroCheckingLimit) {}
+
+ADSBTracker& ADSBTracker::operator=(const ADSBTracker& other) {
+    return *this = ADSBTracker(other);
+}
+
 ADSBTracker::ADSBTracker(ADSBTracker&&) noexcept = default;
 ADSBTracker& ADSBTracker::operator=(ADSBTracker&&) noexcept = default;
 ADSBTracker::~ADSBTracker() = default;
@@ -35,26 +54,8 @@ void ADSBTracker::setAltituteBaroChecking(bool enabled, u32 seconds, u32 limit) 
     _altitudeBaroCheckingLimit = limit;
 }
 
-/// Copies in ascending order of address.
-template <class Condition>
-std::vector<ADSBTarget> ADSBTracker::targetsWhere(Condition condition) const {
-    std::vector<std::pair<u32, const ADSBTarget*>> selected;
-    _targets.forEach([&](u32 address, const auto& target) {
-        if (condition(*target)) {
-            selected.emplace_back(address, target.get());
-        }
-    });
-    std::sort(selected.begin(), selected.end());
-    std::vector<ADSBTarget> targets;
-    targets.reserve(selected.size());
-    for (const auto& [address, target] : selected) {
-        targets.push_back(*target);
-    }
-    return targets;
-}
-
 std::vector<ADSBTarget> ADSBTracker::allTargets() const {
-    return targetsWhere([](const ADSBTarget&) { return true; });
+    return tableOf(_targets).copiesWhere([](const ADSBTarget&) { return true; });
 }
 
 std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from) {
@@ -62,32 +63,28 @@ std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from) {
 }
 
 std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from, u64 to) {
-    return targetsWhere([=](const ADSBTarget& target) {
+    return tableOf(_targets).copiesWhere([=](const ADSBTarget& target) {
         return target.lastUpdate() > from && target.lastUpdate() <= to;
     });
 }
 
 std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
     const auto isSilent = [=](const ADSBTarget& target) { return target.lastUpdate() <= time; };
-    std::vector<ADSBTarget> killed = targetsWhere(isSilent);
+    std::vector<ADSBTarget> killed = tableOf(_targets).copiesWhere(isSilent);
     if (killed.empty()) {
         return killed;
     }
-    decltype(_targets) kept; // made first: once a line is out, no lack of memory keeps a target
-    _targets.forEach([&](u32 address, const auto& target) {
-        if (!isSilent(*target)) {
-            kept[address] = target;
-        }
-    });
+    // Everything that needs memory comes before the first line: a line is never wrong.
+    TargetTable kept = _targets->without(isSilent);
     for (const ADSBTarget& target : killed) {
         Log::log(Log::Debug, moduleName, "Target #%u killed.", target.trackId());
     }
-    _targets = std::move(kept);
+    *_targets = std::move(kept);
     return killed;
 }
 
 void ADSBTracker::reset() {
-    _targets = {};
+    _targets.reset();
     _nextTrackId = firstTrackId;
 }
 
@@ -99,30 +96,34 @@ ADSBTarget* ADSBTracker::createTarget(u32 icaoAddress) {
     if (trackId == 0) {
         return nullptr;
     }
+    if (!_targets) {
+        _targets = std::make_unique<TargetTable>();
+    }
     auto target = std::make_shared<ADSBTarget>(icaoAddress);
     target->_trackId = trackId;
-    return (_targets[icaoAddress] = std::move(target)).get();
+    ADSBTarget* created = target.get();
+    _targets->enter(std::move(target));
+    return created;
 }
 
 ADSBTarget* ADSBTracker::findTarget(u32 icaoAddress) const {
-    const auto* target = _targets.find(icaoAddress);
-    return target != nullptr ? target->get() : nullptr;
+    return _targets ? _targets->find(icaoAddress) : nullptr;
 }
 
 const ADSBTarget* ADSBTracker::findConstTarget(u32 icaoAddress) const {
     return findTarget(icaoAddress);
 }
 
-/// The lowest free number from the cursor on, around the end; 0 when the table is full. One walk of
-/// the table finds the numbers in use, which reports may have changed to anything.
+/// The lowest free number from _nextTrackId on, and behind 4095 from 1 on; 0 if the table is full.
+/// The targets themselves are asked for their numbers, since a report can set any number.
 u32 ADSBTracker::getNextTrackId() {
-    if (_targets.size() >= mostTargets) {
+    if (tableOf(_targets).size() >= mostTargets) {
         return 0;
     }
     std::bitset<lastTrackId + 1> used;
-    _targets.forEach([&](u32 /*address*/, const auto& target) {
-        if (target->_trackId <= lastTrackId) {
-            used.set(target->_trackId);
+    tableOf(_targets).forEach([&](const ADSBTarget& target) {
+        if (target.trackId() <= lastTrackId) {
+            used.set(target.trackId());
         }
     });
     const auto inRange = [](u32 id) { return id <= lastTrackId ? id : firstTrackId; };

@@ -1,9 +1,12 @@
-// The road of surveillance and all-call replies into their target.
+// What surveillance and all-call replies do to their target.
 
 #include <ondrel/adsb_tracker.h>
 
 #include <ondrel/log.h>
 
+#include "datum_rules.h"
+#include "keyed_rows.h"
+#include "tracker_steps.h"
 #include "wrapped.h"
 
 #include <array>
@@ -14,21 +17,24 @@ namespace {
 
 const std::string moduleName = "ADSBTracker";
 
+/// What a flight status says (ICAO Annex 10 Volume IV, 3.1.2.6.5.1).
 struct FlightStatusRow {
+    ModeSMessageFieldFS::FlightStatus key;
     ADSBTarget::GroundStatus groundStatus;
     bool spi;
     bool alert;
 };
 
-// By flight status; those behind the last say nothing.
+// A flight status without a row says nothing.
 constexpr std::array<FlightStatusRow, 6> flightStatusRows = {{
-    {ADSBTarget::Airborne, false, false},
-    {ADSBTarget::OnGround, false, false},
-    {ADSBTarget::Airborne, false, true},
-    {ADSBTarget::OnGround, false, true},
-    {ADSBTarget::GroundStatusUnknown, true, true},
-    {ADSBTarget::GroundStatusUnknown, true, false},
+    {ModeSMessageFieldFS::Airborne, ADSBTarget::Airborne, false, false},
+    {ModeSMessageFieldFS::OnGround, ADSBTarget::OnGround, false, false},
+    {ModeSMessageFieldFS::AirborneAlert, ADSBTarget::Airborne, false, true},
+    {ModeSMessageFieldFS::OnGroundAlert, ADSBTarget::OnGround, false, true},
+    {ModeSMessageFieldFS::AlertSpi, ADSBTarget::GroundStatusUnknown, true, true},
+    {ModeSMessageFieldFS::Spi, ADSBTarget::GroundStatusUnknown, true, false},
 }};
+static_assert(keysCountFrom0(flightStatusRows));
 
 } // namespace
 
@@ -66,70 +72,73 @@ const ADSBTarget* ADSBTracker::procDFMsg(const DFMessage* message) {
 }
 
 const ADSBTarget* ADSBTracker::procDF0Msg(const DF0Message* message) {
-    return procAirAirReply(message);
+    return Steps::takeAirAirReply(*this, message);
 }
 
 const ADSBTarget* ADSBTracker::procDF16Msg(const DF16Message* message) {
-    return procAirAirReply(message);
+    return Steps::takeAirAirReply(*this, message);
 }
 
 const ADSBTarget* ADSBTracker::procDF4Msg(const DF4Message* message) {
-    return procAltitudeReply(message);
+    return Steps::takeAltitudeReply(*this, message);
 }
 
 const ADSBTarget* ADSBTracker::procDF20Msg(const DF20Message* message) {
-    return procAltitudeReply(message);
+    return Steps::takeAltitudeReply(*this, message);
 }
 
 const ADSBTarget* ADSBTracker::procDF5Msg(const DF5Message* message) {
-    return procIdentityReply(message);
+    return Steps::takeIdentityReply(*this, message);
 }
 
 const ADSBTarget* ADSBTracker::procDF21Msg(const DF21Message* message) {
-    return procIdentityReply(message);
+    return Steps::takeIdentityReply(*this, message);
 }
 
 template <class Message>
-const ADSBTarget* ADSBTracker::procAirAirReply(const Message* message) {
-    ADSBTarget* target = believe(message);
+const ADSBTarget* ADSBTracker::Steps::takeAirAirReply(ADSBTracker& tracker,
+                                                      const Message* message) {
+    ADSBTarget* target = createTargetIfBelieved(tracker, message);
     if (target == nullptr) {
         return nullptr;
     }
     const u64 stamp = message->timeStamp();
     const bool onGround = message->constFieldVS().verticalStatus() == ModeSMessageFieldVS::OnGround;
     target->setGroundStatus(onGround ? ADSBTarget::OnGround : ADSBTarget::Airborne, stamp);
-    updateTargetAltituteBaro(target, message->constFieldAC().altitude(), stamp);
+    tracker.updateTargetAltituteBaro(target, message->constFieldAC().altitude(), stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     return target;
 }
 
 template <class Message>
-const ADSBTarget* ADSBTracker::procAltitudeReply(const Message* message) {
-    ADSBTarget* target = believe(message);
+const ADSBTarget* ADSBTracker::Steps::takeAltitudeReply(ADSBTracker& tracker,
+                                                        const Message* message) {
+    ADSBTarget* target = createTargetIfBelieved(tracker, message);
     if (target == nullptr) {
         return nullptr;
     }
     const u64 stamp = message->timeStamp();
-    applyFlightStatus(target, message->constFieldFS(), stamp);
-    updateTargetAltituteBaro(target, message->constFieldAC().altitude(), stamp);
+    setFlightStatus(*target, message->constFieldFS(), stamp);
+    tracker.updateTargetAltituteBaro(target, message->constFieldAC().altitude(), stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     return target;
 }
 
 template <class Message>
-const ADSBTarget* ADSBTracker::procIdentityReply(const Message* message) {
-    ADSBTarget* target = believe(message);
+const ADSBTarget* ADSBTracker::Steps::takeIdentityReply(ADSBTracker& tracker,
+                                                        const Message* message) {
+    ADSBTarget* target = createTargetIfBelieved(tracker, message);
     if (target == nullptr) {
         return nullptr;
     }
     const u64 stamp = message->timeStamp();
-    applyFlightStatus(target, message->constFieldFS(), stamp);
+    setFlightStatus(*target, message->constFieldFS(), stamp);
     target->setSquawk(message->constFieldID().identity(), stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     return target;
 }
 
-/// An all-call reply only updates: its address alone makes no aircraft.
+/// An all-call reply only updates a target; it never creates one.
 const ADSBTarget* ADSBTracker::procDF11Msg(const DF11Message* message) {
     if (message == nullptr || message->confidence() < ModeSMessage::Medium) {
         return nullptr;
@@ -140,36 +149,37 @@ const ADSBTarget* ADSBTracker::procDF11Msg(const DF11Message* message) {
     }
     const u64 stamp = message->timeStamp();
     target->setLastUpdate(stamp);
-    target->_transponderCommCapability.set(message->constFieldCA().capability(), stamp);
+    update(target->_transponderCommCapability, message->constFieldCA().capability(), stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     return target;
 }
 
-/// The target of a surveillance reply that is believed, or null.
-ADSBTarget* ADSBTracker::believe(const DFMessage* message) {
+ADSBTarget* ADSBTracker::Steps::createTargetIfBelieved(ADSBTracker& tracker,
+                                                       const DFMessage* message) {
     if (message == nullptr || message->confidence() < ModeSMessage::Medium) {
         return nullptr;
     }
-    ADSBTarget* target = createTarget(message->icaoAddress());
+    ADSBTarget* target = tracker.createTarget(message->icaoAddress());
     if (target != nullptr) {
         target->setLastUpdate(message->timeStamp());
     }
     return target;
 }
 
-void ADSBTracker::applyFlightStatus(ADSBTarget* target, const ModeSMessageFieldFS& field,
-                                    u64 time) {
+void ADSBTracker::Steps::setFlightStatus(ADSBTarget& target, const ModeSMessageFieldFS& field,
+                                         u64 time) {
     const auto status = static_cast<u32>(field.flightStatus());
     if (status < flightStatusRows.size()) {
         const FlightStatusRow& row = flightStatusRows[status];
-        target->setGroundStatus(row.groundStatus, time);
-        target->setSpi(row.spi, time);
-        target->setAlert(row.alert, time);
+        target.setGroundStatus(row.groundStatus, time);
+        target.setSpi(row.spi, time);
+        target.setAlert(row.alert, time);
     }
 }
 
-/// Whether the altitude passed the check and was stored; without the check it is stored, and the
-/// result is false.
+/// Stores the altitude unless the altitude check refuses it. True if it passed the check; false
+/// also without the check, when it is stored. A stamp older than the last one makes the unsigned
+/// difference huge, and passes.
 bool ADSBTracker::updateTargetAltituteBaro(ADSBTarget* target, i32 altitude, u64 time) const {
     if (target == nullptr) {
         return false;

@@ -1,9 +1,12 @@
-// The road of extended squitters into their target.
+// What extended squitters (DF-17) do to their target: the payload is decoded as the MOPS version of
+// the aircraft has it, positions are solved from pairs of frames (RTCA DO-260B, A.1.7), and the
+// version is confirmed or doubted.
 
 #include <ondrel/adsb_tracker.h>
 
 #include <ondrel/log.h>
 
+#include "tracker_steps.h"
 #include "wrapped.h"
 
 #include <cstddef>
@@ -18,8 +21,8 @@ const std::string moduleName = "ADSBTracker";
 constexpr u32 mopsV0ConfirmCount = 20;        // squitters that confirm version 0
 constexpr u32 longestCPRPairInterval = 10000; // ms
 
-/// Asks for all of a record while the payload that is to go into it is still being decoded: among
-/// thousands of aircraft it is in no near cache.
+/// Loads the record into the cache while the payload is decoded. Among thousands of aircraft it is
+/// not there, and without this each access to a new cache line would wait for memory.
 void prefetch([[maybe_unused]] const ADSBTarget& target) {
 #if defined(__GNUC__)
     constexpr std::size_t cacheLine = 64;
@@ -60,23 +63,23 @@ const ADSBTarget* ADSBTracker::procDF17Msg(const DF17Message* message) {
     }
     payload->setTimeStamp(stamp);
     payload->setSignalAmplitude(message->signalAmplitude());
-    procADSBMsg(target, payload.get());
-    judgeMOPSVersion0(target, stamp);
+    Steps::takePayload(*this, target, payload.get());
+    Steps::judgeMOPSVersion0(*target, stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     target->increaseStatistic(payload->type(), stamp);
     return target;
 }
 
-/// All other types are only counted. The decoder chose the class by type and by the target's
-/// version.
-void ADSBTracker::procADSBMsg(ADSBTarget* target, const ADSBMessage* message) {
+/// The casts are safe: the decoder chose the class by the type and by the target's version.
+void ADSBTracker::Steps::takePayload(ADSBTracker& tracker, ADSBTarget* target,
+                                     const ADSBMessage* message) {
     switch (message->type()) {
     case ADSBMessage::ACID:
         procADSBIdentificationMsg(target, static_cast<const ADSBIdentityMessage*>(message));
         break;
     case ADSBMessage::POS_AIR:
-        procADSBAirbornePositionMsg(target,
-                                    static_cast<const ADSBAirbornePositionMessage*>(message));
+        tracker.procADSBAirbornePositionMsg(
+            target, static_cast<const ADSBAirbornePositionMessage*>(message));
         break;
     case ADSBMessage::AIR_VEL:
         procADSBAirborneVelocityMsg(target,
@@ -86,7 +89,7 @@ void ADSBTracker::procADSBMsg(ADSBTarget* target, const ADSBMessage* message) {
         procADSBAircraftOperationalStatusMsg(
             target, static_cast<const ADSBAircraftOperationalStatusMessage*>(message));
         break;
-    default:
+    default: // only counted
         break;
     }
 }
@@ -158,22 +161,23 @@ void ADSBTracker::procADSBAircraftOperationalStatusMsg(
     target->setNICSupplementA(message->nicSupplementA(), stamp);
 }
 
-/// Version 0 sends no operational status: it is confirmed by many squitters without a sign of a
-/// later one, and doubted again on such a sign. Runs before the squitter itself is counted.
-void ADSBTracker::judgeMOPSVersion0(ADSBTarget* target, u64 time) {
-    if (target->mopsVersion() != MOPSVersion0) {
+/// An aircraft of version 0 sends no operational status message. Version 0 is confirmed when 20
+/// squitters were counted and no type among them that only later versions send. An aircraft status
+/// or target status message makes it assumed again.
+void ADSBTracker::Steps::judgeMOPSVersion0(ADSBTarget& target, u64 time) {
+    if (target.mopsVersion() != MOPSVersion0) {
         return;
     }
-    const bool laterVersionSeen = target->statisticADSBMsgCount(ADSBMessage::AC_STATUS) != 0 ||
-                                  target->statisticADSBMsgCount(ADSBMessage::TG_STATUS) != 0;
-    if (target->mopsVersionConfirmed()) {
+    const bool laterVersionSeen = target.statisticADSBMsgCount(ADSBMessage::AC_STATUS) != 0 ||
+                                  target.statisticADSBMsgCount(ADSBMessage::TG_STATUS) != 0;
+    if (target.mopsVersionConfirmed()) {
         if (laterVersionSeen) {
-            target->setMOPSVersionAssumed(time);
+            target.setMOPSVersionAssumed(time);
         }
-    } else if (target->statisticDfMsgCount(DFMessage::DF17) >= mopsV0ConfirmCount &&
-               !laterVersionSeen && target->statisticADSBMsgCount(ADSBMessage::OP_STATUS) == 0) {
-        target->setMOPSVersionConfirmed(time);
-        Log::log(Log::Debug, moduleName, "Track #%u MOPS version 0 confirmed.", target->trackId());
+    } else if (target.statisticDfMsgCount(DFMessage::DF17) >= mopsV0ConfirmCount &&
+               !laterVersionSeen && target.statisticADSBMsgCount(ADSBMessage::OP_STATUS) == 0) {
+        target.setMOPSVersionConfirmed(time);
+        Log::log(Log::Debug, moduleName, "Track #%u MOPS version 0 confirmed.", target.trackId());
     }
 }
 

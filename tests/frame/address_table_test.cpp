@@ -1,4 +1,4 @@
-#include <ondrel/address_table.h>
+#include "address_table.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,23 @@
+/// @file
+/// How targets and reports store what is known of an aircraft.
+#pragma once
+
+#include <ondrel/types.h>
+
+namespace tolvarin::ondrel {
+
+/// A datum of an aircraft with its times, in milliseconds since 1970-01-01 UTC; 0 means never.
+template <class Value>
+struct ADSBDatum {
+    Value value{};
+    u64 lastUpdate = 0; ///< when it was last received
+    u64 lastChange = 0; ///< when it last took a new value; stays 0 where changes are not kept
+};
+
+/// A position in degrees, north and east positive.
+struct ADSBPosition {
+    double latitude = 0;
+    double longitude = 0;
+};
+
+} // namespace tolvarin::ondrel

@@ -1,0 +1,42 @@
+/// @file
+/// Steps of the tracker that only its own sources use. They stand in a nested class, which may use
+/// the private operations of tracker and target.
+#pragma once
+
+#include <ondrel/adsb_tracker.h>
+#include <ondrel/types.h>
+
+namespace tolvarin::ondrel {
+
+struct ADSBTracker::Steps {
+    // reply_processing.cpp
+
+    /// The target of a reply that is believed, made if there is none, with its last update set.
+    /// Null if the reply is null or not believed, or the table is full.
+    static ADSBTarget* createTargetIfBelieved(ADSBTracker& tracker, const DFMessage* message);
+
+    template <class Message>
+    static const ADSBTarget* takeAirAirReply(ADSBTracker& tracker, const Message* message);
+    template <class Message>
+    static const ADSBTarget* takeAltitudeReply(ADSBTracker& tracker, const Message* message);
+    template <class Message>
+    static const ADSBTarget* takeIdentityReply(ADSBTracker& tracker, const Message* message);
+
+    static void setFlightStatus(ADSBTarget& target, const ModeSMessageFieldFS& field, u64 time);
+
+    // squitter_processing.cpp
+
+    /// Gives the payload to the step of its type; a type without a step changes nothing.
+    static void takePayload(ADSBTracker& tracker, ADSBTarget* target, const ADSBMessage* message);
+
+    /// Confirms or doubts version 0. Runs before the squitter itself is counted.
+    static void judgeMOPSVersion0(ADSBTarget& target, u64 time);
+
+    // report_transfer.cpp
+
+    static void takeIdentity(ADSBTarget& target, const ADSBTargetReport& report);
+    static void takeMotion(const ADSBTracker& tracker, ADSBTarget& target,
+                           const ADSBTargetReport& report);
+};
+
+} // namespace tolvarin::ondrel
