@@ -7,6 +7,7 @@
 
 #include "bits.h"
 #include "field_places.h"
+#include "hidden.h"
 #include "parity.h"
 
 #include <array>
@@ -77,7 +78,7 @@ bool DFMessage::decodeImpl() {
 }
 
 /// Steps of decodeImpl() that several formats share.
-struct DFMessage::Steps {
+struct ONDREL_HIDDEN DFMessage::Steps {
     /// Decodes every field at its place, also behind one that fails; true if all succeeded.
     template <class... Fields>
     static bool decodeFields(DFMessage& message, Fields&... fields) {

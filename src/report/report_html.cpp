@@ -3,6 +3,7 @@
 
 #include <ondrel/adsb_target_report.h>
 
+#include "hidden.h"
 #include "html_document.h"
 #include "text.h"
 
@@ -57,7 +58,7 @@ const char* mopsVersionText(MOPSVersion version) {
 
 /// The sections of the document. Each row names its item, its flag and its times by hand, since the
 /// document is a promise: a new datum does not enter it by itself.
-struct ADSBTargetReport::Page {
+struct ONDREL_HIDDEN ADSBTargetReport::Page {
     static void addIdentification(HtmlElement& body, const ADSBTargetReport& r) {
         HtmlElement& table =
             addSection(body, "Identification", {"Item", "Valid", "Value", "Last Update"});

@@ -6,9 +6,11 @@
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/types.h>
 
+#include "hidden.h"
+
 namespace tolvarin::ondrel {
 
-struct ADSBTracker::Steps {
+struct ONDREL_HIDDEN ADSBTracker::Steps {
     // reply_processing.cpp
 
     /// The target of a reply that is believed, made if there is none, with its last update set.
