@@ -1,5 +1,5 @@
-// Why a decoder is kept for a whole stream: the same surveillance reply is worth nothing from a
-// stranger, and everything once the aircraft has proved its address by a squitter. Read
+// Shows why an application keeps one decoder for a whole stream of replies. The same altitude reply
+// is graded Low at first, and High after a squitter has proved the address of the aircraft. Read
 // decode_reply.cpp first.
 
 #include <ondrel/df_messages.h>
@@ -40,7 +40,7 @@ int main() {
         if (!message) {
             continue;
         }
-        // Everything that a decoder gives for a downlink is a DFMessage.
+        // Every message from a decoder is a DFMessage: decoders refuse uplinks.
         const auto& downlink = dynamic_cast<const DFMessage&>(*message);
         std::cout << downlink.downlinkFormatName() << ' ' << word(message->confidence()) << " from "
                   << message->icaoAddressHexString() << ": " << message->description() << '\n';

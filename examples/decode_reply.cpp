@@ -1,3 +1,6 @@
+// Decodes one reply, and shows that a damaged extended squitter is repaired. Read this example
+// first. The README shows it.
+
 #include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
 

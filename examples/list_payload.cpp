@@ -1,4 +1,5 @@
-// How a payload is listed bit field by bit field without knowing its class.
+// Decodes an ADS-B payload, which is the seven bytes of an ME field, and lists its bit fields
+// without knowing the class of the message. Read decode_reply.cpp first.
 
 #include <ondrel/adsb_decoder.h>
 #include <ondrel/log.h>

@@ -1,6 +1,6 @@
-// Tracks move from one tracker to another through reports, as two processes would do it: the sender
-// writes what is valid, the receiver fills a new report through the setters, value first, then the
-// times; to set a value sets its flag as well. Read track_aircraft.cpp first.
+// Moves tracks from one tracker to another, as two processes would do it. The sender writes what is
+// valid in a report. The receiver fills a new report through the setters: first the value, which
+// also sets the flag, then the times. Read track_aircraft.cpp first.
 
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/log.h>
@@ -16,33 +16,23 @@ using namespace tolvarin::ondrel;
 
 namespace {
 
-/// What goes over the wire is up to the application. Here it is a line of text: number, address and
-/// time of the track, then a word for each datum, its value and its times.
-std::string send(const ADSBTargetReport& r) {
+/// The application chooses the wire format. Here it is a line of text: number, address and time of
+/// the track, then a word for each datum, its value and its times. Three data stand for all.
+std::string send(const ADSBTargetReport& report) {
     std::ostringstream line;
     line << std::setprecision(17);
-    line << r.trackId() << ' ' << r.icaoAddress() << ' ' << r.lastUpdate();
-    if (r.callsignValid()) {
-        line << " callsign " << std::quoted(r.callsign()) << ' ' << r.callsignLastUpdate() << ' '
-             << r.callsignLastChange();
+    line << report.trackId() << ' ' << report.icaoAddress() << ' ' << report.lastUpdate();
+    if (report.callsignValid()) {
+        line << " callsign " << std::quoted(report.callsign()) << ' ' << report.callsignLastUpdate()
+             << ' ' << report.callsignLastChange();
     }
-    if (r.emitterCategoryValid()) {
-        line << " category " << unsigned{r.emitterCategory()} << ' '
-             << r.emitterCategoryLastUpdate() << ' ' << r.emitterCategoryLastChange();
+    if (report.positionValid()) {
+        line << " position " << report.latitude() << ' ' << report.longitude() << ' '
+             << report.positionLastUpdate();
     }
-    const auto put = [&line](bool valid, const char* word, auto value, u64 lastUpdate) {
-        if (valid) {
-            line << ' ' << word << ' ' << value << ' ' << lastUpdate;
-        }
-    };
-    put(r.squawkValid(), "squawk", r.squawk(), r.squawkLastUpdate());
-    put(r.positionValid(), "latitude", r.latitude(), r.positionLastUpdate());
-    put(r.positionValid(), "longitude", r.longitude(), r.positionLastUpdate());
-    put(r.altitudeBaroValid(), "altitude", r.altitudeBaro(), r.altitudeBaroLastUpdate());
-    put(r.groundSpeedValid(), "speed", r.groundSpeed(), r.groundSpeedLastUpdate());
-    put(r.headingValid(), "heading", r.heading(), r.headingLastUpdate());
-    put(r.verticalRateBaroValid(), "climb", r.verticalRateBaro(), r.verticalRateBaroLastUpdate());
-    put(r.groundStatusValid(), "ground", r.groundStatus(), r.groundStatusLastUpdate());
+    if (report.altitudeBaroValid()) {
+        line << " altitude " << report.altitudeBaro() << ' ' << report.altitudeBaroLastUpdate();
+    }
     return line.str();
 }
 
@@ -55,48 +45,27 @@ Value next(std::istream& line) {
 
 ADSBTargetReport receive(const std::string& text) {
     std::istringstream line(text);
-    ADSBTargetReport r;
-    r.setTrackId(next<u32>(line));
-    r.setIcaoAddress(next<u32>(line));
-    r.setLastUpdate(next<u64>(line));
+    ADSBTargetReport report;
+    report.setTrackId(next<u32>(line));
+    report.setIcaoAddress(next<u32>(line));
+    report.setLastUpdate(next<u64>(line));
     for (std::string word; line >> word;) {
         if (word == "callsign") {
             std::string callsign;
             line >> std::quoted(callsign);
-            r.setCallsign(callsign);
-            r.setCallsignLastUpdate(next<u64>(line));
-            r.setCallsignLastChange(next<u64>(line));
-        } else if (word == "category") {
-            r.setEmitterCategory(static_cast<u8>(next<unsigned>(line)));
-            r.setEmitterCategoryLastUpdate(next<u64>(line));
-            r.setEmitterCategoryLastChange(next<u64>(line));
-        } else if (word == "squawk") {
-            r.setSquawk(next<u32>(line));
-            r.setSquawkLastUpdate(next<u64>(line));
-        } else if (word == "latitude") {
-            r.setPosition(next<double>(line), 0);
-            r.setPositionLastUpdate(next<u64>(line));
-        } else if (word == "longitude") {
-            r.setPosition(r.latitude(), next<double>(line));
-            r.setPositionLastUpdate(next<u64>(line));
+            report.setCallsign(callsign);
+            report.setCallsignLastUpdate(next<u64>(line));
+            report.setCallsignLastChange(next<u64>(line));
+        } else if (word == "position") {
+            const auto latitude = next<double>(line);
+            report.setPosition(latitude, next<double>(line));
+            report.setPositionLastUpdate(next<u64>(line));
         } else if (word == "altitude") {
-            r.setAltitudeBaro(next<i32>(line));
-            r.setAltitudeBaroLastUpdate(next<u64>(line));
-        } else if (word == "speed") {
-            r.setGroundSpeed(next<double>(line));
-            r.setGroundSpeedLastUpdate(next<u64>(line));
-        } else if (word == "heading") {
-            r.setHeading(next<double>(line));
-            r.setHeadingLastUpdate(next<u64>(line));
-        } else if (word == "climb") {
-            r.setVerticalRateBaro(next<i32>(line));
-            r.setVerticalRateBaroLastUpdate(next<u64>(line));
-        } else if (word == "ground") {
-            r.setGroundStatus(next<bool>(line));
-            r.setGroundStatusLastUpdate(next<u64>(line));
+            report.setAltitudeBaro(next<i32>(line));
+            report.setAltitudeBaroLastUpdate(next<u64>(line));
         }
     }
-    return r;
+    return report;
 }
 
 } // namespace

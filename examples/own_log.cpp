@@ -1,4 +1,4 @@
-// How an application takes the library's log lines into its own hands.
+// Sends the library's log lines to a sink of the application. Read decode_reply.cpp first.
 
 #include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
@@ -19,7 +19,7 @@ public:
 } // namespace
 
 int main() {
-    StandardOutput sink; // outlives its installation: the library does not own it
+    StandardOutput sink; // must live as long as it is installed: the library does not own it
     Log::setLogHandler(&sink);
     Log::setShowLevel(Log::Info);
 

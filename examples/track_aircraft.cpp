@@ -1,5 +1,6 @@
-// From bytes to the table of aircraft: the decoder grades each reply, the tracker takes it in. A
-// pair of position squitters, even and odd, gives a position. Read credible_replies.cpp first.
+// Decodes replies and tracks the aircraft that sent them: the decoder grades each reply, the
+// tracker takes it into its table. Two position squitters, one even and one odd, give a position.
+// Read credible_replies.cpp first. The README shows this example.
 
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/log.h>
@@ -11,35 +12,31 @@
 
 using namespace tolvarin::ondrel;
 
-namespace {
-
-struct Reception {
-    u64 milliseconds;
-    std::string bytes;
-};
-
-const Reception receptions[] = {
-    {1457996402000, {"\x8D\x40\x62\x1D\x58\xC3\x86\x43\x5C\xC4\x12\x69\x2A\xD6", 14}},
-    {1457996402500, {"\x8D\x40\x62\x1D\x58\xC3\x82\xD6\x90\xC8\xAC\x28\x63\xA7", 14}},
-};
-
-} // namespace
-
 int main() {
+    const struct {
+        u64 stamp; // milliseconds since 1970-01-01 UTC
+        std::string bytes;
+    } receptions[] = {
+        {1457996402000, {"\x8D\x40\x62\x1D\x58\xC3\x86\x43\x5C\xC4\x12\x69\x2A\xD6", 14}}, // odd
+        {1457996402500, {"\x8D\x40\x62\x1D\x58\xC3\x82\xD6\x90\xC8\xAC\x28\x63\xA7", 14}}, // even
+    };
+
     Log::setShowLevel(Log::Warning);
     ModeSDecoder decoder;
     ADSBTracker tracker;
-    for (const Reception& reception : receptions) {
+    for (const auto& reception : receptions) {
         const std::unique_ptr<ModeSMessage> message(
-            decoder.decode(ModeSMessage::Downlink, reception.bytes, reception.milliseconds));
-        tracker.procModeSMsg(message.get()); // null and what is not believed change nothing
+            decoder.decode(ModeSMessage::Downlink, reception.bytes, reception.stamp));
+        tracker.procModeSMsg(message.get()); // null or a reply graded too low changes nothing
     }
     for (const ADSBTarget& target : tracker.allTargets()) {
-        std::cout << "track " << target.trackId() << ": " << target.altitudeBaro() << " ft at "
-                  << target.latitude() << ' ' << target.longitude() << '\n';
+        if (target.altitudeBaroValid() && target.positionValid()) {
+            std::cout << "track " << target.trackId() << ": " << target.altitudeBaro() << " ft at "
+                      << target.latitude() << ' ' << target.longitude() << '\n';
+        }
     }
 
-    // Nothing expires by itself: what was silent for a minute is removed by the application.
-    const u64 now = receptions[1].milliseconds + 60000;
-    std::cout << tracker.killTargets(now - 60000).size() << " aircraft gone silent\n";
+    // An aircraft stays in the table until the application removes it.
+    const u64 silentSince = receptions[1].stamp;
+    std::cout << tracker.killTargets(silentSince).size() << " aircraft removed\n";
 }
