@@ -12,85 +12,99 @@
 namespace tolvarin::ondrel {
 
 /// One bit field of an ADS-B payload with its value as text. A field may show a value that is
-/// worked out from the bits, so that two fields can cover the same bits.
+/// worked out from the bits, so that two fields can cover the same bits. Only exhausted memory
+/// throws.
 class ONDREL_EXPORT ADSBMessageField {
 public:
+    /// What a field holds. A meaning with "as sent" is the number in the bits.
     enum Designator : i32 {
-        TYPE = 0,
-        TYPE_CODE = 1,
-        EMT_SET = 2,
-        EMT_CAT = 3,
-        CHAR_1 = 4,
-        CHAR_2 = 5,
-        CHAR_3 = 6,
-        CHAR_4 = 7,
-        CHAR_5 = 8,
-        CHAR_6 = 9,
-        CHAR_7 = 10,
-        CHAR_8 = 11,
-        MOV_CODE = 12,
-        GND_SPD = 13,
-        HDG_STATE = 14,
-        HDG = 15,
-        SAF = 16,
-        NIC_SUPP_B = 17,
-        ALT_SRC = 18,
-        ALT_RES = 19,
-        ALT = 20,
-        T = 21,
-        CPR_FMT = 22,
-        CPR_LAT = 23,
-        CPR_LON = 24,
-        SUB_TYPE_AIR_VEL = 25,
-        NUC_R = 26,
-        DIR_EW = 27,
-        DIR_NS = 28,
-        VEL_EW = 29,
-        VEL_NS = 30,
-        VR_SRC = 31,
-        VR_SIGN = 32,
-        VR = 33,
-        SUB_TYPE_TEST = 34,
-        DATA = 35,
-        SUB_TYPE_AC_STATUS = 36,
-        EMG_STATE = 37,
-        MODE_A = 38,
-        SUB_TYPE_TG_STATUS = 39,
-        NAC_P = 40,
-        NIC_BARO = 41,
-        SIL = 42,
-        SIL_SUPP = 43,
-        SUB_TYPE_OP_STATUS = 44,
-        VER_NUM = 45,
-        NIC_SUPP_A = 46,
-        UNKNOWN_FIELD = 47,
+        TYPE = 0,                ///< type of the message, as its short name
+        TYPE_CODE = 1,           ///< type code, 0 to 31
+        EMT_SET = 2,             ///< emitter category set; no message of the library adds it
+        EMT_CAT = 3,             ///< emitter category, 0 to 7
+        CHAR_1 = 4,              ///< character 1 of the callsign
+        CHAR_2 = 5,              ///< character 2 of the callsign
+        CHAR_3 = 6,              ///< character 3 of the callsign
+        CHAR_4 = 7,              ///< character 4 of the callsign
+        CHAR_5 = 8,              ///< character 5 of the callsign
+        CHAR_6 = 9,              ///< character 6 of the callsign
+        CHAR_7 = 10,             ///< character 7 of the callsign
+        CHAR_8 = 11,             ///< character 8 of the callsign
+        MOV_CODE = 12,           ///< movement code of a surface position, 0 to 127
+        GND_SPD = 13,            ///< ground speed in knots, from the movement code
+        HDG_STATE = 14,          ///< status bit of the heading: 1 if it is available
+        HDG = 15,                ///< heading in degrees clockwise from north
+        SAF = 16,                ///< single antenna flag
+        NIC_SUPP_B = 17,         ///< NIC supplement B
+        ALT_SRC = 18,            ///< altitude source, told by the type code
+        ALT_RES = 19,            ///< altitude step in feet, told by the Q bit
+        ALT = 20,                ///< altitude in feet
+        T = 21,                  ///< time bit: 1 if the position is synchronised with UTC
+        CPR_FMT = 22,            ///< even or odd zone grid of the position
+        CPR_LAT = 23,            ///< CPR latitude, 17 bits as sent
+        CPR_LON = 24,            ///< CPR longitude, 17 bits as sent
+        SUB_TYPE_AIR_VEL = 25,   ///< subtype of a velocity
+        NUC_R = 26,              ///< NUCr, 0 to 7
+        DIR_EW = 27,             ///< direction of the east-west velocity
+        DIR_NS = 28,             ///< direction of the north-south velocity
+        VEL_EW = 29,             ///< east-west velocity, code as sent
+        VEL_NS = 30,             ///< north-south velocity, code as sent
+        VR_SRC = 31,             ///< source of the vertical rate
+        VR_SIGN = 32,            ///< up or down
+        VR = 33,                 ///< vertical rate, code as sent
+        SUB_TYPE_TEST = 34,      ///< subtype of a test message
+        DATA = 35,               ///< data of a test message
+        SUB_TYPE_AC_STATUS = 36, ///< subtype of an aircraft status
+        EMG_STATE = 37,          ///< emergency state
+        MODE_A = 38,             ///< Mode A code, four octal digits
+        SUB_TYPE_TG_STATUS = 39, ///< subtype of a target status
+        NAC_P = 40,              ///< NACp, 0 to 15
+        NIC_BARO = 41,           ///< NIC baro: 1 if the barometric altitude is cross-checked
+        SIL = 42,                ///< SIL, 0 to 3
+        SIL_SUPP = 43,           ///< SIL supplement: 0 for a risk per hour, 1 per sample
+        SUB_TYPE_OP_STATUS = 44, ///< subtype of an operational status; no message adds it
+        VER_NUM = 45,            ///< MOPS version number, 0 to 7
+        NIC_SUPP_A = 46,         ///< NIC supplement A
+        UNKNOWN_FIELD = 47,      ///< none; makes a field invalid
     };
 
-    /// A field of `bits` bits at the ME position `pos`: 0 is the top bit of the first ME byte. It
-    /// is valid when it has a width and a designator other than UNKNOWN_FIELD.
+    /// A field of `bits` bits at the ME position `pos`: 0 is the top bit of the first ME byte.
+    /// Neither is checked against the 56 bits of the ME field.
     ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description);
 
+    /// What the field holds.
     Designator designator() const { return _designator; }
+    /// ME position of the first bit, 0 to 55; DO-260B counts the same bits from 1.
     u8 pos() const { return _pos; }
+    /// Width in bits.
     u8 bits() const { return _bits; }
+    /// False for a width of 0 and for UNKNOWN_FIELD.
     bool valid() const { return _valid; }
 
     /// The value as text, or "NO_DESCRIPTION" when that is empty.
     const std::string& description() const;
 
-    /// Names of the own designator; they live as long as the library.
+    /// Name of this field's designator, such as "TYPE_CODE"; it lives as long as the library. The
+    /// full name differs for TYPE only: "Type".
+    ///@{
     const std::string& name() const { return designatorName(_designator); }
     const std::string& fullName() const { return designatorFullName(_designator); }
+    ///@}
 
-    /// Names of any designator; "--" for a value that is none.
+    /// Name of any designator; "--" for a value that is none. It lives as long as the library.
+    ///@{
     static const std::string& designatorName(Designator designator);
     static const std::string& designatorFullName(Designator designator);
+    ///@}
 
 protected:
+    /// Stores the value unchecked and changes nothing else: a new width leaves valid() as it was.
+    ///@{
     void setPos(u8 pos) { _pos = pos; }
     void setBits(u8 bits) { _bits = bits; }
     void setValid(bool valid) { _valid = valid; }
     void setDescription(const std::string& description) { _description = description; }
+    ///@}
 
 private:
     Designator _designator;
@@ -105,7 +119,7 @@ struct WireLayout;
 /// The payload of an extended squitter's ME field (RTCA DO-260B, 2.2.3.2). A message decodes seven
 /// bytes into its members and lists them bit field by bit field.
 ///
-/// A message belongs to one thread at a time.
+/// A message belongs to one thread at a time. Only exhausted memory throws.
 class ONDREL_EXPORT ADSBMessage {
 public:
     /// The kinds of payload, by type code.
@@ -121,25 +135,33 @@ public:
         RESERVED = 8,  ///< every other code
     };
 
+    /// Copies or takes over all of a message, its field list and its stamp included. Assign within
+    /// one class: between two classes only the members of this base would change. A message that
+    /// was moved from can be decoded again.
+    ///@{
     ADSBMessage(const ADSBMessage&);
     ADSBMessage(ADSBMessage&&) noexcept;
     ADSBMessage& operator=(const ADSBMessage&);
     ADSBMessage& operator=(ADSBMessage&&) noexcept;
+    ///@}
+
+    /// Virtual: a caller deletes what ADSBDecoder::decode gave it through this class.
     virtual ~ADSBMessage();
 
     /// Decodes the first seven bytes of `data`. False for fewer (nothing changes then), for a type
-    /// code of another kind of message (a line in the log), and for a payload that the message
-    /// refuses. Decoding again replaces the values and adds to the field list.
+    /// code of another kind of message (data() and typeCode() change, and the log has a line), and
+    /// for a payload that the message refuses. Decoding again replaces the values and adds to the
+    /// field list.
     bool decode(const std::string& data);
 
     /// The same for `size` bytes of any byte type; a null pointer counts as no bytes.
     bool decode(const void* data, u64 size);
 
-    /// The field list, in the order of positions; fields of one position stand in the order in
-    /// which the message added them. Its texts are made by this call.
+    /// A new field list, in the order of positions; fields of one position stand in the order in
+    /// which the message added them. Empty before a decode. Each call makes the texts anew.
     virtual std::vector<ADSBMessageField> fields() const;
 
-    /// One line of text on the message.
+    /// The message as one line of text, in a form of its class.
     virtual std::string description() const;
 
     /// The seven ME bytes; empty before a decode.
@@ -148,41 +170,55 @@ public:
     /// data() as two upper-case hexadecimal digits a byte.
     std::string dataHexString() const;
 
-    /// The result of the last decode that got as far as the payload.
+    /// Whether the last payload of the right type code was understood; false before a decode.
     bool valid() const { return _valid; }
 
+    /// The kind of payload, fixed by the class.
     ADSBMessageType type() const { return _type; }
 
-    /// 0 to 31; 0 before a decode.
+    /// The type code, 0 to 31: the first five bits of the payload; 0 before a decode.
     u8 typeCode() const { return _typeCode; }
 
-    /// Names of this message's type; they live as long as the library.
+    /// Name of this message's type, such as "POS_AIR", in full "Airborne Position"; it lives as
+    /// long as the library.
+    ///@{
     const std::string& typeName() const { return typeName(_type); }
     const std::string& typeFullName() const { return typeFullName(_type); }
+    ///@}
 
-    /// Names of any type; those of RESERVED for a value that is none.
+    /// Name of any type; that of RESERVED for a value that is none. It lives as long as the
+    /// library.
+    ///@{
     static const std::string& typeName(ADSBMessageType type);
     static const std::string& typeFullName(ADSBMessageType type);
+    ///@}
 
-    /// The type of a type code; RESERVED for one that has none.
+    /// The type of a type code (RTCA DO-260B, table 2-15); RESERVED for one that has none, and
+    /// above 31.
     static ADSBMessageType typeByCode(u8 typeCode);
 
-    /// Milliseconds since 1970-01-01 UTC. At first the whole second in which the message was built.
+    /// When the payload was received, in milliseconds since 1970-01-01 UTC. At first the whole
+    /// second of the system clock in which the message was built; decode() leaves it alone.
+    ///@{
     u64 timeStamp() const { return _timeStamp; }
     void setTimeStamp(u64 stamp) { _timeStamp = stamp; }
+    ///@}
 
     /// The receiver's amplitude, in the receiver's own unit; 0 if never set.
+    ///@{
     u8 signalAmplitude() const { return _signalAmplitude; }
     void setSignalAmplitude(const u8& amplitude) { _signalAmplitude = amplitude; }
+    ///@}
 
 protected:
+    /// A message of the type with no data yet, stamped with the current second.
     explicit ADSBMessage(ADSBMessageType type);
 
-    /// The message's own step. Runs with seven bytes in data() and typeCode() set; gives whether
-    /// the payload was understood.
+    /// The class's own step of decode(). Runs with seven bytes in data() and typeCode() set; gives
+    /// whether the payload was understood. A class below another one calls that one's step first.
     virtual bool decodeImpl() = 0;
 
-    /// Appends to the field list; decode() puts it in order.
+    /// Appends a copy to the field list, for decodeImpl() to call; decode() puts the list in order.
     void addField(const ADSBMessageField& field);
 
 private:
@@ -190,11 +226,10 @@ private:
 
     /// The field list before its texts are made.
     struct FieldList {
-        /// A value and the layout that makes its text. Without a layout, `value` is an index into
-        /// `given`.
+        /// A value and the layout that makes its text, or the index of a field in `given`.
         struct Entry {
-            const WireLayout* layout;
-            std::int64_t value;
+            const WireLayout* layout; ///< null: the field is in `given`
+            std::int64_t value;       ///< what the text is made of, or the index
         };
 
         FieldList() = default;
@@ -203,7 +238,7 @@ private:
         FieldList& operator=(FieldList other) noexcept; // so that both vectors are assigned or none
         ~FieldList() = default;
 
-        std::vector<Entry> entries;
+        std::vector<Entry> entries;          ///< sorted by decode()
         std::vector<ADSBMessageField> given; ///< to addField()
     };
 
