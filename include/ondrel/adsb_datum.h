@@ -9,15 +9,15 @@ namespace tolvarin::ondrel {
 /// A datum of an aircraft with its times, in milliseconds since 1970-01-01 UTC; 0 means never.
 template <class Value>
 struct ADSBDatum {
-    Value value{};
+    Value value{};      ///< 0, false or empty until the first one is received
     u64 lastUpdate = 0; ///< when it was last received
     u64 lastChange = 0; ///< when it last took a new value; stays 0 where changes are not kept
 };
 
-/// A position in degrees, north and east positive.
+/// A position in degrees (WGS 84), north and east positive.
 struct ADSBPosition {
-    double latitude = 0;
-    double longitude = 0;
+    double latitude = 0;  ///< degrees, north positive
+    double longitude = 0; ///< degrees, east positive
 };
 
 } // namespace tolvarin::ondrel
