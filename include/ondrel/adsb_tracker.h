@@ -26,48 +26,77 @@ class TargetTable;
 ///
 /// The tracker has no clock: times come with messages and calls, in milliseconds since 1970-01-01
 /// UTC, and nothing expires by itself. It keeps no pointer to a message. A tracker belongs to one
-/// thread at a time, together with its copies: copies share their targets.
+/// thread at a time, together with its copies: copies share their targets. Only exhausted memory
+/// throws.
 class ONDREL_EXPORT ADSBTracker {
 public:
+    /// A tracker without targets, its altitude check off. Writes two lines to the log.
     ADSBTracker();
+
+    /// A copy has its own table, which shares the targets of the other tracker: a message that one
+    /// of the two processes shows in both. Settings and the next track number are copied.
+    ///@{
     ADSBTracker(const ADSBTracker&);
     ADSBTracker& operator=(const ADSBTracker&);
-    /// Leaves the other tracker with an empty table.
+    ///@}
+
+    /// Takes over the targets and copies the settings. The other tracker is left with an empty
+    /// table.
+    ///@{
     ADSBTracker(ADSBTracker&&) noexcept;
     ADSBTracker& operator=(ADSBTracker&&) noexcept;
+    ///@}
+
+    /// Destroys the targets, except those that a copy of the tracker still holds.
     ~ADSBTracker();
 
-    /// Takes a message into its target, which it makes for a new address where the message is
-    /// believed. Gives the target, which lives until it leaves the table; null for a null message,
-    /// an uplink, a format that is not tracked (a line in the log), a confidence too low, an
-    /// all-call reply of an unknown address, and a new address when the table is full.
+    /// Takes a message into the target of its address, which it makes if there is none. It
+    /// believes DF-0, 4, 5, 11, 16, 20 and 21 from ModeSMessage::Medium on, and DF-17 with
+    /// ModeSMessage::High only. A DF-11 makes no target.
+    ///
+    /// Gives the target, which belongs to the tracker and lives until it leaves the table. Gives
+    /// null and changes nothing for a null message, an uplink, another format (a line in the log),
+    /// a confidence too low, a DF-11 of an address that is not in the table, and a new address when
+    /// the table is full. A DF-17 whose payload does not decode still sets last update and signal
+    /// amplitude.
     const ADSBTarget* procModeSMsg(const ModeSMessage* message);
 
     /// Takes a report into the target of its address, which it makes if there is none. The report
-    /// wins over what the target holds, older or not; quality, MOPS version, SPI and alert are not
-    /// taken over. Gives the target; null for null, a report that is not valid, and a new address
+    /// wins over what the target holds, older or not, and its track number is not checked against
+    /// other targets. A datum is taken over if its flag is set; the altitude check applies. Quality
+    /// indicators, MOPS version, SPI and alert are not taken over.
+    ///
+    /// Gives the target, which belongs to the tracker and lives until it leaves the table. Gives
+    /// null and changes nothing for a null report, a report that is not valid, and a new address
     /// when the table is full.
     const ADSBTarget* procTargetReport(const ADSBTargetReport* report);
 
-    /// Decodes an ME field as the aircraft of that address would be read, or as of MOPS version 0
-    /// when it is not in the table. Gives a new message that the caller owns and deletes, or null.
+    /// Decodes an ME field by the MOPS version of the target of that address, or by version 0 when
+    /// there is none. Gives a new message, which the caller owns and deletes, or null for what
+    /// ADSBDecoder::decode refuses. No target changes.
     ADSBMessage* decodeADSBMsg(u32 icaoAddress, const std::string& data) const;
 
-    /// Sets the altitude check: off at the start. A new altitude within `seconds` of the last one
-    /// accepted is believed only if it lies at most `limit` feet from it.
+    /// Sets the altitude check: off at the start, with 4 seconds and 150 feet. When it is on, an
+    /// altitude less than `seconds` after the last one accepted is believed only if it lies at most
+    /// `limit` feet from it. Any values are taken; reset() leaves them.
     void setAltituteBaroChecking(bool enabled, u32 seconds, u32 limit);
 
     /// Copies of all targets, in ascending order of address; so are all lists below.
     std::vector<ADSBTarget> allTargets() const;
 
-    /// Copies of the targets whose last update is above `from`, and at most `to`.
+    /// Copies of the targets whose last update is above `from` and, where it is given, at most
+    /// `to`: calls with (a, b) and (b, c) miss no update and see none twice.
+    ///@{
     std::vector<ADSBTarget> allTargetsSince(u64 from);
     std::vector<ADSBTarget> allTargetsSince(u64 from, u64 to);
+    ///@}
 
-    /// Removes every target whose last update is at most `time`; gives copies of them.
+    /// Removes every target whose last update is at most `time`; gives copies of them. Writes a
+    /// line for each to the log. Pointers to these targets are no longer valid.
     std::vector<ADSBTarget> killTargets(u64 time);
 
-    /// Empties the table and numbers from 1 again. The altitude check stays as set.
+    /// Empties the table and numbers from 1 again. The altitude check stays as set. Pointers to
+    /// targets are no longer valid.
     void reset();
 
 private:
