@@ -1,9 +1,14 @@
 # What every target of this project is compiled with; link ondrel_options privately.
 
+# Compilers that take the options of g++.
+set(gnu_like $<CXX_COMPILER_ID:GNU,Clang,AppleClang>)
+
 add_library(ondrel_options INTERFACE)
-target_compile_options(
-    ondrel_options
-    INTERFACE
+target_compile_features(ondrel_options INTERFACE cxx_std_17)
+
+# Warnings are for those who work on ondrel, not for those who use it.
+if(PROJECT_IS_TOP_LEVEL)
+    set(warnings
         -Wall
         -Wextra
         -Wpedantic
@@ -18,11 +23,13 @@ target_compile_options(
         -Wnull-dereference
         -Wdouble-promotion
         -Wformat=2
-        -Wundef
-        $<$<CXX_COMPILER_ID:GNU>:-Wlogical-op>
-        $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond>
-        $<$<BOOL:${ONDREL_WERROR}>:-Werror>)
+        -Wundef)
+    target_compile_options(
+        ondrel_options INTERFACE "$<${gnu_like}:${warnings}>"
+                                 "$<$<CXX_COMPILER_ID:GNU>:-Wlogical-op;-Wduplicated-cond>")
+endif()
 
+set(sanitizers "")
 if(ONDREL_SANITIZE)
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
 elseif(ONDREL_THREAD_SANITIZE)

@@ -2,12 +2,17 @@
 /// The visibility of the library's symbols.
 #pragma once
 
-#if defined(__GNUC__) || defined(__clang__)
-/// Marks what the shared library exports; everything else is hidden.
+/// Marks what a shared library exports; everything else is hidden. ONDREL_STATIC, which the CMake
+/// target defines for a static library, hides all.
+#if (defined(__GNUC__) || defined(__clang__)) && !defined(ONDREL_STATIC)
 #define ONDREL_EXPORT __attribute__((visibility("default")))
-/// Lets the compiler check a print format at argument `text` against the arguments from `first`.
-#define ONDREL_PRINT_FORMAT(text, first) __attribute__((format(printf, text, first)))
 #else
 #define ONDREL_EXPORT
+#endif
+
+/// Lets the compiler check a print format at argument `text` against the arguments from `first`.
+#if defined(__GNUC__) || defined(__clang__)
+#define ONDREL_PRINT_FORMAT(text, first) __attribute__((format(printf, text, first)))
+#else
 #define ONDREL_PRINT_FORMAT(text, first)
 #endif
