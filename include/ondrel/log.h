@@ -1,5 +1,5 @@
 /// @file
-/// What the library has to say: levels, the installable sink and the line format.
+/// The log: levels, the installable sink and the line format.
 #pragma once
 
 #include <ondrel/export.h>
@@ -12,18 +12,25 @@
 namespace tolvarin::ondrel {
 
 /// A sink for log lines. The library never owns or deletes a handler: the application keeps it
-/// alive while it is installed.
+/// alive while it is installed. Its destructor is protected, so that nobody deletes it through this
+/// class.
 class ONDREL_EXPORT LogHandler {
 public:
+    /// The class holds no data. A copy is not installed.
+    ///@{
     LogHandler(const LogHandler&) = default;
     LogHandler& operator=(const LogHandler&) = default;
+    ///@}
 
     /// Takes one finished line, without a line end. Runs on the thread that logs, inside the
-    /// library call that logs; with several such threads it is called from all of them at once.
+    /// library call that logs; with several such threads it is called from all of them at once. It
+    /// should not throw: the exception would leave that library call half done.
     virtual void writeLine(const std::string& line) = 0;
 
 protected:
+    /// A handler that is not installed.
     LogHandler() = default;
+    /// Does not take the handler out of the log; do that first.
     ~LogHandler() = default;
 };
 
@@ -31,16 +38,19 @@ protected:
 /// as the longest name shown so far, and at least ten. Without a handler lines go to std::clog.
 ///
 /// All operations may be called from any number of threads at once. Every line is handed over
-/// whole. For std::clog that holds as long as it is what it is at the start, synchronised with the
-/// C streams: with a buffer of your own in it, and several threads, install a handler.
+/// whole. With std::clog this needs the stream as it is when a program starts, synchronised with
+/// the C streams. If you give it a buffer of your own and several threads log, install a handler.
+///
+/// Throws only when memory is exhausted, and what the handler throws.
 class ONDREL_EXPORT Log {
 public:
+    /// How serious a line is, the least serious first. A value that is none shows as "UNKNOWN".
     enum Level : i32 {
-        Debug = 0,
-        Info = 1,
-        Warning = 2,
-        Critical = 3,
-        Panic = 4,
+        Debug = 0,    ///< details: undefined formats, removed targets
+        Info = 1,     ///< normal use: new objects, repairs, replies that fail their parity
+        Warning = 2,  ///< valid input that the library does not support
+        Critical = 3, ///< input with reserved or contradictory values
+        Panic = 4,    ///< for applications; the library writes none
     };
 
     /// Writes one line if `level` is at least the show level. The message may have any length.
@@ -51,7 +61,7 @@ public:
     static void log(Level level, const std::string& module, const char* format, ...)
         ONDREL_PRINT_FORMAT(3, 4);
 
-    /// The lowest level that is shown; `Info` at the start.
+    /// Sets the lowest level that is shown; it is `Info` at the start. Any value is taken.
     static void setShowLevel(Level level);
 
     /// Installs a sink in place of the one before; null brings std::clog back. The old handler may

@@ -8,7 +8,8 @@
 
 namespace tolvarin::ondrel {
 
-/// Tells which library this is. Static operations only; any thread may call them at any time.
+/// Tells which library this is. Static operations only; any thread may call them at any time. Only
+/// exhausted memory throws.
 class ONDREL_EXPORT Ondrel {
 public:
     /// Major, minor and patch number joined by points, such as "0.4.0".

@@ -1,15 +1,15 @@
 /// @file
-/// The vocabulary that all class families share.
+/// The types and enumerations that all classes share.
 #pragma once
 
 #include <cstdint>
 
 namespace tolvarin::ondrel {
 
-using u8 = std::uint8_t;
-using u32 = std::uint32_t;
-using u64 = std::uint64_t;
-using i32 = std::int32_t;
+using u8 = std::uint8_t;   ///< a byte, or a number that fits into one
+using u32 = std::uint32_t; ///< addresses, parities and raw codes
+using u64 = std::uint64_t; ///< time stamps, lengths and counts
+using i32 = std::int32_t;  ///< altitudes, rates, and the type under every enumeration
 
 /// The edition of the ADS-B MOPS that an aircraft follows.
 enum MOPSVersion : i32 {
@@ -27,8 +27,8 @@ enum CPRFormat : i32 {
 
 /// The step of an altitude code; the value is the step itself, in feet.
 enum AltitudeResolution : i32 {
-    Resolution25Ft = 25,
-    Resolution100Ft = 100,
+    Resolution25Ft = 25,   ///< Q bit 1
+    Resolution100Ft = 100, ///< Q bit 0
 };
 
 /// What an altitude or a vertical rate is measured by.
