@@ -15,40 +15,44 @@ namespace tolvarin::ondrel {
 /// A downlink message: checks that the frame's first five bits are the class's format.
 class ONDREL_EXPORT DFMessage : public ModeSMessage {
 public:
-    /// The downlink format; the value is the code. DF24 stands for every code from 24 on.
+    /// The downlink format; the value is the code. ModeSDecoder gives null for those that have no
+    /// class below.
     enum DownlinkFormat : i32 {
-        DF0 = 0,
-        DF1 = 1,
-        DF2 = 2,
-        DF3 = 3,
-        DF4 = 4,
-        DF5 = 5,
-        DF6 = 6,
-        DF7 = 7,
-        DF8 = 8,
-        DF9 = 9,
-        DF10 = 10,
-        DF11 = 11,
-        DF12 = 12,
-        DF13 = 13,
-        DF14 = 14,
-        DF15 = 15,
-        DF16 = 16,
-        DF17 = 17,
-        DF18 = 18,
-        DF19 = 19,
-        DF20 = 20,
-        DF21 = 21,
-        DF22 = 22,
-        DF23 = 23,
-        DF24 = 24,
+        DF0 = 0,   ///< short air-air surveillance, ACAS reply
+        DF1 = 1,   ///< reserved
+        DF2 = 2,   ///< reserved
+        DF3 = 3,   ///< reserved
+        DF4 = 4,   ///< surveillance, altitude reply
+        DF5 = 5,   ///< surveillance, identity reply
+        DF6 = 6,   ///< reserved
+        DF7 = 7,   ///< reserved
+        DF8 = 8,   ///< reserved
+        DF9 = 9,   ///< reserved
+        DF10 = 10, ///< reserved
+        DF11 = 11, ///< all-call reply
+        DF12 = 12, ///< reserved
+        DF13 = 13, ///< reserved
+        DF14 = 14, ///< reserved
+        DF15 = 15, ///< reserved
+        DF16 = 16, ///< long air-air surveillance, ACAS reply
+        DF17 = 17, ///< extended squitter
+        DF18 = 18, ///< extended squitter of a device that is no transponder
+        DF19 = 19, ///< military extended squitter
+        DF20 = 20, ///< Comm-B, altitude reply
+        DF21 = 21, ///< Comm-B, identity reply
+        DF22 = 22, ///< reserved
+        DF23 = 23, ///< reserved
+        DF24 = 24, ///< Comm-D, extended length message: all codes from 24 to 31
     };
 
+    /// A copy of all members.
     DFMessage(const DFMessage&);
     ~DFMessage() override;
 
+    /// Such as "Mode-S DF-17 Message".
     std::string description() const override;
 
+    /// The format of the class, whatever the last frame held.
     DownlinkFormat downlinkFormat() const { return _downlinkFormat; }
 
     /// "DF-0" to "DF-24". Lives as long as the library.
@@ -58,10 +62,13 @@ public:
     static DownlinkFormat downlinkFormatByCode(u8 code);
 
 protected:
+    /// A message of that format with no data yet.
     explicit DFMessage(DownlinkFormat format);
+    /// Takes over the bytes and copies the rest. The other message is to be decoded anew.
     DFMessage(DFMessage&&) noexcept;
 
-    /// The check of the format; every concrete class runs it first.
+    /// Checks the format; every concrete class runs it first. False, with a line in the log, for a
+    /// frame of another format.
     bool decodeImpl() override;
 
     struct Steps; ///< what the library's formats share when they decode
@@ -74,18 +81,25 @@ private:
 /// in the reply can be checked.
 class ONDREL_EXPORT DF0Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF0Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// VS and AC, such as "VS: AIR; AC: 36000".
     std::string description() const override;
 
+    /// A field of the message: vertical status (VS), altitude code (AC) or address/parity (AP). The
+    /// reference lives as long as the message.
+    ///@{
     ModeSMessageFieldVS& fieldVS() { return _fieldVS; }
     const ModeSMessageFieldVS& constFieldVS() const { return _fieldVS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
     const ModeSMessageFieldAC& constFieldAC() const { return _fieldAC; }
     ModeSMessageFieldAP& fieldAP() { return _fieldAP; }
     const ModeSMessageFieldAP& constFieldAP() const { return _fieldAP; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -98,18 +112,25 @@ private:
 /// DF-4, surveillance, altitude reply: FS, AC, AP; 56 bits. Its address is a candidate only.
 class ONDREL_EXPORT DF4Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF4Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// FS and AC, such as "FS: AIR; AC: 36000".
     std::string description() const override;
 
+    /// A field of the message: flight status (FS), altitude code (AC) or address/parity (AP). The
+    /// reference lives as long as the message.
+    ///@{
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     const ModeSMessageFieldFS& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
     const ModeSMessageFieldAC& constFieldAC() const { return _fieldAC; }
     ModeSMessageFieldAP& fieldAP() { return _fieldAP; }
     const ModeSMessageFieldAP& constFieldAP() const { return _fieldAP; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -122,18 +143,25 @@ private:
 /// DF-5, surveillance, identity reply: FS, ID, AP; 56 bits. Its address is a candidate only.
 class ONDREL_EXPORT DF5Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF5Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// FS and ID, such as "FS: AIR; ID: 7000".
     std::string description() const override;
 
+    /// A field of the message: flight status (FS), identity (ID) or address/parity (AP). The
+    /// reference lives as long as the message.
+    ///@{
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     const ModeSMessageFieldFS& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldID& fieldID() { return _fieldID; }
     const ModeSMessageFieldID& constFieldID() const { return _fieldID; }
     ModeSMessageFieldAP& fieldAP() { return _fieldAP; }
     const ModeSMessageFieldAP& constFieldAP() const { return _fieldAP; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -147,18 +175,25 @@ private:
 /// interrogator identifier out of range.
 class ONDREL_EXPORT DF11Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF11Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// CA, AA and PI, such as "CA: 5; AA: 4840D6; PI: F8740F".
     std::string description() const override;
 
+    /// A field of the message: capability (CA), address announced (AA) or parity/interrogator
+    /// identifier (PI). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldCA& fieldCA() { return _fieldCA; }
     const ModeSMessageFieldCA& constFieldCA() const { return _fieldCA; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
     const ModeSMessageFieldAA& constFieldAA() const { return _fieldAA; }
     ModeSMessageFieldPI& fieldPI() { return _fieldPI; }
     const ModeSMessageFieldPI& constFieldPI() const { return _fieldPI; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -171,12 +206,18 @@ private:
 /// DF-16, long air-air surveillance: VS, AC, MV, AP; 112 bits. Its address is a candidate only.
 class ONDREL_EXPORT DF16Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF16Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// VS and AC, such as "VS: AIR; AC: 36000".
     std::string description() const override;
 
+    /// A field of the message: vertical status (VS), altitude code (AC), ACAS message (MV) or
+    /// address/parity (AP). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldVS& fieldVS() { return _fieldVS; }
     const ModeSMessageFieldVS& constFieldVS() const { return _fieldVS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
@@ -185,6 +226,7 @@ public:
     const ModeSMessageFieldMV& constFieldMV() const { return _fieldMV; }
     ModeSMessageFieldAP& fieldAP() { return _fieldAP; }
     const ModeSMessageFieldAP& constFieldAP() const { return _fieldAP; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -198,12 +240,18 @@ private:
 /// DF-17, extended squitter: CA, AA, ME, PI; 112 bits. Refused when its parity fails.
 class ONDREL_EXPORT DF17Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF17Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// CA, AA and ME, such as "CA: 5; AA: 4840D6; ME: 202CC371C32CE0".
     std::string description() const override;
 
+    /// A field of the message: capability (CA), address announced (AA), message (ME) or
+    /// parity/interrogator identifier (PI). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldCA& fieldCA() { return _fieldCA; }
     const ModeSMessageFieldCA& constFieldCA() const { return _fieldCA; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -212,6 +260,7 @@ public:
     const ModeSMessageFieldME& constFieldME() const { return _fieldME; }
     ModeSMessageFieldPI& fieldPI() { return _fieldPI; }
     const ModeSMessageFieldPI& constFieldPI() const { return _fieldPI; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -226,12 +275,18 @@ private:
 /// parity fails; any CF is taken.
 class ONDREL_EXPORT DF18Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF18Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// CF, AA and ME, such as "CF: 0; AA: 4840D6; ME: 202CC371C32CE0".
     std::string description() const override;
 
+    /// A field of the message: control field (CF), address announced (AA), message (ME) or
+    /// parity/interrogator identifier (PI). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldCF& fieldCF() { return _fieldCF; }
     const ModeSMessageFieldCF& constFieldCF() const { return _fieldCF; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -240,6 +295,7 @@ public:
     const ModeSMessageFieldME& constFieldME() const { return _fieldME; }
     ModeSMessageFieldPI& fieldPI() { return _fieldPI; }
     const ModeSMessageFieldPI& constFieldPI() const { return _fieldPI; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -254,12 +310,18 @@ private:
 /// an AF other than 0 the message holds AF alone: the other fields stay invalid and the address 0.
 class ONDREL_EXPORT DF19Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF19Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// AF, AA and ME, such as "AF: 0; AA: 4840D6; ME: 202CC371C32CE0".
     std::string description() const override;
 
+    /// A field of the message: application field (AF), address announced (AA), message (ME) or
+    /// parity/interrogator identifier (PI). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldAF& fieldAF() { return _fieldAF; }
     const ModeSMessageFieldAF& constFieldAF() const { return _fieldAF; }
     ModeSMessageFieldAA& fieldAA() { return _fieldAA; }
@@ -268,6 +330,7 @@ public:
     const ModeSMessageFieldME& constFieldME() const { return _fieldME; }
     ModeSMessageFieldPI& fieldPI() { return _fieldPI; }
     const ModeSMessageFieldPI& constFieldPI() const { return _fieldPI; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -281,12 +344,18 @@ private:
 /// DF-20, Comm-B, altitude reply: FS, AC, MB, AP; 112 bits. Its address is a candidate only.
 class ONDREL_EXPORT DF20Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF20Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// FS and AC, such as "FS: AIR; AC: 36000".
     std::string description() const override;
 
+    /// A field of the message: flight status (FS), altitude code (AC), Comm-B message (MB) or
+    /// address/parity (AP). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     const ModeSMessageFieldFS& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldAC& fieldAC() { return _fieldAC; }
@@ -295,6 +364,7 @@ public:
     const ModeSMessageFieldMB& constFieldMB() const { return _fieldMB; }
     ModeSMessageFieldAP& fieldAP() { return _fieldAP; }
     const ModeSMessageFieldAP& constFieldAP() const { return _fieldAP; }
+    ///@}
 
 private:
     bool decodeImpl() override;
@@ -308,12 +378,18 @@ private:
 /// DF-21, Comm-B, identity reply: FS, ID, MB, AP; 112 bits. Its address is a candidate only.
 class ONDREL_EXPORT DF21Message : public DFMessage {
 public:
+    /// A message with no data yet.
     DF21Message();
 
     u8 bits() const override;
     std::vector<const ModeSMessageField*> fields() const override;
+
+    /// FS and ID, such as "FS: AIR; ID: 7000".
     std::string description() const override;
 
+    /// A field of the message: flight status (FS), identity (ID), Comm-B message (MB) or
+    /// address/parity (AP). The reference lives as long as the message.
+    ///@{
     ModeSMessageFieldFS& fieldFS() { return _fieldFS; }
     const ModeSMessageFieldFS& constFieldFS() const { return _fieldFS; }
     ModeSMessageFieldID& fieldID() { return _fieldID; }
@@ -322,6 +398,7 @@ public:
     const ModeSMessageFieldMB& constFieldMB() const { return _fieldMB; }
     ModeSMessageFieldAP& fieldAP() { return _fieldAP; }
     const ModeSMessageFieldAP& constFieldAP() const { return _fieldAP; }
+    ///@}
 
 private:
     bool decodeImpl() override;

@@ -12,16 +12,18 @@ namespace tolvarin::ondrel {
 
 class ModeSMessageField;
 
-/// A Mode S message (ICAO Annex 10 Volume IV, 3.1.2): its raw bytes, their parity, the aircraft
-/// address, and what the layers above attach to a reply. The concrete classes are in df_messages.h.
+/// A Mode S message (ICAO Annex 10 Volume IV, 3.1.2): its raw bytes, their parity and the aircraft
+/// address, with the confidence, time stamp and amplitude that others attach to it. The concrete
+/// classes are in df_messages.h.
 ///
-/// Raw bytes travel in std::string as a counted buffer: byte 0 is first on the wire, and the top
-/// bit of a byte first. A message belongs to one thread at a time.
+/// A std::string of raw bytes is a counted buffer. Byte 0 is first on the wire; in each byte the
+/// top bit is first. A message belongs to one thread at a time. Only exhausted memory throws.
 class ONDREL_EXPORT ModeSMessage {
 public:
+    /// The direction of a message.
     enum ModeSMsgType : i32 {
-        Uplink = 0,
-        Downlink = 1,
+        Uplink = 0,   ///< from an interrogator to an aircraft; the library has no class for these
+        Downlink = 1, ///< from an aircraft: replies and squitters
     };
 
     /// Where the time stamp comes from.
@@ -38,8 +40,11 @@ public:
         High = 3,   ///< proved by its parity, or by a known and recent address or interrogator
     };
 
+    /// A copy of all members.
     ModeSMessage(const ModeSMessage&);
+    /// A message keeps its format, so that messages cannot be assigned.
     ModeSMessage& operator=(const ModeSMessage&) = delete;
+    /// Virtual: a caller deletes what ModeSDecoder::decode gave it through this class.
     virtual ~ModeSMessage();
 
     /// Length of this message in bits: 56 or 112.
@@ -51,7 +56,7 @@ public:
     /// One line of text on the message.
     virtual std::string description() const;
 
-    /// Decodes a frame. Needs at least size() bytes; those behind are kept in data() but not read.
+    /// Decodes a frame. Needs at least size() bytes; more bytes are kept in data() but not read.
     /// False, and valid() false, when the frame is too short or the format refuses it. May run
     /// again on the same object; what the decoder attached (confidence, stamp, amplitude) then
     /// stays.
@@ -66,7 +71,7 @@ public:
     /// The result of the last decode.
     bool valid() const { return _valid; }
 
-    /// The bytes of the last decode, whole, also when too short or longer than the message.
+    /// All bytes that the last decode was given, also when they were too few or too many.
     const std::string& data() const { return _data; }
 
     /// data() as two upper-case hexadecimal digits a byte.
@@ -84,24 +89,36 @@ public:
     /// The address in upper-case hexadecimal, two digits at least.
     std::string icaoAddressHexString() const;
 
+    /// `Downlink` for every message of the library.
     ModeSMsgType modeSMsgType() const { return _modeSMsgType; }
 
     /// "Uplink" or "Downlink". Lives as long as the library.
     const std::string& modeSMsgTypeName() const;
 
+    /// How far the message can be believed; `None` until ModeSDecoder has graded it. ADSBTracker
+    /// takes data from a message by its confidence.
+    ///@{
     Confidence confidence() const { return _confidence; }
     void setConfidence(Confidence confidence) { _confidence = confidence; }
+    ///@}
 
+    /// Where timeStamp() comes from; `Internal` at first. The setter leaves the stamp as it is.
+    ///@{
     TimeSource timeSource() const { return _timeSource; }
     void setTimeSource(const TimeSource& source) { _timeSource = source; }
+    ///@}
 
     /// Milliseconds since 1970-01-01 UTC. At first the whole second in which the message was built.
+    ///@{
     u64 timeStamp() const { return _timeStamp; }
     void setTimeStamp(const u64& stamp) { _timeStamp = stamp; }
+    ///@}
 
     /// The receiver's amplitude, in the receiver's own unit; 0 if never set.
+    ///@{
     u8 signalAmplitude() const { return _signalAmplitude; }
     void setSignalAmplitude(u8 amplitude) { _signalAmplitude = amplitude; }
+    ///@}
 
     /// Repairs one inverted bit: inverts the lowest bit of `data` with which the frame's parity
     /// becomes `parity`, and puts its position (0 is the first on the wire) into `pos`. False, with
@@ -112,9 +129,12 @@ public:
     bool fixError2Bits(std::string& data, u8& pos1, u8& pos2, u32 parity) const;
 
 protected:
+    /// A message with no data yet, stamped with the current second.
     explicit ModeSMessage(ModeSMsgType type);
+    /// Takes over the bytes and copies the rest. The other message is to be decoded anew.
     ModeSMessage(ModeSMessage&&) noexcept;
 
+    /// For decodeImpl(): the 24-bit address of the message. It is not checked.
     void setIcaoAddress(u32 address) { _icaoAddress = address; }
 
     /// The parity of data().
