@@ -1,5 +1,5 @@
 /// @file
-/// The way from an ME field to a typed ADS-B message.
+/// From an ME field to a typed ADS-B message.
 #pragma once
 
 #include <ondrel/adsb_message.h>
@@ -11,9 +11,10 @@
 namespace tolvarin::ondrel {
 
 /// Picks the message class for a type code and MOPS version, and decodes. It holds no state; any
-/// number of threads may use one decoder.
+/// number of threads may use one decoder. Only exhausted memory throws.
 class ONDREL_EXPORT ADSBDecoder {
 public:
+    /// Writes "Initialized." into the log.
     ADSBDecoder();
 
     /// Decodes the first seven bytes of `data` as an aircraft of `version` means them. Gives a new

@@ -14,12 +14,14 @@ namespace tolvarin::ondrel {
 /// fields() and description() show. Subtypes 2 and 3 are refused with a line in the log.
 class ONDREL_EXPORT ADSBTargetStatusMessage : public ADSBMessage {
 public:
-    /// 0 to 3.
+    /// The subtype on the wire, 0 to 3.
     u8 subtype() const { return _subtype; }
 
+    /// Such as "TC=TG_STATUS, ST=0, NACp=9, NICbaro=1, SIL=3".
     std::string description() const override;
 
 protected:
+    /// A message with no data yet.
     ADSBTargetStatusMessage();
 
     bool decodeImpl() override;
@@ -34,14 +36,18 @@ private:
 /// Target state and status of MOPS version 1.
 class ONDREL_EXPORT ADSBTargetStatusMessageV1 : public ADSBTargetStatusMessage {
 public:
+    /// A message with no data yet.
     ADSBTargetStatusMessageV1();
 };
 
 /// Target state and status of MOPS version 2: subtype 1 only.
 class ONDREL_EXPORT ADSBTargetStatusMessageV2 : public ADSBTargetStatusMessage {
 public:
+    /// A message with no data yet.
     ADSBTargetStatusMessageV2();
 
+    /// The text of the base class with the SIL supplement at its end, such as
+    /// "..., SIL=3, SILsupp=0".
     std::string description() const override;
 
 protected:
