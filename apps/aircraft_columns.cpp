@@ -1,7 +1,6 @@
 #include "apps/aircraft_columns.h"
 
-#include "apps/hex.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -139,14 +138,6 @@ std::optional<std::string> callsignOf(const ADSBTarget& aircraft) {
 bool isAlarming(const ADSBTarget& aircraft) {
     const u32 squawk = aircraft.squawk();
     return aircraft.squawkValid() && (squawk == 07500 || squawk == 07600 || squawk == 07700);
-}
-
-std::string squawkText(u32 squawk) {
-    std::string digits(4, '0');
-    for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, squawk /= 8) {
-        *digit = static_cast<char>('0' + squawk % 8);
-    }
-    return digits;
 }
 
 u64 ageOf(const ADSBTarget& aircraft, u64 newestMs) {

@@ -48,9 +48,6 @@ std::optional<std::string> callsignOf(const ADSBTarget& aircraft);
 /// emergency.
 bool isAlarming(const ADSBTarget& aircraft);
 
-/// Four octal digits.
-std::string squawkText(u32 squawk);
-
 /// How long ago the aircraft was last heard when `newestMs` was.
 u64 ageOf(const ADSBTarget& aircraft, u64 newestMs);
 

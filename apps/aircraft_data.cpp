@@ -1,7 +1,7 @@
 #include "apps/aircraft_data.h"
 
 #include "apps/aircraft_columns.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 
 #include <utility>
 

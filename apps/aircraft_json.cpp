@@ -2,7 +2,7 @@
 
 #include "apps/aircraft_columns.h"
 #include "apps/aircraft_data.h"
-#include "apps/hex.h"
+#include "apps/common/text.h"
 
 #include <string>
 #include <vector>

@@ -2,9 +2,7 @@
 
 #include "apps/aircraft_columns.h"
 #include "apps/aircraft_data.h"
-#include "apps/columns.h"
-#include "apps/hex.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 
 #include <cstddef>
 #include <initializer_list>

@@ -1,7 +1,7 @@
 #include "apps/aircraft_table.h"
 
 #include "apps/aircraft_columns.h"
-#include "apps/columns.h"
+#include "apps/common/text.h"
 
 #include <algorithm>
 #include <cstddef>

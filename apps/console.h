@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/output.h"
+#include "apps/common/file.h"
 #include "apps/progress.h"
 
 #include <ondrel/types.h>

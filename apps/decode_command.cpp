@@ -1,9 +1,9 @@
 #include "apps/decode_command.h"
 
+#include "apps/common/file.h"
 #include "apps/console.h"
 #include "apps/decode_summary.h"
 #include "apps/json_form.h"
-#include "apps/output.h"
 #include "apps/text_form.h"
 
 #include <map>

@@ -1,6 +1,6 @@
 #include "apps/json_form.h"
 
-#include "apps/hex.h"
+#include "apps/common/text.h"
 
 namespace tolvarin::ondrel::client {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/file.h"
+#include "apps/common/file.h"
 
 #include <ondrel/types.h>
 

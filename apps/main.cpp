@@ -1,5 +1,5 @@
+#include "apps/common/failure.h"
 #include "apps/decode_command.h"
-#include "apps/file.h"
 #include "apps/simulate_command.h"
 #include "apps/track_command.h"
 

@@ -1,6 +1,6 @@
 #include "apps/option_checks.h"
 
-#include "apps/hex.h"
+#include "apps/common/text.h"
 
 #include <algorithm>
 #include <charconv>

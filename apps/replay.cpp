@@ -1,6 +1,6 @@
 #include "apps/replay.h"
 
-#include "apps/interruption.h"
+#include "apps/common/interruption.h"
 
 #include <algorithm>
 

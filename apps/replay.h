@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/output.h"
+#include "apps/common/file.h"
 #include "apps/reply_line.h"
 
 #include <ondrel/types.h>

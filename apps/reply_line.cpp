@@ -1,6 +1,6 @@
 #include "apps/reply_line.h"
 
-#include "apps/hex.h"
+#include "apps/common/text.h"
 
 #include <cstddef>
 #include <limits>

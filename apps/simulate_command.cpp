@@ -1,7 +1,7 @@
 #include "apps/simulate_command.h"
 
+#include "apps/common/file.h"
 #include "apps/option_checks.h"
-#include "apps/output.h"
 
 #include "simulator/recording.h"
 

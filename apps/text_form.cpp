@@ -1,8 +1,6 @@
 #include "apps/text_form.h"
 
-#include "apps/columns.h"
-#include "apps/hex.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 
 #include <cstddef>
 #include <string_view>

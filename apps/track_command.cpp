@@ -1,12 +1,12 @@
 #include "apps/track_command.h"
 
 #include "apps/aircraft_columns.h"
+#include "apps/common/failure.h"
+#include "apps/common/file.h"
+#include "apps/common/interruption.h"
+#include "apps/common/text.h"
 #include "apps/console.h"
-#include "apps/failure.h"
-#include "apps/hex.h"
-#include "apps/interruption.h"
 #include "apps/option_checks.h"
-#include "apps/output.h"
 
 #include <cmath>
 #include <optional>

@@ -4,11 +4,9 @@
 #include "apps/aircraft_json.h"
 #include "apps/aircraft_report.h"
 #include "apps/aircraft_table.h"
-#include "apps/columns.h"
-#include "apps/failure.h"
-#include "apps/hex.h"
-#include "apps/interruption.h"
-#include "apps/numbers.h"
+#include "apps/common/failure.h"
+#include "apps/common/interruption.h"
+#include "apps/common/text.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "apps/common/file.h"
 #include "apps/console.h"
-#include "apps/output.h"
 #include "apps/pages/page_folder.h"
 #include "apps/recording_source.h"
 #include "apps/replay.h"

@@ -1,6 +1,6 @@
 #include "apps/pages/html_text.h"
 
-#include "apps/hex.h"
+#include "apps/common/text.h"
 
 namespace tolvarin::ondrel::client {
 

@@ -1,7 +1,7 @@
 #include "apps/pages/index_page.h"
 
 #include "apps/aircraft_columns.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 #include "apps/pages/html_text.h"
 #include "apps/pages/style_sheet.h"
 #include "apps/pages/track_map.h"

@@ -1,8 +1,8 @@
 #include "apps/pages/page_folder.h"
 
-#include "apps/failure.h"
-#include "apps/hex.h"
-#include "apps/output.h"
+#include "apps/common/failure.h"
+#include "apps/common/file.h"
+#include "apps/common/text.h"
 #include "apps/pages/html_text.h"
 #include "apps/pages/style_sheet.h"
 

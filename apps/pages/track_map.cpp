@@ -1,8 +1,7 @@
 #include "apps/pages/track_map.h"
 
 #include "apps/aircraft_columns.h"
-#include "apps/hex.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 #include "apps/pages/html_text.h"
 
 #include <algorithm>

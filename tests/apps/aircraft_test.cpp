@@ -3,8 +3,7 @@
 #include "apps/aircraft_columns.h"
 #include "apps/aircraft_json.h"
 #include "apps/aircraft_table.h"
-#include "apps/hex.h"
-#include "apps/numbers.h"
+#include "apps/common/text.h"
 
 #include "simulator/frame_encoder.h"
 

@@ -1,6 +1,6 @@
+#include "apps/common/text.h"
 #include "apps/decode_summary.h"
 #include "apps/decoded_reply.h"
-#include "apps/hex.h"
 #include "apps/json_form.h"
 #include "apps/progress.h"
 #include "apps/text_form.h"

@@ -1,5 +1,5 @@
-#include "apps/file.h"
-#include "apps/interruption.h"
+#include "apps/common/file.h"
+#include "apps/common/interruption.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tracked_lines.h"
 
-#include "apps/hex.h"
+#include "apps/common/text.h"
 #include "apps/pages/html_text.h"
 #include "apps/pages/index_page.h"
 #include "apps/pages/page_folder.h"

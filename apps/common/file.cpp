@@ -1,7 +1,7 @@
-#include "apps/file.h"
+#include "apps/common/file.h"
 
-#include "apps/failure.h"
-#include "apps/interruption.h"
+#include "apps/common/failure.h"
+#include "apps/common/interruption.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -13,9 +13,9 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr mode_t anybody = 0666; // less what the user's mask takes away
+constexpr mode_t newFileMode = 0666; // the user's mask takes bits away
 
-/// Repeats a system call that a signal has interrupted.
+/// Repeats a system call until no signal interrupts it.
 template <class Call>
 auto uninterrupted(Call call) {
     auto result = call();
@@ -43,8 +43,9 @@ File File::openForWriting(const std::string& path) {
     if (path == "-") {
         return {STDOUT_FILENO, "<stdout>", false};
     }
-    const int descriptor = uninterrupted(
-        [&] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, anybody); });
+    const int descriptor = uninterrupted([&] {
+        return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, newFileMode);
+    });
     if (descriptor < 0) {
         throw Failure("cannot create " + path, errno);
     }
@@ -100,6 +101,50 @@ u64 File::remaining() const {
     const off_t position = ::lseek(_descriptor, 0, SEEK_CUR);
     return position >= 0 && position < status.st_size ? static_cast<u64>(status.st_size - position)
                                                       : 0;
+}
+
+Output::Buffer::Buffer(File file) : _file(std::move(file)), _bytes() {
+    setp(_bytes.data(), _bytes.data() + _bytes.size());
+}
+
+Output::Buffer::int_type Output::Buffer::overflow(int_type character) {
+    sync();
+    if (!traits_type::eq_int_type(character, traits_type::eof())) {
+        sputc(traits_type::to_char_type(character));
+    }
+    return traits_type::not_eof(character);
+}
+
+int Output::Buffer::sync() {
+    _file.write(std::string_view(pbase(), static_cast<std::size_t>(pptr() - pbase())));
+    setp(_bytes.data(), _bytes.data() + _bytes.size());
+    return 0;
+}
+
+Output::Output(const std::string& path)
+    : std::ostream(nullptr), _buffer(File::openForWriting(path)) {
+    rdbuf(&_buffer);
+    // Without this, the stream catches what its buffer throws.
+    exceptions(std::ios::badbit);
+}
+
+Output::~Output() {
+    if (good()) {
+        flushQuietly();
+    }
+}
+
+void Output::close() {
+    flush();
+    _buffer.file().close();
+}
+
+void Output::flushQuietly() noexcept {
+    try {
+        _buffer.pubsync(); // unlike flush(), it does not set badbit
+    } catch (const std::exception&) {
+        // The text stays in the buffer, so the next flush meets the same error.
+    }
 }
 
 } // namespace tolvarin::ondrel::client

@@ -1,6 +1,6 @@
-#include "apps/interruption.h"
+#include "apps/common/interruption.h"
 
-#include "apps/failure.h"
+#include "apps/common/failure.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,8 +16,8 @@ namespace {
 
 volatile std::sig_atomic_t noted = 0;
 
-// A flag alone could be set just before a wait begins, and the wait would not end. The handler also
-// writes into this pipe, which every wait watches.
+// The handler sets the flag and writes into the pipe, which every wait watches. The flag alone is
+// not enough: a signal just before a wait begins would not end that wait.
 int pipeEnds[2] = {-1, -1};
 
 extern "C" void note(int /*signal*/) {
@@ -27,7 +27,7 @@ extern "C" void note(int /*signal*/) {
     errno = error;
 }
 
-/// Waits for the descriptor, if it is one, for so many milliseconds, or without end for -1.
+/// Waits for the descriptor (-1: for none) at most so many milliseconds (-1: without limit).
 bool waitUnlessInterrupted(int descriptor, int milliseconds) {
     pollfd waits[] = {{descriptor, POLLIN, 0}, {pipeEnds[0], POLLIN, 0}};
     while (::poll(waits, 2, milliseconds) < 0) {

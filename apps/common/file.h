@@ -1,0 +1,91 @@
+#pragma once
+
+#include <ondrel/types.h>
+
+#include <array>
+#include <cstddef>
+#include <ostream>
+#include <streambuf>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+/// An open file or standard stream, unbuffered. Throws a Failure that names the file when the
+/// system reports an error.
+class File {
+public:
+    /// `-` is standard input.
+    static File openForReading(const std::string& path);
+
+    /// Creates or empties the file; `-` is standard output.
+    static File openForWriting(const std::string& path);
+
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    File(File&& other) noexcept;
+    File& operator=(File&&) = delete;
+    ~File();
+
+    /// Waits for at least one byte and reads at most `size`. Gives 0 at the end of the file and
+    /// after an interruption (interruption.h).
+    std::size_t read(char* target, std::size_t size);
+
+    /// Writes all of the text. Throws OutputClosed when the file is a pipe without a reader.
+    void write(std::string_view text);
+
+    /// Closes the file and throws on errors that the system reports only now. The destructor
+    /// ignores them.
+    void close();
+
+    /// The path, or "<stdin>" or "<stdout>".
+    const std::string& name() const { return _name; }
+
+    /// Bytes from the current position to the end of a regular file; 0 for any other.
+    u64 remaining() const;
+
+private:
+    File(int descriptor, std::string name, bool owned)
+        : _descriptor(descriptor), _name(std::move(name)), _owned(owned) {}
+
+    int _descriptor;
+    std::string _name;
+    bool _owned; ///< false for standard streams, which stay open
+};
+
+/// A buffered stream for results: standard output or a file. Every operation throws what
+/// File::write throws.
+class Output : public std::ostream {
+public:
+    /// `-` is standard output.
+    explicit Output(const std::string& path);
+
+    /// Writes what is still in the buffer; ignores errors.
+    ~Output() override;
+
+    /// Writes what is still in the buffer and closes the file.
+    void close();
+
+    /// Like flush(), but an error shows only at the next operation.
+    void flushQuietly() noexcept;
+
+private:
+    class Buffer : public std::streambuf {
+    public:
+        explicit Buffer(File file);
+        File& file() { return _file; }
+
+    protected:
+        int_type overflow(int_type character) override;
+        int sync() override;
+
+    private:
+        File _file;
+        std::array<char, 65536> _bytes;
+    };
+
+    Buffer _buffer;
+};
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <ondrel/types.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Hexadecimal digits, numbers and columns as text.
+namespace tolvarin::ondrel::client {
+
+/// 0 to 15 for a hexadecimal digit of either case.
+std::optional<u8> hexDigit(char character);
+
+/// Two upper-case digits for each byte.
+std::string hexBytes(std::string_view bytes);
+
+/// The low 24 bits as six upper-case digits.
+std::string hex24(u32 value);
+
+/// Four octal digits: 83 is "0123".
+std::string squawkText(u32 squawk);
+
+/// Seconds with three decimals: 1500 is "1.500".
+std::string secondsText(u64 milliseconds);
+
+/// Date and time in UTC: "2023-11-14T22:13:20.250Z". A time that a 48-bit counter of 12 MHz can
+/// reach (271 days) counts as such a counter and shows in seconds.
+std::string timeText(u64 milliseconds);
+
+/// The number rounded to so many decimals; never "-0".
+std::string decimalText(double number, int decimals);
+
+/// Stands between two columns.
+constexpr std::string_view columnGap = "  ";
+
+/// The text with blanks in front up to the width; longer text stays as it is.
+std::string toTheRight(std::string_view text, std::size_t width);
+
+/// The same with blanks behind.
+std::string toTheLeft(std::string_view text, std::size_t width);
+
+} // namespace tolvarin::ondrel::client
