@@ -1,7 +1,7 @@
+#include "apps/commands/decode.h"
+#include "apps/commands/simulate.h"
+#include "apps/commands/track.h"
 #include "apps/common/failure.h"
-#include "apps/decode_command.h"
-#include "apps/simulate_command.h"
-#include "apps/track_command.h"
 
 #include <ondrel/ondrel.h>
 
@@ -21,8 +21,8 @@ enum Status : int {
     WrongUsage = 2,
 };
 
-/// What CLI11 has to say of a wrong command line, in the words of this program.
-std::string complaint(const CLI::App* program, const CLI::Error& error) {
+/// The message for a wrong command line.
+std::string usageError(const CLI::App* program, const CLI::Error& error) {
     std::string command = program->get_name();
     for (const CLI::App* chosen : program->get_subcommands()) {
         command += " " + chosen->get_name();
@@ -47,15 +47,15 @@ int runProgram(int argc, const char* const* argv) {
     CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
     program.footer("Try ondrel SUBCOMMAND --help");
     program.set_version_flag("--version", "ondrel " + Ondrel::version());
-    program.failure_message(complaint);
+    program.failure_message(usageError);
     program.require_subcommand(1);
     DecodeCommand decode(program);
     TrackCommand track(program);
     SimulateCommand simulate(program);
     try {
         program.parse(argc, argv);
-    } catch (const CLI::ParseError& answer) { // also a wish for help
-        return program.exit(answer) == 0 ? Done : WrongUsage;
+    } catch (const CLI::ParseError& result) { // --help and --version come here too
+        return program.exit(result) == 0 ? Done : WrongUsage;
     }
     return runChosen({&decode, &track, &simulate});
 }
@@ -67,7 +67,8 @@ int runProgram(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     using namespace tolvarin::ondrel::client;
     try {
-        // A write into a closed pipe then gives an error, which File::write looks at.
+        // Without this, a write into a closed pipe kills the program. File::write handles the
+        // error.
         static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
         return runProgram(argc, argv);
     } catch (const OutputClosed&) {

@@ -1,7 +1,7 @@
 #include "apps/pages/index_page.h"
 
-#include "apps/aircraft_columns.h"
 #include "apps/common/text.h"
+#include "apps/display/aircraft_columns.h"
 #include "apps/pages/html_text.h"
 #include "apps/pages/style_sheet.h"
 #include "apps/pages/track_map.h"
@@ -62,14 +62,14 @@ std::string tableHead() {
         if (!column.unit.empty()) {
             text += " " + element("small", "", htmlText(column.unit));
         }
-        cells += element("th", column.toTheRight ? "number" : "", text);
+        cells += element("th", column.alignment == Alignment::Right ? "number" : "", text);
     }
     return element("thead", "", element("tr", "", cells)) + "\n";
 }
 
 std::string tableCell(const AircraftColumn& column, const ADSBTarget& aircraft, u64 nowMs) {
     const auto cell = column.cell(aircraft, nowMs);
-    std::string style = column.toTheRight ? "number" : std::string(column.key);
+    std::string style = column.alignment == Alignment::Right ? "number" : std::string(column.key);
     if (!cell) {
         return element("td", style + " quiet", "&ndash;");
     }

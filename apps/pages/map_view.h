@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/track_history.h"
+#include "apps/tracking/track_history.h"
 
 #include <string>
 #include <vector>

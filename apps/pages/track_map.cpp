@@ -1,7 +1,7 @@
 #include "apps/pages/track_map.h"
 
-#include "apps/aircraft_columns.h"
 #include "apps/common/text.h"
+#include "apps/display/aircraft_columns.h"
 #include "apps/pages/html_text.h"
 
 #include <algorithm>

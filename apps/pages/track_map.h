@@ -2,7 +2,7 @@
 
 #include "apps/pages/label_layout.h"
 #include "apps/pages/map_view.h"
-#include "apps/track_history.h"
+#include "apps/tracking/track_history.h"
 
 #include <ondrel/adsb_target.h>
 

@@ -1,9 +1,10 @@
 #include "tracked_lines.h"
 
-#include "apps/aircraft_columns.h"
-#include "apps/aircraft_json.h"
-#include "apps/aircraft_table.h"
 #include "apps/common/text.h"
+#include "apps/display/aircraft_columns.h"
+#include "apps/json/aircraft_json.h"
+#include "apps/terminal/aircraft_text.h"
+#include "apps/terminal/summaries.h"
 
 #include "simulator/frame_encoder.h"
 
@@ -98,11 +99,12 @@ TEST(Tracking, countsAndKills) {
     EXPECT_EQ(killed.front().icaoAddr(), 0x40621DU);
     tracked.tracking.moveTo(1); // time does not go back
     EXPECT_EQ(tracked.tracking.now(), 5300U);
-    EXPECT_EQ(tracked.tracking.summary(3), "replies read                  5\n"
-                                           "  tracked                     5  100.0 %\n"
-                                           "aircraft                      2\n"
-                                           "killed                        1\n"
-                                           "lines not readable            3");
+    EXPECT_EQ(trackSummary(tracked.tracking.counts(), 3),
+              "replies read                  5\n"
+              "  tracked                     5  100.0 %\n"
+              "aircraft                      2\n"
+              "killed                        1\n"
+              "lines not readable            3");
 }
 
 TEST(Numbers, haveNoNegativeZeroAndTellTheTime) {

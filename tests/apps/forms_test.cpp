@@ -1,9 +1,10 @@
 #include "apps/common/text.h"
-#include "apps/decode_summary.h"
-#include "apps/decoded_reply.h"
-#include "apps/json_form.h"
-#include "apps/progress.h"
-#include "apps/text_form.h"
+#include "apps/decoding/decoded_reply.h"
+#include "apps/input/reply_line.h"
+#include "apps/json/reply_json.h"
+#include "apps/terminal/console.h"
+#include "apps/terminal/reply_text.h"
+#include "apps/terminal/summaries.h"
 
 #include "simulator/frame_encoder.h"
 #include "simulator/payload_encoder.h"
@@ -62,12 +63,12 @@ TEST(TextForm, isOneLineInColumns) {
         {"00000000000000", "             -  DF-0   000000  Low      VS: AIR; AC: -1000"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(textForm(decodedLast({row.line})), row.text);
+        EXPECT_EQ(replyText(decodedLast({row.line})), row.text);
     }
 }
 
 TEST(JsonForm, hasAllOfADecodedReply) {
-    auto form = jsonForm(decodedLast({"1.5," + oneBitWrong}));
+    auto form = replyJson(decodedLast({"1.5," + oneBitWrong}));
     const auto expected = nlohmann::ordered_json::parse(R"({
         "stamp_ms": 1500, "format": "DF-17", "address": "40621D", "confidence": "High",
         "description": "CA: 5; AA: 40621D; ME: 58C382D690C8AC",
@@ -88,7 +89,7 @@ TEST(JsonForm, hasAllOfADecodedReply) {
 }
 
 TEST(JsonForm, ofARefusedReplyHasItsBytes) {
-    EXPECT_EQ(jsonForm(decodedLast({"18446744073709551.615," + beyondRepair})).dump(),
+    EXPECT_EQ(replyJson(decodedLast({"18446744073709551.615," + beyondRepair})).dump(),
               R"({"stamp_ms":18446744073709551615,"format":"DF-17","refused":true,)"
               R"("received":"8D40621D58C382D690C8AC2863A6"})");
 }
@@ -185,7 +186,7 @@ TEST(Payload, isReadAsTheAircraftMeansIt) {
 }
 
 TEST(FieldsForm, hasTheFieldsOfTheReplyAndThoseOfItsPayload) {
-    EXPECT_EQ(fieldsForm(decodedLast({"8D485020994409940838175B284F"}, MOPSVersion1)),
+    EXPECT_EQ(fieldsText(decodedLast({"8D485020994409940838175B284F"}, MOPSVersion1)),
               R"(    DF-17
        5   3  CA          5
        8  24  AA          485020
@@ -203,19 +204,19 @@ TEST(FieldsForm, hasTheFieldsOfTheReplyAndThoseOfItsPayload) {
       36   1  VR_SIGN     DOWN
       37   9  VR          14
 )");
-    const std::string refused = fieldsForm(decodedLast({squitter(airSpeed)}));
+    const std::string refused = fieldsText(decodedLast({squitter(airSpeed)}));
     const std::string end = "\n    ME: " + airSpeedRefused + "\n";
     EXPECT_EQ(refused.substr(refused.size() - end.size()), end);
-    EXPECT_EQ(fieldsForm(decodedLast({"00000000000000"})), // the parity of zeros is 0
+    EXPECT_EQ(fieldsText(decodedLast({"00000000000000"})), // the parity of zeros is 0
               "    DF-0\n"
               "       5   1  VS          AIR\n"
               "      19  13  AC          -1000\n"
               "      32  24  AP          00\n");
-    EXPECT_EQ(fieldsForm(decodedLast({"FF"})), "");
+    EXPECT_EQ(fieldsText(decodedLast({"FF"})), "");
 }
 
 TEST(JsonForm, hasThePayload) {
-    const auto form = jsonForm(decodedLast({squitter(announcement(2))}));
+    const auto form = replyJson(decodedLast({squitter(announcement(2))}));
     const auto expected = nlohmann::ordered_json::parse(R"({
         "type": "OP_STATUS", "type_code": 31, "version": 0, "refused": false,
         "description": "TC=OP_STAT, VN=2, NICsa=0",
@@ -226,11 +227,11 @@ TEST(JsonForm, hasThePayload) {
             {"name": "NIC_SUPP_A", "full_name": "NIC_SUPP_A", "pos": 43, "bits": 1, "value": "0"}
         ]})");
     EXPECT_EQ(form["payload"].dump(), expected.dump());
-    EXPECT_EQ(jsonForm(decodedLast({squitter(airSpeed)}))["payload"].dump(),
+    EXPECT_EQ(replyJson(decodedLast({squitter(airSpeed)}))["payload"].dump(),
               R"({"type":"AIR_VEL","type_code":19,"version":0,"refused":true,"description":")" +
                   airSpeedRefused + R"("})");
     EXPECT_FALSE(
-        jsonForm(decodedLast({hexBytes(simulator::df11(address, 5, 0))})).contains("payload"));
+        replyJson(decodedLast({hexBytes(simulator::df11(address, 5, 0))})).contains("payload"));
 }
 
 } // namespace

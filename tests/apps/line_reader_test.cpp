@@ -1,4 +1,4 @@
-#include "apps/line_reader.h"
+#include "apps/input/line_reader.h"
 
 #include <gtest/gtest.h>
 

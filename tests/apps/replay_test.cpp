@@ -1,4 +1,4 @@
-#include "apps/replay.h"
+#include "apps/input/replay.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "apps/reply_line.h"
+#include "apps/input/reply_line.h"
 
 #include "apps/common/text.h"
 
@@ -93,7 +93,7 @@ TEST(ReplyLine, tellsWhatIsWrong) {
     for (const Row& row : rows) {
         const ParsedLine parsed = parseReplyLine(row.line);
         ASSERT_TRUE(std::holds_alternative<LineError>(parsed)) << row.line;
-        const std::string& text = std::get<LineError>(parsed).text;
+        const std::string& text = std::get<LineError>(parsed).reason;
         EXPECT_EQ(text.substr(0, row.complaint.size()), row.complaint) << text;
         EXPECT_NE(text.find("; expected "), std::string::npos) << text;
     }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "apps/tracking.h"
+#include "apps/input/reply_line.h"
+#include "apps/tracking/tracking.h"
 
 #include <optional>
 #include <string>

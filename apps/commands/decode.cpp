@@ -1,0 +1,86 @@
+#include "apps/commands/decode.h"
+
+#include "apps/common/file.h"
+#include "apps/json/reply_json.h"
+#include "apps/terminal/reply_text.h"
+#include "apps/terminal/summaries.h"
+
+#include <map>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr const char* description = "Decode recorded Mode S replies and their ADS-B payloads";
+
+constexpr const char* footer = R"(
+Each reply gives a line with these columns:
+  stamp        in seconds; - if the line has none. A counter starts at its own zero
+  format       DF-0 to DF-24
+  address      six hexadecimal digits
+  confidence   None, Low, Medium or High. It depends on the replies before this one
+  description  the fields; after a | the ADS-B payload of an extended squitter; at the
+               end [repaired] if the decoder inverted wrong bits
+If the decoder refuses a reply, the line has the word refused and the bytes of the reply.
+--log info shows the reason.
+
+The MOPS version of an aircraft decides how the bits of its payloads are read. Without
+--mops it is the version that the aircraft announced last in its operational status, and
+0 before that.
+
+With --fields, a line for each field follows: position, width in bits, name and value.
+Positions count from 0; those of the payload count from its first bit.
+
+A summary on standard error ends the run.
+
+Exit status:
+  0  the recording was read to its end, even if some lines were not readable
+  1  the recording cannot be read, or has no reply but lines that are not readable, or
+     the output cannot be written
+  2  the command line is wrong)";
+
+const std::map<std::string, MOPSVersion> versions = {
+    {"0", MOPSVersion0}, {"1", MOPSVersion1}, {"2", MOPSVersion2}};
+
+} // namespace
+
+DecodeCommand::DecodeCommand(CLI::App& program) : Command(program, "decode", description) {
+    addInputOptions(line(), _input);
+    line()
+        .add_option_function<std::string>(
+            "--mops", [this](const std::string& name) { _version = versions.at(name); },
+            "Read every payload in this MOPS version: 0, 1 or 2")
+        ->type_name("VERSION")
+        ->check(CLI::IsMember(versions).description(""));
+    CLI::Option* fields = line().add_flag("--fields", _fields, "Show all fields of each reply");
+    line().add_flag("--json", _json, "One JSON object a line, with all fields")->excludes(fields);
+    line().footer(replySourceHelp() + footer);
+}
+
+int DecodeCommand::run() {
+    Output output("-");
+    Console console(output);
+    Input input(_input, console);
+    PayloadDecoder payloads(_version);
+    DecodeSummary summary;
+    while (auto reply = input.next()) {
+        DecodedReply decoded = input.decode(*std::move(reply));
+        if (!decoded.refused()) {
+            decoded.payload = payloads.decode(*decoded.message);
+        }
+        summary.count(decoded);
+        output << form(decoded);
+    }
+    output.close();
+    console.write(summary.text(input.unreadable()));
+    return input.status();
+}
+
+/// One or more lines with their ends.
+std::string DecodeCommand::form(const DecodedReply& decoded) const {
+    const std::string line = _json ? replyJson(decoded).dump() : replyText(decoded);
+    return line + '\n' + (_fields ? fieldsText(decoded) : "");
+}
+
+} // namespace tolvarin::ondrel::client

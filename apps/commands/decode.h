@@ -1,0 +1,29 @@
+#pragma once
+
+#include "apps/commands/command.h"
+#include "apps/commands/input.h"
+
+#include <ondrel/types.h>
+
+#include <optional>
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// `ondrel decode`: every reply of a recording as a line of text or JSON.
+class DecodeCommand final : public Command {
+public:
+    explicit DecodeCommand(CLI::App& program);
+
+    int run() override;
+
+private:
+    std::string form(const DecodedReply& decoded) const;
+
+    InputOptions _input;
+    std::optional<MOPSVersion> _version;
+    bool _json = false;
+    bool _fields = false;
+};
+
+} // namespace tolvarin::ondrel::client

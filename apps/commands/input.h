@@ -1,0 +1,55 @@
+#pragma once
+
+#include "apps/decoding/decoded_reply.h"
+#include "apps/input/reply_source.h"
+#include "apps/terminal/console.h"
+
+#include <CLI/CLI.hpp>
+#include <ondrel/log.h>
+#include <ondrel/mode_s_decoder.h>
+#include <ondrel/types.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+/// The options of every command that reads replies.
+struct InputOptions {
+    std::string path;
+    Log::Level logLevel{};
+};
+
+/// Adds FILE and `--log` to the command.
+void addInputOptions(CLI::App& command, InputOptions& options);
+
+/// The source that the user named, and a decoder for its replies. Shows the library's log and what
+/// the source reports on the console.
+class Input {
+public:
+    /// The console must outlive the input.
+    Input(const InputOptions& options, Console& console);
+
+    /// The next reply, or nothing at the end of the input.
+    std::optional<Reply> next();
+
+    /// Decodes replies in the order in which they came: how far one is believed depends on the
+    /// replies before it.
+    DecodedReply decode(Reply reply) { return decodeReply(_decoder, std::move(reply)); }
+
+    const std::string& name() const { return _source->name(); }
+    u64 unreadable() const { return _source->unreadable(); }
+
+    /// The exit status at the end: 1 if there was no reply but something unreadable, else 0.
+    int status() const { return _replies == 0 && unreadable() > 0 ? 1 : 0; }
+
+private:
+    std::unique_ptr<ReplySource> _source;
+    LibraryLog _log;
+    ModeSDecoder _decoder;
+    u64 _replies = 0;
+};
+
+} // namespace tolvarin::ondrel::client

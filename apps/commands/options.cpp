@@ -1,0 +1,81 @@
+#include "apps/commands/options.h"
+
+#include "apps/common/text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstddef>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <type_traits>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+/// The number, if the text is a number from its first to its last character.
+template <class Number>
+std::optional<Number> parsed(const std::string& text) {
+    Number value{};
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value);
+    if (result.ec != std::errc() || result.ptr != end) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+template <class Number>
+CLI::Validator range(const std::string& kind, Number low, Number high) {
+    std::ostringstream expected;
+    expected << kind << " from " << low << " to " << high;
+    const auto check = [low, high, wanted = expected.str()](std::string& text) -> std::string {
+        const auto value = parsed<Number>(text);
+        if (!value || !(*value >= low && *value <= high)) { // not a number fails both comparisons
+            return "expected " + wanted + ", not '" + text + "'";
+        }
+        if constexpr (std::is_integral_v<Number>) {
+            text = std::to_string(*value); // CLI11 reads 010 as octal
+        }
+        return {};
+    };
+    return CLI::Validator(check, "");
+}
+
+} // namespace
+
+CLI::Validator wholeNumber(u64 low, u64 high) {
+    return range("a whole number", low, high);
+}
+
+CLI::Validator number(double low, double high) {
+    return range("a number", low, high);
+}
+
+CLI::Validator icaoAddress() {
+    const auto check = [](const std::string& text) -> std::string {
+        constexpr std::size_t digits = 6;
+        const bool isHex = std::all_of(text.begin(), text.end(),
+                                       [](char digit) { return hexDigit(digit).has_value(); });
+        return isHex && text.size() == digits
+                   ? ""
+                   : "expected six hexadecimal digits, not '" + text + "'";
+    };
+    return CLI::Validator(check, "");
+}
+
+std::string wrappedList(std::string start, const std::vector<std::string>& words,
+                        std::size_t width) {
+    std::size_t lineLength = start.size();
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::size_t left = words.size() - i - 1;
+        const std::string word = words[i] + (left > 1 ? "," : left == 1 ? " or" : "");
+        const bool fits = lineLength + 1 + word.size() <= width;
+        start += (fits ? " " : "\n") + word;
+        lineLength = (fits ? lineLength + 1 : 0) + word.size();
+    }
+    return start;
+}
+
+} // namespace tolvarin::ondrel::client

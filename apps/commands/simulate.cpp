@@ -1,0 +1,177 @@
+#include "apps/commands/simulate.h"
+
+#include "apps/commands/options.h"
+#include "apps/common/file.h"
+
+#include "simulator/recording.h"
+
+#include <cstddef>
+#include <iostream>
+#include <limits>
+#include <map>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+using simulator::LineForm;
+
+constexpr const char* description = "Write a recording of invented traffic";
+
+constexpr const char* footer =
+    R"(Of the damaged replies, 50 % have one wrong bit, 20 % have two, 10 % have 3 to 12, 10 %
+are cut short, and 10 % are replaced by noise.
+
+The same options give the same bytes on every machine. The first line of a recording is
+the command that makes it again.
+
+Exit status:
+  0  done
+  1  the output cannot be written
+  2  the command line is wrong)";
+
+constexpr u64 mostAircraft = u64{1} << 20U;
+constexpr u64 longestSeconds =
+    1000000; // a 48-bit counter of 12 MHz overflows after 23 times as long
+constexpr u64 latestStart = 9999999999; // ten digits
+constexpr u64 mostInterrogators = 64;
+constexpr double halfWayRoundNm = 10800;
+
+const std::map<std::string, LineForm> forms = {{"seconds", LineForm::Seconds},
+                                               {"ticks", LineForm::Ticks},
+                                               {"star", LineForm::Frame},
+                                               {"bare", LineForm::Bare}};
+
+CLI::Validator share() {
+    return number(0, 1);
+}
+
+simulator::DamageShares damageShares(double all) {
+    simulator::DamageShares shares;
+    shares.oneBit = 0.5 * all;
+    shares.twoBits = 0.2 * all;
+    shares.manyBits = 0.1 * all;
+    shares.cut = 0.1 * all;
+    shares.noise = 0.1 * all;
+    return shares;
+}
+
+} // namespace
+
+SimulateCommand::SimulateCommand(CLI::App& program) : Command(program, "simulate", description) {
+    // The help text shows the default of each option that is added from here on.
+    line().option_defaults()->always_capture_default();
+    addRecordingOptions();
+    addFleetOptions();
+    addReceptionOptions();
+    line().footer(footer);
+}
+
+void SimulateCommand::addRecordingOptions() {
+    line()
+        .add_option("-o,--output", _path, "The file to create or replace; - for standard output")
+        ->type_name("FILE");
+    line()
+        .add_option("--form", _form,
+                    "seconds, ticks, star or bare: SECONDS,HEX @TICKSHEX; *HEX; HEX")
+        ->type_name("FORM")
+        ->check(CLI::IsMember(forms).description(""));
+    line()
+        .add_option("--seconds", _traffic.seconds, "Duration of the recording")
+        ->type_name("N")
+        ->transform(wholeNumber(1, longestSeconds));
+    line()
+        .add_option("--start", _startSeconds,
+                    "Start of the recording, in seconds since 1970-01-01 UTC")
+        ->type_name("N")
+        ->transform(wholeNumber(0, latestStart));
+    line()
+        .add_option("--seed", _traffic.seed,
+                    "Seed of the random numbers: each seed gives other traffic")
+        ->type_name("N")
+        ->transform(wholeNumber(0, std::numeric_limits<u64>::max()));
+}
+
+void SimulateCommand::addFleetOptions() {
+    line()
+        .add_option("--aircraft", _traffic.aircraft, "Number of aircraft, ground vehicles included")
+        ->type_name("N")
+        ->transform(wholeNumber(1, mostAircraft));
+    line()
+        .add_option("--ground", _traffic.groundShare, "Share of aircraft that start on the ground")
+        ->type_name("SHARE")
+        ->check(share());
+    line()
+        .add_option("--latitude", _traffic.centre.latitude,
+                    "Centre of the traffic, in degrees north")
+        ->type_name("DEG")
+        ->check(number(-90, 90));
+    line()
+        .add_option("--longitude", _traffic.centre.longitude,
+                    "Centre of the traffic, in degrees east")
+        ->type_name("DEG")
+        ->check(number(-180, 180));
+    line()
+        .add_option("--radius", _traffic.radiusNm,
+                    "Greatest distance from the centre, in nautical miles")
+        ->type_name("NM")
+        ->check(number(1, halfWayRoundNm));
+    line().add_flag("--worldwide", _traffic.worldwide,
+                    "Put the aircraft anywhere on earth instead");
+}
+
+void SimulateCommand::addReceptionOptions() {
+    line()
+        .add_option("--interrogators", _traffic.interrogators,
+                    "Number of radars that interrogate the aircraft")
+        ->type_name("N")
+        ->transform(wholeNumber(0, mostInterrogators));
+    line()
+        .add_option("--reception", _traffic.receptionShare, "Share of replies that are received")
+        ->type_name("SHARE")
+        ->check(share());
+    line()
+        .add_option("--damage", _damage, "Share of received replies that are damaged")
+        ->type_name("SHARE")
+        ->check(share());
+}
+
+int SimulateCommand::run() {
+    Output output(_path);
+    const simulator::TrafficOptions traffic = options();
+    simulator::Traffic source(traffic);
+    const std::size_t replies =
+        writeRecording(output, source, forms.at(_form), traffic.startMs, comments());
+    output.close();
+    if (_path != "-") {
+        std::cerr << _path + ": " + std::to_string(replies) + " replies\n";
+    }
+    return 0;
+}
+
+simulator::TrafficOptions SimulateCommand::options() const {
+    simulator::TrafficOptions options = _traffic;
+    options.startMs = _startSeconds * 1000;
+    options.damage = damageShares(_damage);
+    return options;
+}
+
+/// The command line with every option that changes the bytes, given or not.
+std::vector<std::string> SimulateCommand::comments() {
+    std::string text = "ondrel simulate";
+    for (const CLI::Option* option : line().get_options()) {
+        const std::string name = option->get_name();
+        if (name == "--help" || name == "--output") {
+            continue;
+        }
+        if (option->get_items_expected() == 0) {
+            text += option->count() > 0 ? " " + name : "";
+        } else {
+            text += " " + name + " ";
+            text += option->count() > 0 ? option->as<std::string>() : option->get_default_str();
+        }
+    }
+    return {text};
+}
+
+} // namespace tolvarin::ondrel::client

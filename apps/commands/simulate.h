@@ -1,0 +1,36 @@
+#pragma once
+
+#include "apps/commands/command.h"
+
+#include "simulator/traffic.h"
+
+#include <ondrel/types.h>
+
+#include <string>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+/// `ondrel simulate`: a recording of invented traffic. The same options give the same bytes.
+class SimulateCommand final : public Command {
+public:
+    explicit SimulateCommand(CLI::App& program);
+
+    int run() override;
+
+private:
+    void addRecordingOptions();
+    void addFleetOptions();
+    void addReceptionOptions();
+
+    simulator::TrafficOptions options() const;
+    std::vector<std::string> comments();
+
+    simulator::TrafficOptions _traffic; ///< without start time and damage
+    u64 _startSeconds = _traffic.startMs / 1000;
+    double _damage = 0.1;
+    std::string _form = "seconds";
+    std::string _path = "-";
+};
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "apps/commands/command.h"
+#include "apps/commands/input.h"
+#include "apps/tracking/tracking.h"
+
+#include <ondrel/types.h>
+
+#include <optional>
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// What to track, and what to show of it.
+struct TrackOptions {
+    bool json = false;                     ///< instead of text
+    std::string sortKey = "address";       ///< of a column
+    bool descending = false;               ///< sort from the highest to the lowest
+    std::optional<u64> everyMs;            ///< show all aircraft each time
+    std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
+    std::optional<double> pace;            ///< replay at this multiple of the recorded speed
+    std::optional<std::string> htmlFolder; ///< write pages there at the end
+    std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
+    std::optional<AltitudeCheck> altitudeCheck;
+};
+
+/// `ondrel track`: the aircraft of a recording as a table, JSON or pages.
+class TrackCommand final : public Command {
+public:
+    explicit TrackCommand(CLI::App& program);
+
+    int run() override;
+
+private:
+    void addOutputOptions();
+    void addTrackingOptions();
+
+    InputOptions _input;
+    TrackOptions _options;
+};
+
+} // namespace tolvarin::ondrel::client

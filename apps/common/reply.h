@@ -1,0 +1,16 @@
+#pragma once
+
+#include <ondrel/types.h>
+
+#include <optional>
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// One Mode S reply as received: what a source gives and the decoder takes.
+struct Reply {
+    std::string bytes;          ///< at least one; byte 0 came first
+    std::optional<u64> stampMs; ///< when it was received; nothing if the source does not know
+};
+
+} // namespace tolvarin::ondrel::client

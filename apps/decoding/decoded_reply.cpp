@@ -1,0 +1,93 @@
+#include "apps/decoding/decoded_reply.h"
+
+#include <ondrel/adsb_aircraft_operational_status_message.h>
+
+#include <array>
+#include <cstddef>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+/// The seven bytes of the ME field; empty for a message without one.
+std::string meBytes(const DFMessage& message) {
+    switch (message.downlinkFormat()) {
+    case DFMessage::DF17:
+        return static_cast<const DF17Message&>(message).constFieldME().data();
+    case DFMessage::DF18:
+        return static_cast<const DF18Message&>(message).constFieldME().data();
+    case DFMessage::DF19:
+        return static_cast<const DF19Message&>(message).constFieldME().data();
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+std::string DecodedReply::formatName() const {
+    if (!refused()) {
+        return message->downlinkFormatName();
+    }
+    const auto code = static_cast<u8>(static_cast<u8>(reply.bytes.front()) >> 3U);
+    return "DF-" + std::to_string(DFMessage::downlinkFormatByCode(code));
+}
+
+DecodedReply decodeReply(ModeSDecoder& decoder, Reply reply) {
+    // To the decoder, 0 is "no stamp".
+    const ModeSMessage* message =
+        decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0));
+    // Every downlink message is a DFMessage.
+    return {std::move(reply),
+            std::unique_ptr<const DFMessage>(static_cast<const DFMessage*>(message)), std::nullopt};
+}
+
+std::string_view confidenceName(ModeSMessage::Confidence confidence) {
+    constexpr std::array<std::string_view, 4> names = {"None", "Low", "Medium", "High"};
+    return names.at(static_cast<std::size_t>(confidence));
+}
+
+const std::string& AdsbPayload::typeName() const {
+    return ADSBMessage::typeName(ADSBMessage::typeByCode(typeCode));
+}
+
+std::string AdsbPayload::description() const {
+    if (message) {
+        return message->description();
+    }
+    return "TC=" + typeName() + ", not decoded (type code " + std::to_string(typeCode) +
+           ", MOPS version " + std::to_string(version) + ")";
+}
+
+std::optional<AdsbPayload> PayloadDecoder::decode(const DFMessage& message) {
+    const std::string bytes = meBytes(message);
+    if (bytes.empty()) {
+        return std::nullopt;
+    }
+    AdsbPayload payload;
+    payload.typeCode = static_cast<u8>(static_cast<u8>(bytes.front()) >> 3U);
+    payload.version = versionOf(message.icaoAddress());
+    payload.message.reset(_decoder.decode(payload.version, bytes));
+    if (payload.message && payload.message->type() == ADSBMessage::OP_STATUS) {
+        noteVersion(message.icaoAddress(), *payload.message);
+    }
+    return payload;
+}
+
+MOPSVersion PayloadDecoder::versionOf(u32 address) const {
+    if (_version) {
+        return *_version;
+    }
+    const auto announced = _announced.find(address);
+    return announced != _announced.end() ? announced->second : MOPSVersion0;
+}
+
+/// A version later than 2 is read as 2, the latest one that the library knows.
+void PayloadDecoder::noteVersion(u32 address, const ADSBMessage& operationalStatus) {
+    const MOPSVersion version =
+        static_cast<const ADSBAircraftOperationalStatusMessage&>(operationalStatus).version();
+    _announced[address] = version == MOPSVersionUnknown ? MOPSVersion2 : version;
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,117 @@
+#include "apps/display/aircraft_columns.h"
+
+#include "apps/common/text.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+using Target = ADSBTarget;
+using Cell = std::optional<Value>;
+
+constexpr Alignment left = Alignment::Left;
+constexpr Alignment right = Alignment::Right;
+
+/// The cell of a number that has a getter and a flag.
+template <auto isValid, auto number, int decimals = 0>
+Cell numberIf(const Target& t, u64 /*newestMs*/) {
+    return (t.*isValid)() ? Cell(decimal((t.*number)(), decimals)) : std::nullopt;
+}
+
+Cell address(const Target& t, u64 /*newestMs*/) {
+    return words(hex24(t.icaoAddr()));
+}
+
+Cell callsign(const Target& t, u64 /*newestMs*/) {
+    const auto text = callsignOf(t);
+    return text ? Cell(words(*text)) : std::nullopt;
+}
+
+Cell squawk(const Target& t, u64 /*newestMs*/) {
+    return t.squawkValid() ? Cell(words(squawkText(t.squawk()))) : std::nullopt;
+}
+
+/// Whole degrees below 360: 359.5 and more round to 0.
+Cell heading(const Target& t, u64 /*newestMs*/) {
+    const double degrees = std::fmod(std::round(t.heading()), 360);
+    return t.headingValid() ? Cell(decimal(degrees, 0)) : std::nullopt;
+}
+
+Cell groundStatus(const Target& t, u64 /*newestMs*/) {
+    if (!t.groundStatusValid() || t.groundStatus() == Target::GroundStatusUnknown) {
+        return std::nullopt;
+    }
+    return words(t.groundStatus() == Target::OnGround ? "ground" : "air");
+}
+
+/// With a question mark until the version is confirmed.
+Cell version(const Target& t, u64 /*newestMs*/) {
+    return words(std::to_string(t.mopsVersion()) + (t.mopsVersionConfirmed() ? "" : "?"));
+}
+
+Cell messages(const Target& t, u64 /*newestMs*/) {
+    return whole(t.statisticDfMsgCount());
+}
+
+Cell age(const Target& t, u64 newestMs) {
+    return decimal(static_cast<double>(ageOf(t, newestMs)) / 1000, 1);
+}
+
+} // namespace
+
+const std::vector<AircraftColumn>& aircraftColumns() {
+    static const std::vector<AircraftColumn> columns = {
+        {"address", "address", "", left, address},
+        {"callsign", "callsign", "", left, callsign},
+        {"squawk", "squawk", "", left, squawk},
+        {"altitude", "altitude", "ft", right,
+         numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro>},
+        {"speed", "speed", "kt", right, numberIf<&Target::groundSpeedValid, &Target::groundSpeed>},
+        {"heading", "heading", "deg", right, heading},
+        {"rate", "vertical", "ft/min", right,
+         numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro>},
+        {"latitude", "latitude", "deg", right,
+         numberIf<&Target::positionValid, &Target::latitude, 5>},
+        {"longitude", "longitude", "deg", right,
+         numberIf<&Target::positionValid, &Target::longitude, 5>},
+        {"status", "status", "", left, groundStatus},
+        {"version", "MOPS", "", left, version},
+        {"nic", "NIC", "", right, numberIf<&Target::nicValid, &Target::nic>},
+        {"pic", "PIC", "", right, numberIf<&Target::picValid, &Target::pic>},
+        {"messages", "messages", "", right, messages},
+        {"age", "age", "s", right, age},
+    };
+    return columns;
+}
+
+std::vector<std::string> aircraftColumnKeys() {
+    std::vector<std::string> keys;
+    for (const AircraftColumn& column : aircraftColumns()) {
+        keys.emplace_back(column.key);
+    }
+    return keys;
+}
+
+const AircraftColumn& aircraftColumn(std::string_view key) {
+    const auto& columns = aircraftColumns();
+    return *std::find_if(columns.begin(), columns.end(),
+                         [key](const AircraftColumn& column) { return column.key == key; });
+}
+
+void sortAircraft(std::vector<ADSBTarget>& aircraft, u64 newestMs, const AircraftColumn& column,
+                  bool descending) {
+    const auto isBefore = [&](const Target& one, const Target& other) {
+        const Cell cell = column.cell(one, newestMs);
+        const Cell otherCell = column.cell(other, newestMs);
+        if (!cell || !otherCell) {
+            return cell.has_value() && !otherCell;
+        }
+        return descending ? otherCell->data < cell->data : cell->data < otherCell->data;
+    };
+    std::stable_sort(aircraft.begin(), aircraft.end(), isBefore);
+}
+
+} // namespace tolvarin::ondrel::client

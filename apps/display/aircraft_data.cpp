@@ -1,0 +1,140 @@
+#include "apps/display/aircraft_data.h"
+
+#include "apps/common/text.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr std::string_view identification = dataGroups[0];
+constexpr std::string_view motion = dataGroups[1];
+constexpr std::string_view status = dataGroups[2];
+constexpr std::string_view quality = dataGroups[3];
+
+Value groundStatus(ADSBTarget::GroundStatus groundStatus) {
+    switch (groundStatus) {
+    case ADSBTarget::OnGround:
+        return words("ground");
+    case ADSBTarget::Airborne:
+        return words("air");
+    default:
+        return words("unknown");
+    }
+}
+
+} // namespace
+
+Value words(const std::string& text) {
+    return {text, text};
+}
+
+Value whole(std::int64_t number) {
+    return {number, std::to_string(number)};
+}
+
+Value decimal(double number, int decimals) {
+    return {number, decimalText(number, decimals)};
+}
+
+Value yesNo(bool set) {
+    return {set, set ? "yes" : "no"};
+}
+
+// Programs rely on the keys and on the order of the rows.
+std::vector<AircraftDatum> dataOf(const ADSBTarget& t) {
+    return {
+        {"callsign", "Callsign", "", identification, words(callsignOf(t).value_or("")),
+         t.callsignLastUpdate() > 0, t.callsignLastUpdate(), t.callsignLastChange()},
+        {"emitter_category", "Emitter category", "", identification, whole(t.emitterCategory()),
+         t.emitterCategoryValid(), t.emitterCategoryLastUpdate(), t.emitterCategoryLastChange()},
+        {"squawk", "Squawk", "", identification, words(squawkText(t.squawk())), t.squawkValid(),
+         t.squawkLastUpdate(), t.squawkLastChange()},
+        {"ground_status", "Ground status", "", status, groundStatus(t.groundStatus()),
+         t.groundStatusValid(), t.groundStatusLastUpdate(), t.groundStatusLastChange()},
+        {"spi", "SPI", "", status, yesNo(t.spiStatus()), t.spiStatusValid(),
+         t.spiStatusLastUpdate(), t.spiStatusLastChange()},
+        {"alert", "Alert", "", status, yesNo(t.alertStatus()), t.alertStatusValid(),
+         t.alertStatusLastUpdate(), t.alertStatusLastChange()},
+        {"capability", "Transponder capability", "", status, whole(t.transponderCommCapability()),
+         t.transponderCommCapabilityValid(), t.transponderCommCapabilityLastUpdate()},
+        {"mops_version", "MOPS version", "", status, whole(t.mopsVersion()), true,
+         t.mopsVersionLastUpdate(), t.mopsVersionLastChange()},
+        {"mops_version_confirmed", "MOPS version confirmed", "", status,
+         yesNo(t.mopsVersionConfirmed()), true, t.mopsVersionLastUpdate(),
+         t.mopsVersionLastChange()},
+        {"latitude", "Latitude", "deg", motion, decimal(t.latitude(), 6), t.positionValid(),
+         t.positionLastUpdate()},
+        {"longitude", "Longitude", "deg", motion, decimal(t.longitude(), 6), t.positionValid(),
+         t.positionLastUpdate()},
+        {"altitude", "Altitude", "ft", motion, whole(t.altitudeBaro()), t.altitudeBaroValid(),
+         t.altitudeBaroLastUpdate()},
+        {"ground_speed", "Ground speed", "kt", motion, decimal(t.groundSpeed(), 1),
+         t.groundSpeedValid(), t.groundSpeedLastUpdate()},
+        {"heading", "Heading", "deg", motion, decimal(t.heading(), 1), t.headingValid(),
+         t.headingLastUpdate()},
+        {"vertical_rate", "Vertical rate", "ft/min", motion, whole(t.verticalRateBaro()),
+         t.verticalRateBaroValid(), t.verticalRateBaroLastUpdate()},
+        {"signal_amplitude", "Signal amplitude", "", status, whole(t.signalAmplitude()),
+         t.signalAmplitudeValid(), t.signalAmplitudeLastUpdate()},
+        {"nucp", "NUCp", "", quality, whole(t.nucp()), t.nucpValid(), t.nucpLastUpdate(),
+         t.nucpLastChange()},
+        {"nucr", "NUCr", "", quality, whole(t.nucr()), t.nucrValid(), t.nucrLastUpdate(),
+         t.nucrLastChange()},
+        {"nic", "NIC", "", quality, whole(t.nic()), t.nicValid(), t.nicLastUpdate(),
+         t.nicLastChange()},
+        {"nic_supplement_a", "NIC supplement A", "", quality, yesNo(t.nicSupplementA()),
+         t.nicSupplementAValid(), t.nicSuppALastUpdate()},
+        {"nic_supplement_b", "NIC supplement B", "", quality, yesNo(t.nicSupplementB()),
+         t.nicSupplementBValid(), t.nicSuppBLastUpdate()},
+        {"nic_supplement_c", "NIC supplement C", "", quality, yesNo(t.nicSupplementC()),
+         t.nicSupplementCValid(), t.nicSuppCLastUpdate()},
+        {"pic", "PIC", "", quality, whole(t.pic()), t.picValid(), t.picLastUpdate(),
+         t.picLastChange()},
+        {"nacp", "NACp", "", quality, whole(t.nacp()), t.nacpValid(), t.nacpLastUpdate(),
+         t.nacpLastChange()},
+        {"sil", "SIL", "", quality, whole(t.sil()), t.silValid(), t.silLastUpdate(),
+         t.silLastChange()},
+    };
+}
+
+std::vector<MessageCount> countsByFormat(const ADSBTarget& aircraft) {
+    std::vector<MessageCount> counts;
+    for (i32 i = 0; i <= DFMessage::DF24; ++i) {
+        const auto format = static_cast<DFMessage::DownlinkFormat>(i);
+        if (const u32 count = aircraft.statisticDfMsgCount(format); count > 0) {
+            counts.push_back({"DF-" + std::to_string(i), count});
+        }
+    }
+    return counts;
+}
+
+std::vector<MessageCount> countsByType(const ADSBTarget& aircraft) {
+    std::vector<MessageCount> counts;
+    for (i32 i = 0; i <= ADSBMessage::RESERVED; ++i) {
+        const auto type = static_cast<ADSBMessage::ADSBMessageType>(i);
+        if (const u32 count = aircraft.statisticADSBMsgCount(type); count > 0) {
+            counts.push_back({ADSBMessage::typeName(type), count});
+        }
+    }
+    return counts;
+}
+
+std::optional<std::string> callsignOf(const ADSBTarget& aircraft) {
+    const std::string text = aircraft.callsign();
+    const std::size_t last = text.find_last_not_of(' ');
+    return last != std::string::npos ? std::optional(text.substr(0, last + 1)) : std::nullopt;
+}
+
+bool isAlarming(const ADSBTarget& aircraft) {
+    const u32 squawk = aircraft.squawk();
+    return aircraft.squawkValid() && (squawk == 07500 || squawk == 07600 || squawk == 07700);
+}
+
+u64 ageOf(const ADSBTarget& aircraft, u64 newestMs) {
+    return newestMs - std::min(newestMs, aircraft.lastUpdate());
+}
+
+} // namespace tolvarin::ondrel::client

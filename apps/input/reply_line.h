@@ -1,0 +1,33 @@
+#pragma once
+
+#include "apps/common/reply.h"
+
+#include <string>
+#include <string_view>
+#include <variant>
+
+/// The text form of a reply, one on each line.
+namespace tolvarin::ondrel::client {
+
+/// A line without a reply: blank, or a comment that begins with `#`.
+struct SkippedLine {};
+
+/// A line that cannot be read.
+struct LineError {
+    std::string reason; ///< what is wrong, and what is expected instead
+};
+
+using ParsedLine = std::variant<SkippedLine, Reply, LineError>;
+
+/// Reads a line of one of the forms
+///
+///     *HEX;                     a reply
+///     @TICKSHEX;                after 12 hexadecimal digits of a 12 MHz counter
+///     HEX                       a reply alone
+///     SECONDS[.FRACTION],HEX    after decimal seconds since 1970-01-01 UTC
+///
+/// Blanks at both ends and around the comma are ignored; digits may have either case. Stamps are
+/// cut to whole milliseconds. The line may hold any bytes.
+ParsedLine parseReplyLine(std::string_view line);
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "apps/common/reply.h"
+
+#include <ondrel/types.h>
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// Where replies come from. A new kind of input is one class of this kind, and one line in
+/// openReplySource().
+class ReplySource {
+public:
+    ReplySource() = default;
+    ReplySource(const ReplySource&) = delete;
+    ReplySource& operator=(const ReplySource&) = delete;
+    virtual ~ReplySource() = default;
+
+    /// Waits for the next reply. Gives nothing at the end of the input and after an interruption.
+    /// Throws Failure when the input cannot be read any further.
+    virtual std::optional<Reply> next() = 0;
+
+    /// What messages call the source, such as its path.
+    virtual const std::string& name() const = 0;
+
+    /// Pieces of input so far that should hold a reply but cannot be read, such as lines.
+    virtual u64 unreadable() const = 0;
+};
+
+/// What a source tells its owner. The functions must be callable as long as the source lives.
+struct SourceEvents {
+    /// A piece of input cannot be read: "recording.txt:12: the reply is empty". The source goes on.
+    std::function<void(const std::string& message)> unreadable;
+
+    /// The source asks the system for more input next, which may take long. Both numbers are bytes;
+    /// `total` is 0 if it is not known.
+    std::function<void(u64 read, u64 total)> reading;
+};
+
+/// Opens the input that the user named; `-` is standard input. Throws Failure if that fails.
+std::unique_ptr<ReplySource> openReplySource(const std::string& path, SourceEvents events);
+
+/// The forms of input for the help text of a command, in lines with their ends.
+std::string replySourceHelp();
+
+} // namespace tolvarin::ondrel::client

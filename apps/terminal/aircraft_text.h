@@ -1,0 +1,44 @@
+#pragma once
+
+#include "apps/common/file.h"
+#include "apps/display/aircraft_sink.h"
+
+#include <ondrel/adsb_target.h>
+#include <ondrel/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Aircraft as text. All texts are whole lines with their ends; a dash stands for what is not
+/// known.
+namespace tolvarin::ondrel::client {
+
+/// A table with a line for each aircraft, in the order given, below two lines of heads and units.
+std::string aircraftTable(const std::vector<ADSBTarget>& aircraft, u64 newestMs);
+
+/// All that is known of one aircraft: a line for each datum with its value, whether it is valid,
+/// and when it was last updated and changed; then the messages counted.
+std::string aircraftReport(const ADSBTarget& aircraft, u64 newestMs);
+
+/// Writes the table, or the report of one aircraft in its place.
+class AircraftText final : public AircraftSink {
+public:
+    /// The output must outlive the sink. With `reportAddress`, the report of that aircraft is
+    /// shown, and nothing while it is not tracked. With `repeated`, a line with the time comes
+    /// first and a blank line last.
+    AircraftText(Output& output, std::optional<u32> reportAddress, bool repeated)
+        : _output(output), _reportAddress(reportAddress), _repeated(repeated) {}
+
+    void show(const std::vector<ADSBTarget>& aircraft, u64 newestMs) override;
+    void showKilled(const ADSBTarget& aircraft, u64 newestMs) override;
+
+private:
+    std::string form(const std::vector<ADSBTarget>& aircraft, u64 newestMs) const;
+
+    Output& _output;
+    std::optional<u32> _reportAddress;
+    bool _repeated;
+};
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,81 @@
+#include "apps/terminal/summaries.h"
+
+#include <cstddef>
+#include <iomanip>
+#include <sstream>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr int labelWidth = 20;
+constexpr int countWidth = 11;
+constexpr int percentWidth = 7;
+
+/// One line with its end. The share in percent is of `all`; 0: without a share.
+std::string countRow(const std::string& label, u64 count, u64 all = 0) {
+    std::ostringstream line;
+    line << std::left << std::setw(labelWidth) << label << std::right << std::setw(countWidth)
+         << count;
+    if (all > 0) {
+        const double percent = 100 * static_cast<double>(count) / static_cast<double>(all);
+        line << std::fixed << std::setprecision(1) << std::setw(percentWidth) << percent << " %";
+    }
+    line << '\n';
+    return line.str();
+}
+
+} // namespace
+
+void DecodeSummary::count(const DecodedReply& decoded) {
+    ++_replies;
+    if (decoded.refused()) {
+        ++_refused;
+        return;
+    }
+    if (decoded.repaired()) {
+        ++_repaired;
+    }
+    ++_byFormat.at(static_cast<std::size_t>(decoded.message->downlinkFormat()));
+    ++_byConfidence.at(static_cast<std::size_t>(decoded.message->confidence()));
+    if (decoded.payload) {
+        ++_payloads;
+        _payloadsRefused += decoded.payload->message ? 0U : 1U;
+    }
+}
+
+std::string DecodeSummary::text(u64 unreadableLines) const {
+    std::string table = countRow("replies read", _replies);
+    table += countRow("  decoded", _replies - _refused, _replies);
+    table += countRow("    repaired", _repaired, _replies);
+    table += countRow("  refused", _refused, _replies);
+    table += "decoded by format\n";
+    for (std::size_t format = 0; format < _byFormat.size(); ++format) {
+        if (_byFormat[format] > 0) {
+            table += countRow("  DF-" + std::to_string(format), _byFormat[format], _replies);
+        }
+    }
+    table += "decoded by confidence\n";
+    for (const auto confidence :
+         {ModeSMessage::High, ModeSMessage::Medium, ModeSMessage::Low, ModeSMessage::None}) {
+        table += countRow("  " + std::string(confidenceName(confidence)),
+                          _byConfidence[static_cast<std::size_t>(confidence)], _replies);
+    }
+    table += countRow("ADS-B payloads", _payloads);
+    table += countRow("  not decoded", _payloadsRefused, _payloads);
+    table += countRow("lines not readable", unreadableLines);
+    table.pop_back();
+    return table;
+}
+
+std::string trackSummary(const TrackingCounts& counts, u64 unreadableLines) {
+    std::string table = countRow("replies read", counts.replies);
+    table += countRow("  tracked", counts.tracked, counts.replies);
+    table += countRow("aircraft", counts.aircraft);
+    table += countRow("killed", counts.killed);
+    table += countRow("lines not readable", unreadableLines);
+    table.pop_back();
+    return table;
+}
+
+} // namespace tolvarin::ondrel::client

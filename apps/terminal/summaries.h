@@ -1,0 +1,34 @@
+#pragma once
+
+#include "apps/decoding/decoded_reply.h"
+#include "apps/tracking/tracking.h"
+
+#include <ondrel/types.h>
+
+#include <array>
+#include <string>
+
+/// The tables of counts that end a run. They have several lines, the last one without its end.
+namespace tolvarin::ondrel::client {
+
+/// Counts what a run has decoded.
+class DecodeSummary {
+public:
+    void count(const DecodedReply& decoded);
+
+    /// Lists only the formats that occurred.
+    std::string text(u64 unreadableLines) const;
+
+private:
+    u64 _replies = 0;
+    u64 _refused = 0;
+    u64 _repaired = 0;
+    u64 _payloads = 0;
+    u64 _payloadsRefused = 0;
+    std::array<u64, 25> _byFormat{};    ///< of decoded replies, by DFMessage::DownlinkFormat
+    std::array<u64, 4> _byConfidence{}; ///< of decoded replies, by ModeSMessage::Confidence
+};
+
+std::string trackSummary(const TrackingCounts& counts, u64 unreadableLines);
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,37 @@
+#include "apps/tracking/tracking.h"
+
+#include <algorithm>
+
+namespace tolvarin::ondrel::client {
+
+Tracking::Tracking(const std::optional<AltitudeCheck>& check) {
+    if (check) {
+        _tracker.setAltituteBaroChecking(true, check->seconds, check->feet);
+    }
+}
+
+void Tracking::moveTo(u64 stampMs) {
+    _now = std::max(_now, stampMs);
+}
+
+const ADSBTarget* Tracking::take(const DecodedReply& decoded) {
+    ++_replies;
+    const ADSBTarget* aircraft = _tracker.procModeSMsg(decoded.message.get());
+    _tracked += aircraft != nullptr ? 1U : 0U;
+    return aircraft;
+}
+
+std::vector<ADSBTarget> Tracking::killSilentFor(u64 milliseconds) {
+    if (_now < milliseconds) {
+        return {};
+    }
+    std::vector<ADSBTarget> killed = _tracker.killTargets(_now - milliseconds);
+    _killed += killed.size();
+    return killed;
+}
+
+TrackingCounts Tracking::counts() const {
+    return {_replies, _tracked, aircraft().size(), _killed};
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "apps/decoding/decoded_reply.h"
+
+#include <ondrel/adsb_target.h>
+#include <ondrel/adsb_tracker.h>
+#include <ondrel/types.h>
+
+#include <optional>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+/// A new altitude within so many seconds of the last one is believed only if it is at most so many
+/// feet away from it.
+struct AltitudeCheck {
+    u32 seconds;
+    u32 feet;
+};
+
+struct TrackingCounts {
+    u64 replies;  ///< taken in
+    u64 tracked;  ///< of these, the ones that updated an aircraft
+    u64 aircraft; ///< in the table now
+    u64 killed;   ///< aircraft removed
+};
+
+/// Takes replies into a table of aircraft, counts them, and keeps the time of the recording.
+class Tracking {
+public:
+    explicit Tracking(const std::optional<AltitudeCheck>& check);
+
+    /// Moves the time forward to a stamp; an earlier stamp changes nothing.
+    void moveTo(u64 stampMs);
+
+    /// The newest stamp.
+    u64 now() const { return _now; }
+
+    /// Takes a reply in. Gives the aircraft that it updated, valid until the next call, or null if
+    /// the tracker did not believe the reply.
+    const ADSBTarget* take(const DecodedReply& decoded);
+
+    /// Removes the aircraft that were last heard so long ago or longer, and gives them.
+    std::vector<ADSBTarget> killSilentFor(u64 milliseconds);
+
+    /// Copies of all aircraft in the order of their addresses.
+    std::vector<ADSBTarget> aircraft() const { return _tracker.allTargets(); }
+
+    TrackingCounts counts() const;
+
+private:
+    ADSBTracker _tracker;
+    u64 _now = 0;
+    u64 _replies = 0;
+    u64 _tracked = 0;
+    u64 _killed = 0;
+};
+
+} // namespace tolvarin::ondrel::client
