@@ -2,8 +2,8 @@
 
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
-#include "apps/pages/html_text.h"
-#include "apps/pages/style_sheet.h"
+#include "apps/pages/html.h"
+#include "apps/pages/style_sheets.h"
 #include "apps/pages/track_map.h"
 
 #include <algorithm>
@@ -13,33 +13,18 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-// The style sheet shows one of the two.
+// Units of the two pictures of the map. The style sheet shows one of them.
 constexpr double wideMap = 1200;
 constexpr double wideMapHeight = 580;
 constexpr double narrowMap = 420;
 constexpr double narrowMapHeight = 520;
-
-std::string element(std::string_view name, std::string_view style, std::string_view content) {
-    std::string text = "<" + std::string(name);
-    if (!style.empty()) {
-        text += " class=\"" + std::string(style) + "\"";
-    }
-    return text + ">" + std::string(content) + "</" + std::string(name) + ">";
-}
-
-std::string head(const std::string& title) {
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
-           element("title", "", htmlText(title)) + "\n" +
-           element("style", "", "\n" + styleSheet()) + "\n</head>\n";
-}
 
 std::string legend() {
     std::string items;
     for (const AltitudeBand& band : altitudeBands()) {
         items += element("li", band.style, htmlText(band.label));
     }
-    return element("figcaption", "", element("ul", "legend", items)) + "\n";
+    return element("figcaption", element("ul", "legend", items)) + "\n";
 }
 
 std::string map(const IndexContents& contents) {
@@ -47,7 +32,7 @@ std::string map(const IndexContents& contents) {
         return placeOf(aircraft).has_value();
     };
     if (std::none_of(contents.aircraft.begin(), contents.aircraft.end(), hasPosition)) {
-        return element("p", "quiet", "No aircraft has told its position.") + "\n";
+        return element("p", "quiet", "No aircraft has a position.") + "\n";
     }
     TrackMap wide(contents.aircraft, contents.history, wideMap, wideMapHeight);
     TrackMap narrow(contents.aircraft, contents.history, narrowMap, narrowMapHeight);
@@ -60,24 +45,22 @@ std::string tableHead() {
     for (const AircraftColumn& column : aircraftColumns()) {
         std::string text = htmlText(column.head);
         if (!column.unit.empty()) {
-            text += " " + element("small", "", htmlText(column.unit));
+            text += " " + element("small", htmlText(column.unit));
         }
         cells += element("th", column.alignment == Alignment::Right ? "number" : "", text);
     }
-    return element("thead", "", element("tr", "", cells)) + "\n";
+    return element("thead", element("tr", cells)) + "\n";
 }
 
 std::string tableCell(const AircraftColumn& column, const ADSBTarget& aircraft, u64 nowMs) {
     const auto cell = column.cell(aircraft, nowMs);
     std::string style = column.alignment == Alignment::Right ? "number" : std::string(column.key);
     if (!cell) {
-        return element("td", style + " quiet", "&ndash;");
+        return element("td", style + " quiet", dash);
     }
-    std::string text = htmlText(cell->text);
-    if (column.key == "address") {
-        text = "<a href=\"" + htmlText(pageName(aircraft.icaoAddr())) + "\">" + text + "</a>";
-    }
-    return element("td", style, text);
+    const bool leads = column.key == "address"; // to the page of the aircraft
+    return element("td", style,
+                   leads ? link(pageName(aircraft.icaoAddr()), cell->text) : htmlText(cell->text));
 }
 
 std::string table(const IndexContents& contents) {
@@ -89,11 +72,10 @@ std::string table(const IndexContents& contents) {
         }
         rows += element("tr", isAlarming(aircraft) ? "alarm" : "", cells) + "\n";
     }
-    return element(
-               "div", "table",
-               "\n" +
-                   element("table", "aircraft", "\n" + tableHead() + element("tbody", "", rows)) +
-                   "\n") +
+    return element("div", "table",
+                   "\n" +
+                       element("table", "aircraft", "\n" + tableHead() + element("tbody", rows)) +
+                       "\n") +
            "\n";
 }
 
@@ -102,9 +84,9 @@ std::string table(const IndexContents& contents) {
 std::string indexPage(const IndexContents& contents) {
     const std::string summary = std::to_string(contents.aircraft.size()) + " aircraft in " +
                                 contents.recording + ", as of " + timeText(contents.nowMs);
-    return head("Aircraft") + "<body class=\"index\">\n" + element("h1", "", "Aircraft") + "\n" +
-           element("p", "quiet", htmlText(summary)) + "\n" + map(contents) + table(contents) +
-           "</body>\n</html>\n";
+    return htmlPage("Aircraft", std::string(commonStyle) + std::string(indexStyle),
+                    element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) +
+                        "\n" + map(contents) + table(contents));
 }
 
 } // namespace tolvarin::ondrel::client

@@ -10,9 +10,9 @@
 
 namespace tolvarin::ondrel::client {
 
-/// What the index is made of.
+/// What the index shows.
 struct IndexContents {
-    std::string recording;                   ///< its name
+    std::string recording;                   ///< the name of the input
     u64 nowMs;                               ///< the newest stamp
     const std::vector<ADSBTarget>& aircraft; ///< in the order of the table
     const TrackHistory& history;

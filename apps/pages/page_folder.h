@@ -2,23 +2,21 @@
 
 #include "apps/pages/index_page.h"
 
-#include <ondrel/adsb_target_report.h>
-
 #include <string>
 
 namespace tolvarin::ondrel::client {
 
-/// A folder with an index and a page for each aircraft. Whatever the system refuses is a Failure
-/// that names the file.
+/// A folder with an index and a page for each aircraft. Throws a Failure that names the file when
+/// the system reports an error.
 class PageFolder {
 public:
-    /// Creates the folder, if there is none.
+    /// Creates the folder unless it exists.
     explicit PageFolder(std::string path);
 
-    /// Writes all pages, over those that are there.
+    /// Writes all pages and replaces existing ones.
     void write(const IndexContents& contents) const;
 
-    /// Where a browser starts.
+    /// The file to open in a browser.
     std::string indexPath() const;
 
 private:
@@ -26,9 +24,5 @@ private:
 
     std::string _path;
 };
-
-/// The library's page of one aircraft, made fit for narrow screens and with a way back to the
-/// index.
-std::string aircraftPage(const ADSBTargetReport& report);
 
 } // namespace tolvarin::ondrel::client

@@ -2,7 +2,7 @@
 
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
-#include "apps/pages/html_text.h"
+#include "apps/pages/html.h"
 
 #include <algorithm>
 #include <cmath>
@@ -71,11 +71,7 @@ std::string pair(const MapPoint& point) {
 
 /// ` name="12.3"`.
 std::string attribute(std::string_view name, double value) {
-    return " " + std::string(name) + "=\"" + decimalText(value, 1) + "\"";
-}
-
-std::string attribute(std::string_view name, std::string_view value) {
-    return " " + std::string(name) + "=\"" + htmlText(value) + "\"";
+    return client::attribute(name, decimalText(value, 1));
 }
 
 std::string nameOf(const ADSBTarget& aircraft) {

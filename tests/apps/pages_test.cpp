@@ -1,10 +1,12 @@
 #include "tracked_lines.h"
 
 #include "apps/common/text.h"
-#include "apps/pages/html_text.h"
+#include "apps/display/aircraft_data.h"
+#include "apps/pages/aircraft_page.h"
+#include "apps/pages/html.h"
 #include "apps/pages/index_page.h"
 #include "apps/pages/page_folder.h"
-#include "apps/pages/style_sheet.h"
+#include "apps/pages/style_sheets.h"
 
 #include "simulator/frame_encoder.h"
 #include "simulator/payload_encoder.h"
@@ -105,32 +107,65 @@ TEST(IndexPage, isSafeWhateverTheRecordingIsCalled) {
     EXPECT_EQ(htmlText("a\"b"), "a&quot;b");
 }
 
-TEST(AircraftPage, isTheLibrarysWithAWayBack) {
+/// The row of a datum on the page of an aircraft, from its second cell on.
+std::string rowOf(const std::string& page, const std::string& label) {
+    const std::string start = "<td>" + label + "</td>";
+    const std::size_t begin = page.find(start) + start.size();
+    return page.substr(begin, page.find("</tr>", begin) - begin);
+}
+
+TEST(AircraftPage, showsEveryDatumAndAllCounts) {
     const Pages pages;
-    const ADSBTargetReport report = pages.tracked.tracking.aircraft().at(1).report();
-    std::string page = aircraftPage(report);
+    const ADSBTarget aircraft = pages.tracked.tracking.aircraft().at(1);
+    const std::string page = aircraftPage(aircraft, 5500);
     EXPECT_EQ(unbalanced(page), "");
-    for (const std::string& added :
-         {std::string("    <meta charset=\"utf-8\">\n"
-                      "    <meta name=\"viewport\" content=\"width=device-width, "
-                      "initial-scale=1\">\n"),
-          std::string("    <p class=\"back\"><a href=\"index.html\">All aircraft</a> / 4840D6 "
-                      "KLM1023 </p>\n")}) {
-        ASSERT_EQ(countOf(page, added), 1U) << page;
-        page.erase(page.find(added), added.size());
+    EXPECT_NE(page.find(R"(<a href="index.html">All aircraft</a>)"), std::string::npos);
+    EXPECT_NE(page.find(R"(<h1>KLM1023 <small class="address">4840D6</small></h1>)"),
+              std::string::npos);
+    EXPECT_NE(page.find("Track number 2, last heard 4.000, 1.500 s before the newest reply"),
+              std::string::npos);
+    for (const std::string_view group : dataGroups) {
+        EXPECT_EQ(countOf(page, "<h2>" + std::string(group) + "</h2>"), 1U);
     }
-    EXPECT_EQ(page, report.toHtml("\n" + styleSheet()));
+    for (const AircraftDatum& datum : dataOf(aircraft)) {
+        EXPECT_EQ(countOf(page, "<td>" + std::string(datum.label) + "</td>"), 1U) << datum.key;
+    }
+    EXPECT_EQ(rowOf(page, "Callsign"), R"(<td class="value">KLM1023</td>)"
+                                       R"(<td class="time update">3.500</td>)"
+                                       R"(<td class="time change">3.500</td>)");
+    EXPECT_EQ(rowOf(page, "Latitude"), R"(<td class="value quiet">&ndash;</td>)"
+                                       R"(<td class="time update quiet">&ndash;</td>)"
+                                       R"(<td class="time change"></td>)");
+    EXPECT_NE(page.find(R"(<tr class="alarm"><td>Squawk</td><td class="value">7700</td>)"),
+              std::string::npos);
+    for (const char* count :
+         {"<td>All</td><td class=\"value\">2<", "<td>DF-5</td><td class=\"value\">1<",
+          "<td>ACID</td><td class=\"value\">1<"}) {
+        EXPECT_NE(page.find(count), std::string::npos) << count;
+    }
+}
+
+// 1700000000 is 2023-11-14, 22:13:20 UTC.
+TEST(AircraftPage, showsTheDateOfWhatIsOfAnotherDay) {
+    const TrackedLines tracked({"1700000000.25,8D4840D6202CC371C32CE0576098"});
+    const ADSBTarget aircraft = tracked.tracking.aircraft().front();
+    EXPECT_NE(aircraftPage(aircraft, 1700000001000).find(">22:13:20.250</td>"), std::string::npos);
+    EXPECT_NE(aircraftPage(aircraft, 1700086400000).find(">2023-11-14 22:13:20.250 UTC</td>"),
+              std::string::npos);
 }
 
 TEST(Pages, needNoNetwork) {
     const Pages pages;
     const std::string all =
-        pages.index("x.csv") + aircraftPage(pages.tracked.tracking.aircraft().front().report());
+        pages.index("x.csv") + aircraftPage(pages.tracked.tracking.aircraft().front(), 4000);
     for (const char* way : {"http", "src=", "url(", "@import", "<link", "<script"}) {
         EXPECT_EQ(all.find(way), std::string::npos) << way;
     }
-    EXPECT_EQ(styleSheet().find('<'), std::string::npos);
-    EXPECT_EQ(countOf(styleSheet(), "{"), countOf(styleSheet(), "}"));
+    for (const std::string_view style : {commonStyle, indexStyle, aircraftStyle}) {
+        EXPECT_GT(countOf(std::string(style), "{"), 5U);
+        EXPECT_EQ(countOf(std::string(style), "{"), countOf(std::string(style), "}"));
+        EXPECT_EQ(style.find('<'), std::string::npos);
+    }
 }
 
 // Two frames that no aircraft sends can solve into a latitude of 122 degrees.

@@ -1,0 +1,63 @@
+#include "apps/pages/html.h"
+
+#include "apps/common/text.h"
+
+namespace tolvarin::ondrel::client {
+
+std::string htmlText(std::string_view text) {
+    std::string escaped;
+    escaped.reserve(text.size());
+    for (const char character : text) {
+        switch (character) {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '>':
+            escaped += "&gt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        case '\'':
+            escaped += "&#39;";
+            break;
+        default:
+            escaped += static_cast<u8>(character) < ' ' || character == '\x7F' ? '?' : character;
+        }
+    }
+    return escaped;
+}
+
+std::string attribute(std::string_view name, std::string_view value) {
+    return " " + std::string(name) + "=\"" + htmlText(value) + "\"";
+}
+
+std::string element(std::string_view name, std::string_view content) {
+    return element(name, "", content);
+}
+
+std::string element(std::string_view name, std::string_view style, std::string_view content) {
+    const std::string tag(name);
+    return "<" + tag + (style.empty() ? "" : attribute("class", style)) + ">" +
+           std::string(content) + "</" + tag + ">";
+}
+
+std::string link(std::string_view target, std::string_view text) {
+    return "<a" + attribute("href", target) + ">" + htmlText(text) + "</a>";
+}
+
+std::string htmlPage(std::string_view title, std::string_view style, std::string_view body) {
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
+           element("title", htmlText(title)) + "\n" + element("style", "\n" + std::string(style)) +
+           "\n</head>\n<body>\n" + std::string(body) + "</body>\n</html>\n";
+}
+
+std::string pageName(u32 address) {
+    return hex24(address) + ".html";
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <ondrel/types.h>
+
+#include <string>
+#include <string_view>
+
+/// Writes HTML. All pages are made with these functions.
+namespace tolvarin::ondrel::client {
+
+/// Plain text in the form in which it stands in a page or in a quoted attribute. Control characters
+/// become "?".
+std::string htmlText(std::string_view text);
+
+/// ` name="value"`. The value is plain text.
+std::string attribute(std::string_view name, std::string_view value);
+
+/// `<name>content</name>`. The content is HTML.
+std::string element(std::string_view name, std::string_view content);
+
+/// `<name class="style">content</name>`; without the class if `style` is empty.
+std::string element(std::string_view name, std::string_view style, std::string_view content);
+
+/// `<a href="target">text</a>`. Target and text are plain text.
+std::string link(std::string_view target, std::string_view text);
+
+/// A whole page. The title is plain text, the body HTML; `style` is the text of style sheets.
+std::string htmlPage(std::string_view title, std::string_view style, std::string_view body);
+
+/// Stands for a value that is not known.
+constexpr std::string_view dash = "&ndash;";
+
+/// The file of the index, and the file of an aircraft beside it.
+constexpr std::string_view indexName = "index.html";
+std::string pageName(u32 address);
+
+} // namespace tolvarin::ondrel::client
