@@ -1,7 +1,10 @@
 #pragma once
 
+#include "apps/common/text.h"
 #include "apps/input/reply_line.h"
 #include "apps/tracking/tracking.h"
+
+#include "simulator/frame_encoder.h"
 
 #include <optional>
 #include <string>
@@ -29,5 +32,17 @@ public:
 private:
     ModeSDecoder _decoder;
 };
+
+/// Messages of three aircraft from the public literature on Mode S: a position in two messages, an
+/// identification and a velocity. The last line is believed only because its aircraft is known.
+inline std::vector<std::string> threeAircraft() {
+    return {
+        "1.000,8D40621D58C386435CC412692AD6",
+        "2.000,8D40621D58C382D690C8AC2863A7",
+        "3.500,8D4840D6202CC371C32CE0576098",
+        "4.000,8D485020994409940838175B284F",
+        "5.300," + hexBytes(simulator::df5(0x4840D6, {1}, 0123)),
+    };
+}
 
 } // namespace tolvarin::ondrel::client

@@ -9,7 +9,7 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-TEST(Stamping, isDecidedByTheFirstReply) {
+TEST(Stamping, IsDecidedByTheFirstReply) {
     const std::optional<u64> none;
     const struct {
         std::vector<std::optional<u64>> lines;
@@ -35,7 +35,7 @@ TEST(Stamping, isDecidedByTheFirstReply) {
     }
 }
 
-TEST(Periods, followEachOtherFromTheFirstStampOn) {
+TEST(Periods, FollowEachOtherFromTheFirstStampOn) {
     struct Step {
         u64 stamp;
         bool ends;

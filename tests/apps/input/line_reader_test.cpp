@@ -53,7 +53,7 @@ void expectLines(const std::vector<std::size_t>& lengths, const std::string& las
     EXPECT_EQ(reader.bytesRead(), content.size());
 }
 
-TEST(LineReader, givesEveryLineWholeOrSaysThatItIsTooLong) {
+TEST(LineReader, GivesEveryLineWholeOrSaysThatItIsTooLong) {
     const std::size_t longest = LineReader::longest;
     for (const char* lastEnd : {"\n", ""}) {
         expectLines({3, 0, 0, 7}, lastEnd);
@@ -63,7 +63,7 @@ TEST(LineReader, givesEveryLineWholeOrSaysThatItIsTooLong) {
     }
 }
 
-TEST(LineReader, meetsTheEndOfItsBufferAnywhereInALine) {
+TEST(LineReader, MeetsTheEndOfItsBufferAnywhereInALine) {
     for (std::size_t first = 65536 - 4; first <= 65536 + 4; ++first) {
         expectLines({first, 3, 2}, "");
         expectLines(std::vector<std::size_t>(30, first / 19), "\n");

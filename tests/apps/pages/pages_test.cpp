@@ -1,4 +1,4 @@
-#include "tracked_lines.h"
+#include "apps/tracked_lines.h"
 
 #include "apps/common/text.h"
 #include "apps/display/aircraft_data.h"
@@ -77,7 +77,7 @@ struct Pages {
     TrackHistory history;
 };
 
-TEST(IndexPage, listsAllAircraftAndDrawsWhoHasToldAPosition) {
+TEST(IndexPage, ListsAllAircraftAndDrawsWhoHasToldAPosition) {
     const std::string page = Pages().index("x.csv");
     EXPECT_EQ(unbalanced(page), "");
     EXPECT_EQ(countOf(page, R"(<td class="address"><a href="40621D.html">40621D</a></td>)"), 1U);
@@ -99,7 +99,7 @@ TEST(IndexPage, listsAllAircraftAndDrawsWhoHasToldAPosition) {
     EXPECT_EQ(unbalanced(empty), "");
 }
 
-TEST(IndexPage, isSafeWhateverTheRecordingIsCalled) {
+TEST(IndexPage, IsSafeWhateverTheRecordingIsCalled) {
     const std::string page = Pages().index("<script>alert('&')</script>\x1B\n.csv");
     EXPECT_NE(page.find("&lt;script&gt;alert(&#39;&amp;&#39;)&lt;/script&gt;??.csv"),
               std::string::npos);
@@ -114,7 +114,7 @@ std::string rowOf(const std::string& page, const std::string& label) {
     return page.substr(begin, page.find("</tr>", begin) - begin);
 }
 
-TEST(AircraftPage, showsEveryDatumAndAllCounts) {
+TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
     const Pages pages;
     const ADSBTarget aircraft = pages.tracked.tracking.aircraft().at(1);
     const std::string page = aircraftPage(aircraft, 5500);
@@ -146,7 +146,7 @@ TEST(AircraftPage, showsEveryDatumAndAllCounts) {
 }
 
 // 1700000000 is 2023-11-14, 22:13:20 UTC.
-TEST(AircraftPage, showsTheDateOfWhatIsOfAnotherDay) {
+TEST(AircraftPage, ShowsTheDateOfWhatIsOfAnotherDay) {
     const TrackedLines tracked({"1700000000.25,8D4840D6202CC371C32CE0576098"});
     const ADSBTarget aircraft = tracked.tracking.aircraft().front();
     EXPECT_NE(aircraftPage(aircraft, 1700000001000).find(">22:13:20.250</td>"), std::string::npos);
@@ -154,7 +154,7 @@ TEST(AircraftPage, showsTheDateOfWhatIsOfAnotherDay) {
               std::string::npos);
 }
 
-TEST(Pages, needNoNetwork) {
+TEST(Pages, NeedNoNetwork) {
     const Pages pages;
     const std::string all =
         pages.index("x.csv") + aircraftPage(pages.tracked.tracking.aircraft().front(), 4000);
@@ -169,7 +169,7 @@ TEST(Pages, needNoNetwork) {
 }
 
 // Two frames that no aircraft sends can solve into a latitude of 122 degrees.
-TEST(TrackHistory, hasNoPlaceBeyondThePoles) {
+TEST(IndexPage, DrawsNothingBeyondThePoles) {
     simulator::AirbornePosition position;
     position.odd = true;
     position.cpr = {0, 0};
@@ -184,17 +184,6 @@ TEST(TrackHistory, hasNoPlaceBeyondThePoles) {
     EXPECT_GT(aircraft.front().latitude(), 90);
     EXPECT_EQ(history.trackOf(0x4840D6).size(), 0U);
     EXPECT_EQ(countOf(indexPage({"", 2000, aircraft, history}), "<svg "), 0U);
-}
-
-TEST(TrackHistory, hasThePositionsInTheirOrder) {
-    Pages pages;
-    EXPECT_EQ(pages.history.trackOf(0x4840D6).size(), 0U);
-    ASSERT_EQ(pages.history.trackOf(0x40621D).size(), 1U);
-    EXPECT_NEAR(pages.history.trackOf(0x40621D).front().latitude, 52.2572, 1e-4);
-    pages.history.note(pages.tracked.tracking.aircraft().front()); // where it was
-    EXPECT_EQ(pages.history.trackOf(0x40621D).size(), 1U);
-    pages.history.forget(0x40621D);
-    EXPECT_EQ(pages.history.trackOf(0x40621D).size(), 0U);
 }
 
 } // namespace

@@ -26,7 +26,7 @@ std::vector<std::string> labelsOf(const std::vector<GridLine>& lines) {
     return labels;
 }
 
-TEST(MapView, showsAllPointsAndALabelledGraticule) {
+TEST(MapView, ShowsAllPointsAndALabelledGraticule) {
     struct Row {
         std::vector<GeoPoint> points;
         std::vector<std::string> meridians; ///< labels, west to east
@@ -65,7 +65,7 @@ TEST(MapView, showsAllPointsAndALabelledGraticule) {
     }
 }
 
-TEST(MapView, isTrueToScaleInItsMiddle) {
+TEST(MapView, IsTrueToScaleInItsMiddle) {
     const MapView view({{40, 10}, {60, 30}}, width, greatestHeight);
     const MapPoint middle = view.at({50, 20});
     EXPECT_NEAR(middle.x, width / 2, 1e-6);
@@ -83,7 +83,7 @@ TEST(MapView, isTrueToScaleInItsMiddle) {
     }
 }
 
-TEST(MapView, isCutWhereNobodyIs) {
+TEST(MapView, IsCutWhereNobodyIs) {
     const MapView world({{0, -170}, {10, -60}, {0, 60}, {-10, 170}}, width, greatestHeight);
     EXPECT_FALSE(world.joins({0, 60}, {0, -60})); // both edges of the map
     EXPECT_TRUE(world.joins({0, 179}, {0, -179}));
@@ -95,7 +95,7 @@ bool overlap(const Box& left, const Box& right) {
            right.top < left.bottom;
 }
 
-TEST(LabelLayout, keepsLabelsApartAndOnThePicture) {
+TEST(LabelLayout, KeepsLabelsApartAndOnThePicture) {
     constexpr double labelWidth = 50;
     constexpr double labelHeight = 12;
     simulator::Random random(1);
@@ -121,7 +121,7 @@ TEST(LabelLayout, keepsLabelsApartAndOnThePicture) {
     }
 }
 
-TEST(LabelLayout, avoidsWhatIsInTheWay) {
+TEST(LabelLayout, AvoidsWhatIsInTheWay) {
     LabelLayout layout(600, 400);
     EXPECT_EQ(layout.place({300, 200}, 50, 12)->side, LabelLayout::Anchor::Start);
     LabelLayout blocked(600, 400);

@@ -14,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(ReplyLine, givesBytesAndStamp) {
+TEST(ReplyLine, GivesBytesAndStamp) {
     struct Row {
         std::string line;
         std::string hex;
@@ -52,13 +52,13 @@ TEST(ReplyLine, givesBytesAndStamp) {
     }
 }
 
-TEST(ReplyLine, skipsBlankLinesAndComments) {
+TEST(ReplyLine, SkipsBlankLinesAndComments) {
     for (const char* line : {"", " ", "\t \r", "#", "# *5DA0;", "  #5DA0"}) {
         EXPECT_TRUE(std::holds_alternative<SkippedLine>(parseReplyLine(line))) << line;
     }
 }
 
-TEST(ReplyLine, tellsWhatIsWrong) {
+TEST(ReplyLine, TellsWhatIsWrong) {
     struct Row {
         std::string line;
         std::string complaint; ///< how it begins

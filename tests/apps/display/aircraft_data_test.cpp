@@ -1,0 +1,177 @@
+#include "apps/display/aircraft_data.h"
+
+#include "simulator/cpr_encoder.h"
+#include "simulator/frame_encoder.h"
+#include "simulator/payload_encoder.h"
+
+#include <ondrel/adsb_tracker.h>
+#include <ondrel/mode_s_decoder.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr u32 address = 0x4840D6;
+
+std::string position(bool odd) {
+    simulator::AirbornePosition position;
+    position.altitudeFt = 31000;
+    position.odd = odd;
+    position.cpr = simulator::encodeCpr(52.25, -3.5, odd, simulator::CprGrid::Airborne);
+    position.supplement = true;
+    return simulator::df17(address, 5, simulator::airbornePosition(position));
+}
+
+std::string velocity() {
+    simulator::VelocityFields fields;
+    fields.accuracy = 1;
+    fields.verticalRateSourceBit = false;
+    fields.verticalRateFtMin = -640;
+    return simulator::df17(address, 5, simulator::groundVelocity(fields, 300, 400, false));
+}
+
+std::string operationalStatus() {
+    simulator::OperationalStatus status;
+    status.nicSupplementA = true;
+    return simulator::df17(address, 5, simulator::operationalStatus(status));
+}
+
+/// An aircraft that has sent all data that one aircraft can send. The frames come at 1000 ms, 2000
+/// ms and so on.
+ADSBTarget heardAircraft() {
+    const std::string callsign =
+        simulator::df17(address, 5, simulator::identification(4, 3, "KLM1023"));
+    const std::string allCall = simulator::df11(address, 5, 0);
+    const std::string distress = simulator::df5(address, {4, 0, 0}, 07700); // with alert and SPI
+    const std::vector<std::string> frames = {
+        callsign,
+        velocity(), // its NUCr counts as long as the version is 0
+        simulator::df5(address, {0, 0, 0}, 01234),
+        allCall,
+        allCall, // the first one is not believed
+        operationalStatus(),
+        velocity(),
+        distress,
+        distress,
+        callsign,
+        position(false),
+        position(true),
+    };
+    ModeSDecoder decoder;
+    ADSBTracker tracker;
+    u64 stamp = 0;
+    for (const std::string& frame : frames) {
+        stamp += 1000;
+        const std::unique_ptr<ModeSMessage> message(
+            decoder.decode(ModeSMessage::Downlink, frame, stamp));
+        message->setSignalAmplitude(77);
+        tracker.procModeSMsg(message.get());
+    }
+    return tracker.allTargets().front();
+}
+
+TEST(AircraftData, ShowWhatWasSentAndWhen) {
+    struct Row {
+        std::string_view key;
+        std::string_view text; ///< empty: nobody has sent it
+        bool valid;
+        u64 lastUpdate;
+        std::optional<u64> lastChange; ///< nothing: changes are not kept
+    };
+    const Row rows[] = {
+        {"callsign", "KLM1023", true, 10000, 1000},
+        {"emitter_category", "3", true, 10000, 1000},
+        {"squawk", "7700", true, 9000, 8000},
+        {"ground_status", "air", true, 12000, 11000},
+        {"spi", "yes", true, 9000, 8000},
+        {"alert", "yes", true, 9000, 8000},
+        {"capability", "5", true, 5000, {}},
+        {"mops_version", "2", true, 6000, 6000},
+        {"mops_version_confirmed", "yes", true, 6000, 6000},
+        {"latitude", "52.249999", true, 12000, {}},
+        {"longitude", "-3.500009", true, 12000, {}},
+        {"altitude", "31000", true, 12000, {}},
+        {"ground_speed", "500.0", true, 7000, {}},
+        {"heading", "36.9", true, 7000, {}},
+        {"vertical_rate", "-640", true, 7000, {}},
+        {"signal_amplitude", "77", true, 12000, {}},
+        {"nucp", "7", true, 12000, 11000},
+        {"nucr", "1", false, 2000, 2000},
+        {"nic", "9", true, 12000, 11000},
+        {"nic_supplement_a", "yes", true, 6000, {}},
+        {"nic_supplement_b", "yes", true, 12000, {}},
+        {"nic_supplement_c", "", false, 0, {}},
+        {"pic", "12", true, 12000, 11000},
+        {"nacp", "", false, 0, 0},
+        {"sil", "", false, 0, 0},
+    };
+    const std::vector<AircraftDatum> data = dataOf(heardAircraft());
+    for (const Row& row : rows) {
+        const auto datum = std::find_if(data.begin(), data.end(), [&row](const auto& candidate) {
+            return candidate.key == row.key;
+        });
+        ASSERT_NE(datum, data.end()) << row.key;
+        EXPECT_EQ(datum->known() ? datum->value.text : "", row.text) << row.key;
+        EXPECT_EQ(datum->valid, row.valid) << row.key;
+        EXPECT_EQ(datum->lastUpdate, row.lastUpdate) << row.key;
+        EXPECT_EQ(datum->lastChange, row.lastChange) << row.key;
+    }
+}
+
+/// What another tracker knows of a datum that it got in a report. The interface of
+/// ADSBTracker::procTargetReport documents these exceptions.
+AircraftDatum expectedAfterReport(const AircraftDatum& sent, const AircraftDatum& unknown,
+                                  u64 reportTime) {
+    const std::set<std::string_view> notCarried = {"spi", "alert", "capability", "mops_version",
+                                                   "mops_version_confirmed"};
+    if (sent.group == "Quality" || notCarried.count(sent.key) > 0) {
+        return unknown;
+    }
+    AircraftDatum expected = sent;
+    if (sent.key == "squawk") {
+        expected.lastChange = 0;
+    } else if (sent.key == "ground_status") {
+        expected.lastChange = sent.lastUpdate;
+    } else if (sent.key == "heading") {
+        expected.lastUpdate = reportTime;
+    }
+    return expected;
+}
+
+TEST(AircraftData, GoFromOneTrackerToAnotherInAReport) {
+    const ADSBTarget sender = heardAircraft();
+    const ADSBTargetReport report = sender.report();
+    ADSBTracker other;
+    const ADSBTarget* receiver = other.procTargetReport(&report);
+    ASSERT_NE(receiver, nullptr);
+    EXPECT_EQ(receiver->icaoAddr(), address);
+    EXPECT_EQ(receiver->lastUpdate(), sender.lastUpdate());
+    EXPECT_EQ(receiver->trackId(), sender.trackId());
+
+    const std::vector<AircraftDatum> sent = dataOf(sender);
+    const std::vector<AircraftDatum> unknown = dataOf(ADSBTarget(address));
+    const std::vector<AircraftDatum> received = dataOf(*receiver);
+    for (std::size_t i = 0; i < sent.size(); ++i) {
+        const AircraftDatum expected =
+            expectedAfterReport(sent[i], unknown[i], report.lastUpdate());
+        EXPECT_EQ(received[i].value.data, expected.value.data) << sent[i].key;
+        EXPECT_EQ(received[i].valid, expected.valid) << sent[i].key;
+        EXPECT_EQ(received[i].lastUpdate, expected.lastUpdate) << sent[i].key;
+        EXPECT_EQ(received[i].lastChange, expected.lastChange) << sent[i].key;
+    }
+}
+
+} // namespace
+
+} // namespace tolvarin::ondrel::client
