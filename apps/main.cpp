@@ -67,8 +67,7 @@ int runProgram(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     using namespace tolvarin::ondrel::client;
     try {
-        // Without this, a write into a closed pipe kills the program. File::write handles the
-        // error.
+        // So that a write into a closed pipe gives an error, which File::write handles.
         static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
         return runProgram(argc, argv);
     } catch (const OutputClosed&) {

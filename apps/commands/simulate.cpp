@@ -31,8 +31,7 @@ Exit status:
   2  the command line is wrong)";
 
 constexpr u64 mostAircraft = u64{1} << 20U;
-constexpr u64 longestSeconds =
-    1000000; // a 48-bit counter of 12 MHz overflows after 23 times as long
+constexpr u64 longestSeconds = 1000000; // --form ticks can count 23 times as long
 constexpr u64 latestStart = 9999999999; // ten digits
 constexpr u64 mostInterrogators = 64;
 constexpr double halfWayRoundNm = 10800;

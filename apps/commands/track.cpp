@@ -61,7 +61,7 @@ constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
 constexpr u64 mostFeet = 200000;
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
-constexpr std::size_t helpWidth = 54;    // of the descriptions of options
+constexpr std::size_t helpWidth = 54;    // longest line in the description of an option
 
 /// Adds an option in seconds, which may have a fraction.
 void addSeconds(CLI::App& command, const std::string& name, std::optional<u64>& milliseconds,
@@ -89,7 +89,7 @@ std::string altitudeCheckError(const std::string& text) {
     return error.empty() ? wholeNumber(0, mostFeet)(feet) : error;
 }
 
-/// The text has no error.
+/// The text has passed altitudeCheckError().
 AltitudeCheck altitudeCheck(const std::string& text) {
     const auto numberAt = [&text](std::size_t begin) {
         return static_cast<u32>(std::stoul(text.substr(begin)));

@@ -65,7 +65,7 @@ std::string timeText(u64 milliseconds) {
 }
 
 std::string decimalText(double number, int decimals) {
-    std::array<char, 400> digits{}; // the largest double has 309 in front of the point
+    std::array<char, 400> digits{}; // the largest double has 309 before the point
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
                                    std::chars_format::fixed, decimals);
     std::string text(digits.data(), end.ptr);

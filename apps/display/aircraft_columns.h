@@ -18,7 +18,7 @@ enum class Alignment { Left, Right };
 struct AircraftColumn {
     std::string_view key;  ///< its name on the command line
     std::string_view head; ///< the text above the column
-    std::string_view unit; ///< likewise; may be empty
+    std::string_view unit; ///< below the head; may be empty
     Alignment alignment;
 
     /// The entry of an aircraft, and what the column is sorted by; nothing if the aircraft has no

@@ -8,7 +8,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-/// A field of either family.
+/// A field of a reply or of a payload.
 template <class Field>
 Json fieldJson(const Field& field) {
     Json form;

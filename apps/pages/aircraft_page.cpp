@@ -23,7 +23,7 @@ std::string dateAndTime(u64 milliseconds) {
     return text;
 }
 
-/// The time alone if it is of the same day as `newestMs`.
+/// Without the date if it is the date of `newestMs`.
 std::string timeOfDay(u64 milliseconds, u64 newestMs) {
     const std::string text = dateAndTime(milliseconds);
     const std::string newest = dateAndTime(newestMs);

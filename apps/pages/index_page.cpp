@@ -58,9 +58,9 @@ std::string tableCell(const AircraftColumn& column, const ADSBTarget& aircraft, 
     if (!cell) {
         return element("td", style + " quiet", dash);
     }
-    const bool leads = column.key == "address"; // to the page of the aircraft
+    const bool isLink = column.key == "address";
     return element("td", style,
-                   leads ? link(pageName(aircraft.icaoAddr()), cell->text) : htmlText(cell->text));
+                   isLink ? link(pageName(aircraft.icaoAddr()), cell->text) : htmlText(cell->text));
 }
 
 std::string table(const IndexContents& contents) {

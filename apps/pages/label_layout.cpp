@@ -10,13 +10,13 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr double cell = 4;
+constexpr double cell = 4;         // side of a cell of the raster
 constexpr double outside = 1000;   // cost of a cell beyond the edge
 constexpr double otherLabel = 50;  // cost of a cell under a label
-constexpr double mostHidden = 0.2; // share of a label that may cover others
-constexpr double farGap = 20;      // from a point; beyond it, a line is needed
+constexpr double mostHidden = 0.2; // share of a label that may cover other labels
+constexpr double farGap = 20;      // a label farther from its point needs a line
 
-// In the order of preference: the nearer, and then the more usual.
+// In the order of preference.
 constexpr std::array<double, 5> distances = {13, 18, 28, 42, 60};
 constexpr std::array<MapPoint, 8> directions = {
     {{1, 0}, {-1, 0}, {0.4, -1.4}, {0.4, 1.4}, {-0.4, -1.4}, {-0.4, 1.4}, {0, -1.4}, {0, 1.4}}};
@@ -83,7 +83,7 @@ std::optional<LabelLayout::Place> LabelLayout::place(const MapPoint& point, doub
                                                      double height) {
     Place best{};
     double lowest = std::numeric_limits<double>::infinity();
-    double preference = 0; // less than anything on the picture costs
+    double preference = 0; // always smaller than the cost of anything drawn
     for (const double distance : distances) {
         for (const MapPoint& direction : directions) {
             const Place place = {

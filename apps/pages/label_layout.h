@@ -15,27 +15,28 @@ struct Box {
     double bottom;
 };
 
-/// Finds places for labels beside their points, where they cover as little as can be. What is on
-/// the picture is kept as a raster of costs, so that a label costs the same however many there are.
+/// Finds places for labels beside their points, where they cover as little as possible. A raster of
+/// costs stands for what is on the picture, so the time for a label does not depend on the number
+/// of labels.
 class LabelLayout {
 public:
     enum class Anchor { Start, Middle, End };
 
     struct Place {
-        MapPoint anchor; ///< of the text, in the middle of its height
-        Anchor side;     ///< which part of the text stands there
-        bool isFar;      ///< a line should lead there from the point
+        MapPoint anchor; ///< a point of the text at the middle of its height
+        Anchor side;     ///< which part of the text that point is
+        bool isFar;      ///< far from its point, so a line should connect them
     };
 
     LabelLayout(double width, double height);
 
-    /// Makes labels avoid a box, or the way from one point to the other, the more so the higher
-    /// the cost.
+    /// Makes labels avoid a box, or the line from one point to another. A higher cost is avoided
+    /// more.
     void avoid(const Box& box, double cost);
     void avoid(const MapPoint& from, const MapPoint& to, double cost);
 
-    /// Places a label of that size beside the point, and makes later ones avoid it. Nothing where
-    /// it would be too crowded to read any.
+    /// Places a label of that size beside the point and makes later labels avoid it. Gives nothing
+    /// where the label would cover too much of other labels.
     std::optional<Place> place(const MapPoint& point, double width, double height);
 
 private:
@@ -43,7 +44,7 @@ private:
 
     long _columns;
     long _rows;
-    std::vector<double> _costs; ///< of the cells, row by row
+    std::vector<double> _costs; ///< of the cells of the raster, row by row
 };
 
 } // namespace tolvarin::ondrel::client

@@ -13,17 +13,17 @@ constexpr double fullCircle = 360;
 constexpr double pole = 90;
 constexpr double degreesInRadian = 57.29577951308232;
 
-constexpr double sideMargin = 56;    // around the points, for labels
-constexpr double upperMargin = 50;   // and likewise below
-constexpr double flattest = 0.45;    // height of the flattest map, by its width
+constexpr double sideMargin = 56;    // left and right of the points, for labels
+constexpr double upperMargin = 50;   // above and below the points
+constexpr double flattest = 0.45;    // smallest ratio of height to width
 constexpr double smallestView = 0.2; // degrees
-constexpr double narrowest = 0.02;   // of the cosine of a latitude
-constexpr double gridSpacing = 84;   // between two lines at least
+constexpr double narrowest = 0.02;   // smallest cosine of a latitude, near a pole
+constexpr double gridSpacing = 84;   // smallest distance of two lines
 
 constexpr std::array<int, 14> gridSteps = {1,  2,   5,   10,  15,  20,   30,
                                            60, 120, 300, 600, 900, 1800, 2700}; // minutes of arc
 
-/// Degrees from `west` eastward, from 0 to below 360.
+/// Degrees from `west` to the east, from 0 to below 360.
 double eastward(double west, double longitude) {
     const double degrees = std::fmod(longitude - west, fullCircle);
     return degrees < 0 ? degrees + fullCircle : degrees;
@@ -56,7 +56,7 @@ int gridStep(double unitsPerDegree) {
     return step != gridSteps.end() ? *step : gridSteps.back();
 }
 
-/// Degrees and minutes with the letter of the side; none where there is no side.
+/// Degrees and minutes with the letter of the side; without it for 0 and 180 degrees.
 std::string angleText(int minutes, char positive, char negative) {
     const int magnitude = std::abs(minutes);
     std::string text = std::to_string(magnitude / 60) + "\u00B0";

@@ -7,24 +7,25 @@
 
 namespace tolvarin::ondrel::client {
 
-/// A place on a picture, in its units from the upper left corner.
+/// A point of a picture, in its units from the upper left corner.
 struct MapPoint {
     double x;
     double y;
 };
 
-/// A line of the graticule: its x or y on the picture, and "50 deg N" or the like in signs.
+/// A line of the graticule: its x or y on the picture, and a label such as "50°N".
 struct GridLine {
     double at;
     std::string label;
 };
 
-/// An equirectangular map that shows all of some points, true to scale in its middle latitude. It
-/// is cut where the points leave the widest gap, so that the date line is a meridian like others.
+/// An equirectangular map that shows all of some points and is true to scale at its middle
+/// latitude. Its edges lie in the widest gap between the longitudes of the points, so that points
+/// on both sides of the date line are shown side by side.
 class MapView {
 public:
-    /// At least one point, each a place on earth. The height is what the points need, within
-    /// limits.
+    /// Needs at least one point; latitudes are from -90 to 90. The height is what the points need,
+    /// within limits.
     MapView(const std::vector<GeoPoint>& points, double width, double greatestHeight);
 
     double width() const { return _width; }
@@ -32,10 +33,10 @@ public:
 
     MapPoint at(const GeoPoint& place) const;
 
-    /// Whether the way from one point to the other lies on the map, and not around the earth.
+    /// Whether the shortest way from one point to the other does not leave the map at an edge.
     bool joins(const GeoPoint& from, const GeoPoint& to) const;
 
-    /// The graticule, in whole steps of minutes or degrees that leave room for the labels.
+    /// The graticule, in steps of minutes or degrees that leave room for the labels.
     std::vector<GridLine> meridians() const;
     std::vector<GridLine> parallels() const;
 
@@ -46,10 +47,10 @@ private:
     double _width;
     double _height = 0;
     double _west;          ///< longitude of the westernmost point
-    double _middle = 0;    ///< degrees from there to the middle of the map
+    double _middle = 0;    ///< degrees from _west to the middle of the map
     double _middleLat = 0; ///< latitude of the middle
     double _latScale = 0;  ///< units for one degree
-    double _lonScale = 0;
+    double _lonScale = 0;  ///< units for one degree
 };
 
 } // namespace tolvarin::ondrel::client

@@ -12,19 +12,19 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr double shortestStep = 1.5; // of a track, in units of the picture
-constexpr double characterWidth = 8; // of the wider fonts
+constexpr double shortestStep = 1.5; // between two points of a track, in units of the picture
+constexpr double characterWidth = 8; // of the widest usual fonts
 constexpr double labelHeight = 12;
-constexpr double baseline = 4; // of a text below its middle
+constexpr double baseline = 4; // of a text, below the middle of its height
 constexpr double markerSize = 8;
 
-// What labels should rather cover; an own track is met in any case.
+// How strongly labels avoid what is drawn. A track costs least: a label is always near its own.
 constexpr double trackCost = 1;
 constexpr double gridLabelCost = 20;
 constexpr double markerCost = 40;
 
-/// Those with a place that can be drawn.
-std::vector<const ADSBTarget*> thoseWithPlace(const std::vector<ADSBTarget>& aircraft) {
+/// The aircraft that have a position on earth.
+std::vector<const ADSBTarget*> withPlace(const std::vector<ADSBTarget>& aircraft) {
     std::vector<const ADSBTarget*> chosen;
     for (const ADSBTarget& one : aircraft) {
         if (placeOf(one)) {
@@ -34,22 +34,22 @@ std::vector<const ADSBTarget*> thoseWithPlace(const std::vector<ADSBTarget>& air
     return chosen;
 }
 
-/// Where it has been, and at last where it is.
-std::vector<GeoPoint> wayOf(const ADSBTarget& aircraft, const TrackHistory& history) {
+/// The past positions and the current one.
+std::vector<GeoPoint> pathOf(const ADSBTarget& aircraft, const TrackHistory& history) {
     const std::vector<GeoPoint>& track = history.trackOf(aircraft.icaoAddr());
-    std::vector<GeoPoint> way;
-    way.reserve(track.size() + 1);
-    way.assign(track.begin(), track.end());
-    way.push_back(*placeOf(aircraft));
-    return way;
+    std::vector<GeoPoint> path;
+    path.reserve(track.size() + 1);
+    path.assign(track.begin(), track.end());
+    path.push_back(*placeOf(aircraft));
+    return path;
 }
 
 std::vector<GeoPoint> allPoints(const std::vector<const ADSBTarget*>& aircraft,
                                 const TrackHistory& history) {
     std::vector<GeoPoint> points;
     for (const ADSBTarget* one : aircraft) {
-        const std::vector<GeoPoint> way = wayOf(*one, history);
-        points.insert(points.end(), way.begin(), way.end());
+        const std::vector<GeoPoint> path = pathOf(*one, history);
+        points.insert(points.end(), path.begin(), path.end());
     }
     return points;
 }
@@ -114,7 +114,7 @@ const std::vector<AltitudeBand>& altitudeBands() {
 
 TrackMap::TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history,
                    double width, double greatestHeight)
-    : _aircraft(thoseWithPlace(aircraft)), _history(history),
+    : _aircraft(withPlace(aircraft)), _history(history),
       _view(allPoints(_aircraft, history), width, greatestHeight),
       _labels(_view.width(), _view.height()) {}
 
@@ -147,7 +147,7 @@ void TrackMap::addGraticule() {
     }
 }
 
-/// Not where the edge would cut it.
+/// Leaves out a label that the right edge would cut.
 void TrackMap::addDegrees(const MapPoint& at, const std::string& label) {
     const double width = characterWidth * static_cast<double>(label.size());
     if (at.x + width > _view.width()) {
@@ -158,7 +158,7 @@ void TrackMap::addDegrees(const MapPoint& at, const std::string& label) {
                   gridLabelCost);
 }
 
-/// In the upper right corner.
+/// Draws the scale of distance in the upper right corner.
 void TrackMap::addScale() {
     constexpr double margin = 14;
     constexpr double tick = 4;
@@ -176,7 +176,7 @@ void TrackMap::addScale() {
 }
 
 void TrackMap::addTrack(const ADSBTarget& aircraft) {
-    const std::vector<GeoPoint> places = wayOf(aircraft, _history);
+    const std::vector<GeoPoint> places = pathOf(aircraft, _history);
     MapPoint last = _view.at(places.front());
     std::string path = "M" + pair(last);
     for (std::size_t i = 1; i < places.size(); ++i) {
@@ -196,7 +196,7 @@ void TrackMap::addTrack(const ADSBTarget& aircraft) {
             attribute("d", path) + "/>\n";
 }
 
-/// An arrow head along the heading, or a disc where that is not known.
+/// An arrow head along the heading, or a disc if the heading is not known.
 void TrackMap::addMarker(const ADSBTarget& aircraft) {
     const MapPoint at = _view.at(*placeOf(aircraft));
     const std::string style = attribute("class", "marker " + std::string(bandStyle(aircraft)));
@@ -237,7 +237,7 @@ void TrackMap::addLine(const MapPoint& from, const MapPoint& to, std::string_vie
             attribute("y1", from.y) + attribute("x2", to.x) + attribute("y2", to.y) + "/>\n";
 }
 
-/// `at` is in the middle of the text's height.
+/// `at` is at the middle of the height of the text.
 void TrackMap::addText(const MapPoint& at, std::string_view attributes, std::string_view text) {
     _svg += "<text" + std::string(attributes) + attribute("x", at.x) +
             attribute("y", at.y + baseline) + ">" + htmlText(text) + "</text>";

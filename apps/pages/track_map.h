@@ -12,27 +12,26 @@
 
 namespace tolvarin::ondrel::client {
 
-/// Aircraft up to some altitude, which have a colour of their own.
+/// A range of altitudes with a colour.
 struct AltitudeBand {
-    i32 below; ///< feet
-    std::string_view style;
-    std::string_view label;
+    i32 below;              ///< feet; the range ends below this altitude
+    std::string_view style; ///< class for the style sheet
+    std::string_view label; ///< for the legend
 };
 
-/// From the lowest to the highest, and that of aircraft without an altitude last.
+/// From the lowest to the highest; the last one is for aircraft without an altitude.
 const std::vector<AltitudeBand>& altitudeBands();
 
-/// Draws where aircraft have been and are, as an SVG picture for a page: graticule and scale, the
-/// track of each aircraft, a marker that points along its heading, and its callsign or else its
-/// address, which lead to its page. Aircraft without a place on earth are left out.
+/// Draws the tracks of aircraft as an SVG picture for a page: graticule and scale, then for each
+/// aircraft its track, a marker that points along its heading, and a label with its callsign or
+/// else its address. Marker and label link to its page. Aircraft without a position are left out.
 class TrackMap {
 public:
-    /// What is given must outlive the map, and at least one of the aircraft have a place.
+    /// The arguments must outlive the map. At least one aircraft must have a position (placeOf).
     TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history, double width,
              double greatestHeight);
 
-    /// The picture, with classes for the style sheet; `style` is that of the whole. To be called
-    /// once.
+    /// The picture; `style` is its class for the style sheet. Call it once.
     std::string svg(std::string_view style);
 
 private:
@@ -45,7 +44,7 @@ private:
     void addLine(const MapPoint& from, const MapPoint& to, std::string_view style);
     void addText(const MapPoint& at, std::string_view attributes, std::string_view text);
 
-    std::vector<const ADSBTarget*> _aircraft; ///< those with a place
+    std::vector<const ADSBTarget*> _aircraft; ///< those with a position
     const TrackHistory& _history;
     MapView _view;
     LabelLayout _labels;

@@ -12,7 +12,7 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-// Of the columns of a report.
+// The columns of a report. Each width fits the widest entry.
 constexpr std::size_t itemWidth = 23;  // "Transponder capability"
 constexpr std::size_t valueWidth = 11; // "-179.999999"
 constexpr std::size_t unitWidth = 6;   // "ft/min"

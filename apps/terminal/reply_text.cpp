@@ -13,7 +13,7 @@ constexpr std::size_t stampWidth = 14;     // "1700000000.000"
 constexpr std::size_t formatWidth = 5;     // "DF-17"
 constexpr std::size_t confidenceWidth = 7; // "refused"
 
-// Of a list of fields; positions and widths have two digits at most.
+// For the list of fields. Positions and widths have at most two digits.
 constexpr std::string_view listIndentation = "    ";
 constexpr std::size_t positionWidth = 4;
 constexpr std::size_t bitsWidth = 2;
@@ -33,7 +33,7 @@ std::string columns(const DecodedReply& decoded, const std::string& address,
     return line;
 }
 
-/// One line for a field of either family.
+/// One line for a field of a reply or of a payload.
 template <class Field>
 std::string fieldLine(const Field& field) {
     std::string line(listIndentation);

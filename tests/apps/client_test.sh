@@ -93,7 +93,7 @@ expect "bad lines: the run goes on" "0 2" "$status $(wc -l <out)"
 expect_line "bad lines: digit" err "bad.txt:3: 'n' is not a hexadecimal digit; expected .*"
 expect "bad lines: counted" 3 "$(counted 'lines not readable')"
 "$client" decode bad.txt >all 2>&1
-expect "bad lines: complaints and replies in order" "DF-17 bad.txt:2: bad.txt:3: DF-17 bad.txt:5:" \
+expect "bad lines: messages and replies in order" "DF-17 bad.txt:2: bad.txt:3: DF-17 bad.txt:5:" \
     "$(grep -Eo 'bad.txt:[0-9]:|DF-17 .*:' all | sed 's/ .*//' | tr '\n' ' ' | sed 's/ $//')"
 
 echo nonsense | "$client" decode - >out 2>err
@@ -170,7 +170,7 @@ for arguments in --help --version "decode --help" "track --help" "simulate --hel
     expect "$arguments" "0 0" "$status $(wc -c <err)"
 done
 
-# -- output that nobody takes, or that does not fit --------------------------------------------
+# -- output into a closed pipe or onto a full disk --------------------------------------------
 
 run simulate --seconds 60 --seed 7 -o long.txt
 expect "simulate" "0 0" "$status $(wc -c <out)"
@@ -185,7 +185,7 @@ for command in "decode long.txt" "decode --fields long.txt" "decode --json long.
         "1 ondrel: cannot write <stdout>: No space left on device" "$? $(cat err)"
 done
 
-# A live source: a reply shows before the next one comes.
+# A live source: a reply is shown before the next one comes.
 mkfifo source
 "$client" decode - <source >live 2>err &
 exec 3>source
@@ -207,7 +207,7 @@ if command -v script >/dev/null; then
     # on_terminal COMMAND: what a terminal would show goes to err.
     on_terminal() { timeout 60 script -qec "$1" /dev/null >err </dev/null; }
     on_terminal "$client decode longer.txt >/dev/null"
-    expect_line "the bar makes way for a complaint" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
+    expect_line "the bar makes way for a message" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
     expect "a bar on a terminal" 1 "$(($(grep -ao '\[#*\.*\] *[0-9]* %' err | wc -l) > 2))"
     on_terminal "$client decode longer.txt"
     expect "no bar into the output" 0 "$(grep -ac '\.\.\]' err)"
@@ -303,7 +303,7 @@ run track forms.txt
 expect_line "no stamps" err 'forms.txt: the first reply has no time stamp; all are stamped .*'
 expect "no stamps: tracked" "0 1" "$status $(counted aircraft)"
 
-# Half a second at half the speed; nothing of it is shown late.
+# Half a second of recording at half the speed. Tables are shown when they are due.
 printf '%s\n' "1.000,$good" "1.100,$good" "1.500,$good" >half.txt
 begin=${EPOCHREALTIME/[.,]/}
 "$client" track --every 0.1 --pace 0.5 half.txt 2>err |
@@ -312,8 +312,8 @@ expect "paced: it takes its time" 1 "$(($(sed -n '$s/ .*//p' out) >= 1000))"
 expect "paced: the first table comes at its time" 1 \
     "$(($(sed -n '1s/ .*//p' out) + 300 < $(sed -n '$s/ .*//p' out)))"
 
-# Interrupted while it waits: for the time of a reply, and for the next line of a live source. That
-# it has read the first reply shows in the log, for this one needs repair.
+# Interrupted while it waits for the time of a reply, and while it waits for the next line of a live
+# source. The first reply needs repair, so the log shows that it has been read.
 wrong=8D40621D59C382D690C8AC2863A7
 printf '%s\n' "1.000,$wrong" "9999.000,$wrong" >hours.txt
 mkfifo live_source

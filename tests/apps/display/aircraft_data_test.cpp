@@ -84,7 +84,7 @@ ADSBTarget heardAircraft() {
 TEST(AircraftData, ShowWhatWasSentAndWhen) {
     struct Row {
         std::string_view key;
-        std::string_view text; ///< empty: nobody has sent it
+        std::string_view text; ///< empty: never received
         bool valid;
         u64 lastUpdate;
         std::optional<u64> lastChange; ///< nothing: changes are not kept

@@ -61,7 +61,7 @@ TEST(ReplyLine, SkipsBlankLinesAndComments) {
 TEST(ReplyLine, TellsWhatIsWrong) {
     struct Row {
         std::string line;
-        std::string complaint; ///< how it begins
+        std::string reason; ///< how it begins
     };
     const Row rows[] = {
         // digits
@@ -94,7 +94,7 @@ TEST(ReplyLine, TellsWhatIsWrong) {
         const ParsedLine parsed = parseReplyLine(row.line);
         ASSERT_TRUE(std::holds_alternative<LineError>(parsed)) << row.line;
         const std::string& text = std::get<LineError>(parsed).reason;
-        EXPECT_EQ(text.substr(0, row.complaint.size()), row.complaint) << text;
+        EXPECT_EQ(text.substr(0, row.reason.size()), row.reason) << text;
         EXPECT_NE(text.find("; expected "), std::string::npos) << text;
     }
 }

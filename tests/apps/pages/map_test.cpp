@@ -83,7 +83,7 @@ TEST(MapView, IsTrueToScaleInItsMiddle) {
     }
 }
 
-TEST(MapView, IsCutWhereNobodyIs) {
+TEST(MapView, HasItsEdgesInTheWidestGap) {
     const MapView world({{0, -170}, {10, -60}, {0, 60}, {-10, 170}}, width, greatestHeight);
     EXPECT_FALSE(world.joins({0, 60}, {0, -60})); // both edges of the map
     EXPECT_TRUE(world.joins({0, 179}, {0, -179}));

@@ -31,8 +31,7 @@ std::size_t countOf(const std::string& text, std::string_view part) {
     return count;
 }
 
-/// What keeps the elements of a page from closing in the order in which they opened; empty if
-/// nothing does.
+/// The first element that is not closed in the right order; empty if all are.
 std::string unbalanced(const std::string& page) {
     std::vector<std::string> open;
     for (std::size_t begin = page.find('<', 1); begin != std::string::npos;
@@ -54,8 +53,8 @@ std::string unbalanced(const std::string& page) {
     return open.empty() ? "" : open.back();
 }
 
-// A published pair of position messages, an aircraft in distress without a position, and one that
-// nobody would call so.
+// A published pair of position messages of one aircraft; an identification and an emergency squawk
+// of another one without a position.
 const std::vector<std::string> lines = {
     "1.000,8D40621D58C386435CC412692AD6",
     "2.000,8D40621D58C382D690C8AC2863A7",
@@ -77,7 +76,7 @@ struct Pages {
     TrackHistory history;
 };
 
-TEST(IndexPage, ListsAllAircraftAndDrawsWhoHasToldAPosition) {
+TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     const std::string page = Pages().index("x.csv");
     EXPECT_EQ(unbalanced(page), "");
     EXPECT_EQ(countOf(page, R"(<td class="address"><a href="40621D.html">40621D</a></td>)"), 1U);
