@@ -41,10 +41,8 @@ Cell heading(const Target& t, u64 /*newestMs*/) {
 }
 
 Cell groundStatus(const Target& t, u64 /*newestMs*/) {
-    if (!t.groundStatusValid() || t.groundStatus() == Target::GroundStatusUnknown) {
-        return std::nullopt;
-    }
-    return words(t.groundStatus() == Target::OnGround ? "ground" : "air");
+    const bool known = t.groundStatusValid() && t.groundStatus() != Target::GroundStatusUnknown;
+    return known ? Cell(words(groundStatusText(t))) : std::nullopt;
 }
 
 /// With a question mark until the version is confirmed.

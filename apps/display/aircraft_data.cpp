@@ -14,17 +14,6 @@ constexpr std::string_view motion = dataGroups[1];
 constexpr std::string_view status = dataGroups[2];
 constexpr std::string_view quality = dataGroups[3];
 
-Value groundStatus(ADSBTarget::GroundStatus groundStatus) {
-    switch (groundStatus) {
-    case ADSBTarget::OnGround:
-        return words("ground");
-    case ADSBTarget::Airborne:
-        return words("air");
-    default:
-        return words("unknown");
-    }
-}
-
 } // namespace
 
 Value words(const std::string& text) {
@@ -52,7 +41,7 @@ std::vector<AircraftDatum> dataOf(const ADSBTarget& t) {
          t.emitterCategoryValid(), t.emitterCategoryLastUpdate(), t.emitterCategoryLastChange()},
         {"squawk", "Squawk", "", identification, words(squawkText(t.squawk())), t.squawkValid(),
          t.squawkLastUpdate(), t.squawkLastChange()},
-        {"ground_status", "Ground status", "", status, groundStatus(t.groundStatus()),
+        {"ground_status", "Ground status", "", status, words(groundStatusText(t)),
          t.groundStatusValid(), t.groundStatusLastUpdate(), t.groundStatusLastChange()},
         {"spi", "SPI", "", status, yesNo(t.spiStatus()), t.spiStatusValid(),
          t.spiStatusLastUpdate(), t.spiStatusLastChange()},
@@ -126,6 +115,17 @@ std::optional<std::string> callsignOf(const ADSBTarget& aircraft) {
     const std::string text = aircraft.callsign();
     const std::size_t last = text.find_last_not_of(' ');
     return last != std::string::npos ? std::optional(text.substr(0, last + 1)) : std::nullopt;
+}
+
+std::string groundStatusText(const ADSBTarget& aircraft) {
+    switch (aircraft.groundStatus()) {
+    case ADSBTarget::OnGround:
+        return "ground";
+    case ADSBTarget::Airborne:
+        return "air";
+    default:
+        return "unknown";
+    }
 }
 
 bool isAlarming(const ADSBTarget& aircraft) {

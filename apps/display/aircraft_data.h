@@ -60,6 +60,9 @@ std::vector<MessageCount> countsByType(const ADSBTarget& aircraft);
 /// The callsign without trailing blanks; nothing if that leaves no character.
 std::optional<std::string> callsignOf(const ADSBTarget& aircraft);
 
+/// "ground", "air" or "unknown".
+std::string groundStatusText(const ADSBTarget& aircraft);
+
 /// Whether the squawk is 7500 (unlawful interference), 7600 (lost communication) or 7700
 /// (emergency).
 bool isAlarming(const ADSBTarget& aircraft);
