@@ -1,6 +1,6 @@
 /// @file
-/// A hash table by aircraft address: what the decoder knows of each address, and the tracker's
-/// targets.
+/// A hash table by aircraft address. The decoder keeps in it when each address proved itself, the
+/// tracker its targets.
 #pragma once
 
 #include <ondrel/types.h>
@@ -12,13 +12,13 @@
 
 namespace tolvarin::ondrel {
 
-/// Values by address, for many look-ups and few new entries. The entries stand in one array with
-/// open addressing. So a look-up among thousands of aircraft costs one cache miss, where a map with
-/// nodes costs several.
+/// Values by address, for many look-ups and few new entries. All entries are in one array (open
+/// addressing). So a look-up among thousands of aircraft costs about one cache miss. A map with
+/// nodes costs one for each node on the way.
 ///
-/// Addresses come from the air, and a sender may choose addresses with the same hash. Therefore a
-/// search ends after a fixed number of slots, and an entry without a free slot in that range goes
-/// into an ordered map. No choice of addresses makes a look-up long.
+/// Addresses come from the air, and a sender can choose addresses with the same hash. Therefore a
+/// search ends after a fixed number of slots. An entry that finds no free slot in this range goes
+/// into an ordered map. So a look-up stays short for every choice of addresses.
 ///
 /// Entries are never removed. A new entry can move the others: pointers and references to values
 /// are good until the next new entry.
@@ -59,6 +59,7 @@ public:
         if (Value* known = find(address)) {
             return *known;
         }
+        // At most half of the slots are used: then most searches end at the first or second slot.
         if (2 * (_size + 1) > _slots.size()) {
             grow();
         }
@@ -90,10 +91,13 @@ private:
     static constexpr std::size_t initialSlots = 16;
     static constexpr std::size_t longestProbe = 32; // slots that one search looks at
 
-    /// The slot that holds the address. If there is none, the free slot for it; if the search found
-    /// no free slot either, a slot of another address.
+    /// The slot that holds the address. If there is none, the free slot for it. If the search found
+    /// no free slot either, a slot of another address. A free slot ends the search, since entries
+    /// are never removed. The table must have slots.
     std::size_t slotOf(u32 address) const {
-        constexpr u32 goldenRatio = 0x9E3779B1; // of 2^32: spreads neighbouring addresses
+        // 2^32 divided by the golden ratio. Addresses of one fleet are often neighbours: the
+        // product spreads them over the table.
+        constexpr u32 goldenRatio = 0x9E3779B1;
         const u64 hash = u32{address * goldenRatio};
         auto index = static_cast<std::size_t>(hash * _slots.size() >> 32);
         for (std::size_t probe = 0; probe < longestProbe; ++probe) {
@@ -114,7 +118,8 @@ private:
         return slot.value;
     }
 
-    /// Doubles the slots and enters everything anew. Nothing changes if memory runs out.
+    /// Doubles the slots and enters everything again. It copies the values: if memory runs out on
+    /// the way, the old table is still complete.
     void grow() {
         AddressTable grown;
         grown._slots.resize(_slots.empty() ? initialSlots : 2 * _slots.size());

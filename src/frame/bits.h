@@ -1,5 +1,5 @@
 /// @file
-/// The bit reader that serves every wire field.
+/// The bit reader for all fields of frames and payloads.
 #pragma once
 
 #include <ondrel/types.h>
@@ -10,8 +10,11 @@
 
 namespace tolvarin::ondrel::bits {
 
-/// Reads `Width` bits, most significant first, that stand `Pos` bits behind the top bit of byte 0.
-/// The bytes must reach to the last of them. Gives a u64 where a u32 has no room for them.
+/// Reads `Width` bits from bit `Pos` on, most significant first. Bit 0 is the top bit of byte 0,
+/// which is sent first. The caller makes sure that `bytes` holds all these bits. The result is a
+/// u32, and a u64 above 32 bits.
+///
+/// Place and width are known to the compiler, which makes a few shifts of the loop.
 template <unsigned Pos, unsigned Width>
 constexpr auto read(std::string_view bytes) {
     constexpr std::size_t first = Pos / 8;

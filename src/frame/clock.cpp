@@ -1,3 +1,5 @@
+// The system clock, which tests can replace. Decoder and messages read the time here alone.
+
 #include "clock.h"
 
 #include <atomic>
@@ -7,6 +9,8 @@ namespace tolvarin::ondrel::clock {
 
 namespace {
 
+// Atomic, since several threads may decode. No other data goes with the pointer, so the relaxed
+// order is enough.
 std::atomic<Source> replacement{nullptr};
 
 } // namespace

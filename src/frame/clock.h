@@ -1,5 +1,6 @@
 /// @file
-/// The one place where the system clock is read.
+/// The one place where the library reads the system clock. So a test can set the time, and no test
+/// has to wait.
 #pragma once
 
 #include <ondrel/types.h>
@@ -11,12 +12,13 @@ namespace tolvarin::ondrel::clock {
 /// Whole seconds since 1970-01-01 UTC.
 std::int64_t seconds();
 
-/// The current second in milliseconds: what a message is stamped with when it is built.
+/// The current second in milliseconds since 1970-01-01 UTC: the stamp of a new message. The last
+/// three digits are 0, so messages of the same second have the same stamp.
 u64 wholeSecondMilliseconds();
 
 using Source = std::int64_t (*)();
 
-/// Puts another source in place of the system clock; null brings the system clock back. For tests.
+/// Replaces the system clock by another source; null brings the system clock back. For tests.
 void setSource(Source source);
 
 } // namespace tolvarin::ondrel::clock

@@ -1,9 +1,10 @@
 /// @file
-/// The visibility of classes that are nested in exported ones but belong to the sources.
+/// Keeps internal classes out of the binary interface. A class that is nested in an exported class
+/// is exported with it, unless it is marked.
 #pragma once
 
 #if defined(__GNUC__) || defined(__clang__)
-/// Keeps the members of a nested class from being exported with its enclosing class.
+/// Marks a nested class whose members are not exported with its enclosing class.
 #define ONDREL_HIDDEN __attribute__((visibility("hidden")))
 #else
 #define ONDREL_HIDDEN

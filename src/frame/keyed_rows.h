@@ -1,6 +1,7 @@
 /// @file
-/// Tables by enumeration: one row for each value, in the order of the values, with the value as its
-/// member `key`.
+/// Tables by enumeration: one row for each value, in the order of the values. Each row has its
+/// value as member `key`, so that a reader sees what a row is for and the compiler checks the
+/// order.
 #pragma once
 
 #include <ondrel/types.h>
@@ -22,7 +23,8 @@ constexpr bool keysCountFrom0(const std::array<Row, Size>& rows) {
     return true;
 }
 
-/// The entry of a value, or the last entry for a value that has none.
+/// The entry of a value, or the last entry for a value that has none. A negative value has none: as
+/// an unsigned number it is larger than every index.
 template <class Entry, std::size_t Size>
 constexpr const Entry& entryOrLast(const std::array<Entry, Size>& entries, i32 value) {
     const auto index = static_cast<u32>(value);

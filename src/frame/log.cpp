@@ -1,4 +1,7 @@
-// The layout of a log line and the way to its sink. Whatever several threads share is atomic.
+// The layout of a log line and its way to the handler or to the standard log stream.
+//
+// Threads share the show level, the handler and the column width, so these are atomic. Level and
+// width use the relaxed order: each is a number of its own, and no other data depends on it.
 
 #include <ondrel/log.h>
 
@@ -17,7 +20,9 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-constexpr std::size_t longestFormatted = 1024; // with the terminator
+// A formatted message is cut at 1023 characters and the terminator. A message given as a string has
+// no limit.
+constexpr std::size_t longestFormatted = 1024;
 
 struct LabelRow {
     Log::Level key;
@@ -30,11 +35,12 @@ constexpr std::array<LabelRow, 6> labelRows = {{
     {Log::Warning, "[WARNING ]"},
     {Log::Critical, "[CRITICAL]"},
     {Log::Panic, "[PANIC   ]"},
-    {static_cast<Log::Level>(Log::Panic + 1), "[UNKNOWN ]"},
+    {static_cast<Log::Level>(Log::Panic + 1), "[UNKNOWN ]"}, // any other number
 }};
 static_assert(keysCountFrom0(labelRows));
 
-/// Raises `width` to `length` if that is more; gives the larger of the two.
+/// Raises `width` to `length` if that is more; gives the larger of the two. If another thread
+/// raises the width at the same time, the larger value stays.
 u64 widen(std::atomic<u64>& width, u64 length) {
     u64 current = width.load(std::memory_order_relaxed);
     while (current < length &&
@@ -45,6 +51,8 @@ u64 widen(std::atomic<u64>& width, u64 length) {
 
 void writeToStandardLog(std::string line) {
     line += '\n';
+    // One write for each line, so that lines of two threads do not mix. The stream is buffered: the
+    // flush shows the line even if the program crashes after it.
     std::clog.write(line.data(), static_cast<std::streamsize>(line.size()));
     std::clog.flush();
 }
@@ -67,8 +75,7 @@ void Log::log(Level level, const std::string& module, const std::string& message
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): a print format is the documented interface
 void Log::log(Level level, const std::string& module, const char* format, ...) {
-    // Nobody sees what is formatted but the line, so nothing is formatted for a line below the
-    // level.
+    // Formatting is the expensive part, so a line that is not shown is not formatted.
     if (!shown(level)) {
         return;
     }
@@ -76,11 +83,13 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
         write(level, module, {});
         return;
     }
+    // Each thread has its own buffer, so two threads can format at the same time.
     thread_local std::array<char, longestFormatted> buffer;
-    buffer.fill('\0'); // where formatting fails, what it wrote until then is the message
+    // If formatting fails, the message is what was written until then. The zeros end it there.
+    buffer.fill('\0');
     std::va_list arguments;
     va_start(arguments, format);
-    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the line above is what it misses
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start() above initialises the list
     static_cast<void>(std::vsnprintf(buffer.data(), buffer.size(), format, arguments));
     va_end(arguments);
     buffer.back() = '\0';
@@ -98,6 +107,8 @@ void Log::write(Level level, const std::string& module, std::string_view message
     line.append(width - module.size(), ' ');
     line += "] ";
     line += message;
+    // Acquire and release: what the application wrote to its handler before it installed it is
+    // visible in the thread that calls the handler.
     if (LogHandler* handler = _logHandler.load(std::memory_order_acquire)) {
         handler->writeLine(line);
     } else {

@@ -1,3 +1,5 @@
+// What the library says of itself. The build passes the version numbers of the project as macros.
+
 #include <ondrel/ondrel.h>
 
 namespace tolvarin::ondrel {
@@ -8,7 +10,7 @@ std::string Ondrel::version() {
 }
 
 std::string Ondrel::build() {
-    return __DATE__;
+    return __DATE__; // of the compilation of this file, as "Jan 10 2021"
 }
 
 std::string Ondrel::about() {

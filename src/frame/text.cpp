@@ -1,3 +1,6 @@
+// Numbers and bytes as text. std::to_chars does not look at the locale: the decimal point stays a
+// point, whatever the application sets. Streams and printf() would follow the locale.
+
 #include "text.h"
 
 #include <array>
@@ -11,9 +14,9 @@ namespace {
 
 constexpr std::string_view digits = "0123456789ABCDEF";
 
-/// Writes `value` in base 2^`digitBits`, at least `width` digits.
+/// Writes `value` in base 2^`digitBits`, with zeros in front up to `width` digits.
 std::string number(u32 value, unsigned digitBits, std::size_t width) {
-    std::array<char, 32> buffer{};
+    std::array<char, 32> buffer{}; // one digit for each bit is the most
     const u32 mask = (1U << digitBits) - 1;
     std::size_t start = buffer.size();
     while (value != 0 || buffer.size() - start < width) {
@@ -23,8 +26,10 @@ std::string number(u32 value, unsigned digitBits, std::size_t width) {
     return {&buffer[start], buffer.size() - start};
 }
 
+// Six digits are what "%f" and "%g" print without a precision.
 std::string number(double value, std::chars_format format) {
-    std::array<char, 320> buffer; // the largest double has 309 digits before the point
+    // The largest double has 309 digits before the point. Sign, point and six digits come on top.
+    std::array<char, 320> buffer;
     const std::to_chars_result result =
         std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, 6);
     return {buffer.data(), static_cast<std::size_t>(result.ptr - buffer.data())};

@@ -1,5 +1,6 @@
 /// @file
-/// How values are written as text, always as in the C locale.
+/// How values are written as text, always as in the C locale. Names, descriptions and reports use
+/// these forms, and programs read them.
 #pragma once
 
 #include <ondrel/types.h>
@@ -17,13 +18,13 @@ std::string hex(u32 value);
 /// Octal, four digits at least: 8 gives "0010".
 std::string octal(u32 value);
 
-/// Six digits behind the point: 357.1875 gives "357.187500".
+/// Six digits after the point, as "%f": 357.1875 gives "357.187500".
 std::string fixed(double value);
 
-/// At most six significant digits, without trailing zeros, as a text stream writes by default.
+/// At most six significant digits, without zeros at the end, as "%g": 357.1875 gives "357.188".
 std::string general(double value);
 
-/// The bytes that a caller passed as pointer and size; a null pointer counts as none.
+/// A copy of the bytes that a caller passed as pointer and size; a null pointer gives no bytes.
 std::string bytes(const void* data, u64 size);
 
 } // namespace tolvarin::ondrel::text
