@@ -1,5 +1,10 @@
-// The ten downlink formats that the library decodes, each a row of fields (ICAO Annex 10 Volume IV,
-// 3.1.2.5 to 3.1.2.8). How a field is read stands in mode_s_fields.cpp.
+// The ten downlink formats that the library decodes (ICAO Annex 10 Volume IV, 3.1.2.5 to 3.1.2.8).
+// Each format is a row of fields; mode_s_fields.cpp has how a field is read, field_places.h has
+// where it stands.
+//
+// The last 24 bits tell whether a frame can be checked. DF-0, 4, 5, 16, 20 and 21 overlay the
+// address on the parity, so damage shows as another address. DF-11 overlays the identifier of the
+// interrogator. DF-17, 18 and 19 overlay nothing, so only these three can be checked.
 
 #include <ondrel/df_messages.h>
 
@@ -22,7 +27,7 @@ const std::string df17Module = "DF17Message";
 const std::string df18Module = "DF18Message";
 const std::string df19Module = "DF19Message";
 
-/// "DF-0" to "DF-24", by format.
+/// "DF-0" to "DF-24", by format. DF-24 stands for all codes from 24 on.
 const std::array<std::string, DFMessage::DF24 + 1> formatNames = [] {
     std::array<std::string, DFMessage::DF24 + 1> names;
     for (std::size_t format = 0; format < names.size(); ++format) {
@@ -61,11 +66,14 @@ const std::string& DFMessage::downlinkFormatName() const {
     return formatNames[static_cast<u32>(format)];
 }
 
+// The first two bits (11) tell a DF-24, so the five bits that are its code here can be 24 to 31.
 DFMessage::DownlinkFormat DFMessage::downlinkFormatByCode(u8 code) {
     return code < DF24 ? static_cast<DownlinkFormat>(code) : DF24;
 }
 
 bool DFMessage::decodeImpl() {
+    // decode() tests the length too. But a subclass of a client can get here without decode(), and
+    // its size() can be 0.
     if (data().empty() || data().size() < size()) {
         return false;
     }
@@ -79,7 +87,8 @@ bool DFMessage::decodeImpl() {
 
 /// Steps of decodeImpl() that several formats share.
 struct ONDREL_HIDDEN DFMessage::Steps {
-    /// Decodes every field at its place, also behind one that fails; true if all succeeded.
+    /// Decodes every field at its place; true if all succeeded. A field that fails does not stop
+    /// the others.
     template <class... Fields>
     static bool decodeFields(DFMessage& message, Fields&... fields) {
         const u8 frameBits = message.bits();
@@ -88,7 +97,8 @@ struct ONDREL_HIDDEN DFMessage::Steps {
         return decoded;
     }
 
-    /// A reply whose address is overlaid on its parity. Nothing in it can be checked.
+    /// Decodes a reply whose address is overlaid on its parity. Such a reply cannot be checked: a
+    /// damaged one gives another address. The decoder judges the address afterwards.
     template <class... Fields>
     static bool decodeOverlaid(DFMessage& message, ModeSMessageFieldAP& ap, Fields&... fields) {
         const bool decoded = decodeFields(message, fields..., ap);
@@ -96,8 +106,9 @@ struct ONDREL_HIDDEN DFMessage::Steps {
         return decoded;
     }
 
-    /// A squitter: its parity has no overlay, so it can be checked. If the check fails, the fields
-    /// stay as decoded, the address is not set, and the log gets a line.
+    /// Decodes a squitter. Its parity has no overlay (the identifier is 0), so it can be checked.
+    /// If the check fails, the log gets a line and the address is not set. The fields stay as
+    /// decoded: the decoder needs the received parity for a repair.
     template <class... Fields>
     static bool decodeSquitter(DFMessage& message, const std::string& module,
                                ModeSMessageFieldPI& pi, ModeSMessageFieldAA& aa,
@@ -193,6 +204,8 @@ bool DF11Message::decodeImpl() {
         return false;
     }
     const bool decoded = Steps::decodeFields(*this, _fieldCA, _fieldAA, _fieldPI);
+    // What the parity leaves of PI is the interrogator identifier. Damage makes a wrong identifier,
+    // which the decoder judges. It is no reason to refuse the reply.
     _fieldPI.setParity(calculatedParity());
     setIcaoAddress(_fieldAA.icaoAddress());
     return decoded;
@@ -269,6 +282,8 @@ u8 DF19Message::bits() const {
     return parity::longBits;
 }
 
+// Only AF 0 has a published layout, that of DF-17. With any other AF the message has no other
+// field.
 std::vector<const ModeSMessageField*> DF19Message::fields() const {
     if (!_fieldAF.valid() || _fieldAF.code() != 0) {
         return {&_fieldAF};

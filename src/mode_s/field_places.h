@@ -1,5 +1,6 @@
 /// @file
-/// Where fields stand in a frame: the bits ahead of each (ICAO Annex 10 Volume IV, 3.1.2.3.2).
+/// Where fields stand in a frame (ICAO Annex 10 Volume IV, 3.1.2.3.2). A place is the number of
+/// bits ahead of the field, so it is one less than the bit number in the standard.
 #pragma once
 
 #include <ondrel/mode_s_fields.h>
@@ -21,7 +22,9 @@ constexpr u8 longOverlay = 88;  ///< AP, PI of a long message
 template <class Field, class... Others>
 constexpr bool isOneOf = (std::is_same_v<Field, Others> || ...);
 
-/// The place of a field, which is the same in all formats of a length.
+/// The place of a field in a frame of `frameBits`. It is the same in all formats that have the
+/// field; only AP and PI, which end the frame, depend on the length. A new field class without a
+/// place does not compile.
 template <class Field>
 constexpr u8 of(u8 frameBits) {
     if constexpr (isOneOf<Field, ModeSMessageFieldAA>) {

@@ -1,3 +1,6 @@
+// The rules by which recent replies make the next one believable. Times are seconds of the system
+// clock, which the caller reads once for each reply.
+
 #include "grading.h"
 
 namespace tolvarin::ondrel {
@@ -6,10 +9,12 @@ namespace {
 
 using Seconds = Grading::Seconds;
 
+// In seconds of the system clock. The time stamps of the replies play no part.
 constexpr Seconds addressTimeout = 600;
 constexpr Seconds interrogatorTimeout = 60;
 constexpr u32 interrogatorThreshold = 10; // replies that make an interrogator reliable
 
+/// Exactly `timeout` seconds later an entry is still recent.
 bool isRecent(Seconds second, Seconds timeout, Seconds now) {
     return second + timeout >= now;
 }
@@ -32,8 +37,11 @@ ModeSMessage::Confidence Grading::gradeAllCall(u32 address, u32 interrogator, Se
     const bool interrogatorRecent =
         known != _interrogators.end() && isRecent(known->second.lastSeen, interrogatorTimeout, now);
 
-    const bool vouchedFor = interrogatorRecent && known->second.hitCount >= interrogatorThreshold;
-    if (!addressRecent && !vouchedFor) {
+    // Random bits give a valid identifier in about one reply of 200000, and any address with it. So
+    // an unknown address needs an interrogator that is already reliable. Otherwise nothing is
+    // learnt, and the run of the interrogator is not extended.
+    const bool wasReliable = interrogatorRecent && known->second.hitCount >= interrogatorThreshold;
+    if (!addressRecent && !wasReliable) {
         return ModeSMessage::None;
     }
     if (proved != nullptr) {
@@ -43,13 +51,15 @@ ModeSMessage::Confidence Grading::gradeAllCall(u32 address, u32 interrogator, Se
     }
     InterrogatorRecord& record = _interrogators[interrogator];
     record.lastSeen = now;
-    if (!interrogatorRecent) {
+    if (!interrogatorRecent) { // a new run begins
         record.hitCount = 1;
         return ModeSMessage::Low;
     }
     ++record.hitCount;
-    const bool reliable = record.hitCount >= interrogatorThreshold || interrogator == 0;
-    return !addressRecent || reliable ? ModeSMessage::High : ModeSMessage::Medium;
+    // Identifier 0 is that of acquisition squitters, which an aircraft sends unasked. It needs no
+    // run to give High for a known address.
+    const bool isReliable = record.hitCount >= interrogatorThreshold || interrogator == 0;
+    return !addressRecent || isReliable ? ModeSMessage::High : ModeSMessage::Medium;
 }
 
 } // namespace tolvarin::ondrel

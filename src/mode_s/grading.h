@@ -2,9 +2,9 @@
 /// What recent replies have proved, and how far that makes the next reply believable.
 ///
 /// Most replies overlay their address on their parity, so noise decodes into some address too. Two
-/// tables tell replies from noise: addresses that were received in a frame whose parity holds, and
-/// interrogators whose all-call replies come from such addresses. All times are whole seconds of
-/// the system clock.
+/// tables tell replies from noise. One has the addresses that came in a frame with a good parity.
+/// The other has the interrogators whose all-call replies come from such addresses. All times are
+/// whole seconds of the system clock.
 #pragma once
 
 #include <ondrel/mode_s_message.h>
@@ -30,9 +30,14 @@ public:
     /// proved itself in the last 600 seconds; else it is Low.
     ModeSMessage::Confidence gradeByAddress(u32 address, Seconds now);
 
-    /// Grades an all-call reply of a valid interrogator, 0 to 79. Known addresses make an
-    /// interrogator reliable: with its tenth reply from known addresses in a row, none more than 60
-    /// seconds after the one before. A reliable interrogator makes unknown addresses known.
+    /// Grades an all-call reply of a valid interrogator, 0 to 79. An interrogator is reliable from
+    /// its tenth reply in a row on. A reply counts if its address is known, and it continues the
+    /// row if it comes at most 60 seconds after the one before. A reliable interrogator makes
+    /// unknown addresses known.
+    ///
+    /// For a known address the first reply of a row is Low, the second to ninth are Medium and all
+    /// later ones High. With identifier 0 they are High from the second on. An unknown address is
+    /// High through a reliable interrogator, and None otherwise.
     ModeSMessage::Confidence gradeAllCall(u32 address, u32 interrogator, Seconds now);
 
 private:

@@ -1,4 +1,6 @@
-// The road of a reply: its class by downlink format, its repair, its grade.
+// The steps of a reply: its class by downlink format, its repair and its grade. One function for
+// each kind of format (ICAO Annex 10 Volume IV, 3.1.2.5 to 3.1.2.8); grading.h has the rules of the
+// grades.
 
 #include <ondrel/mode_s_decoder.h>
 
@@ -33,6 +35,9 @@ std::string inverted(std::string frame, std::initializer_list<u8> positions) {
 
 /// Searches for the one or two inverted bits that explain why the parity failed. Gives the frame
 /// with these bits inverted back; nothing if no such bits exist. Writes the result to the log.
+///
+/// One bit is more likely than two, so it is tried first. Positions count from 0. A frame that is
+/// too short is not repaired.
 std::optional<std::string> repair(const DFMessage& message, u32 receivedParity) {
     const char* format = message.downlinkFormatName().c_str();
     const std::string& frame = message.data();
@@ -60,7 +65,7 @@ std::unique_ptr<Message> decoded(const std::string& data) {
     return message->decode(data) ? std::move(message) : nullptr;
 }
 
-/// DF-5 and DF-21.
+/// DF-5 and DF-21: the grade follows from the address alone.
 template <class Message>
 ModeSMessage* decodeIdentityReply(const std::string& data, Grading& grading, Seconds now) {
     auto message = decoded<Message>(data);
@@ -71,8 +76,8 @@ ModeSMessage* decodeIdentityReply(const std::string& data, Grading& grading, Sec
     return message.release();
 }
 
-/// DF-0, 4, 16 and 20. No aircraft sends its altitude in metres, so a set M bit means noise: such a
-/// reply is not believed. Its address is refreshed nevertheless.
+/// DF-0, 4, 16 and 20. No aircraft sends its altitude in metres, so a set M bit means noise: the
+/// reply gets the grade None. A known address is refreshed all the same.
 template <class Message>
 ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading, Seconds now) {
     auto message = decoded<Message>(data);
@@ -85,7 +90,8 @@ ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading, Sec
     return message.release();
 }
 
-/// DF-11.
+/// DF-11: the address is in clear, and the interrogator identifier shows what the reply is worth. A
+/// damaged reply nearly always has an identifier above 79. It keeps the grade None.
 ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading, Seconds now) {
     auto message = decoded<DF11Message>(data);
     if (!message) {
@@ -101,7 +107,8 @@ ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading, Seco
     return message.release();
 }
 
-/// DF-17 and DF-18: the only formats that are repaired.
+/// DF-17 and DF-18, the only formats that are repaired. A good parity proves the address; a
+/// repaired frame counts as a good one.
 template <class Message>
 ModeSMessage* decodeSquitter(const std::string& data, Grading& grading, Seconds now) {
     auto message = std::make_unique<Message>();
@@ -111,6 +118,7 @@ ModeSMessage* decodeSquitter(const std::string& data, Grading& grading, Seconds 
             return nullptr;
         }
         if (!message->decode(*repaired)) { // the repair changed the format bits
+            // Programs read this line, so its misspelling stays.
             Log::log(Log::Critical, moduleName, "Faild to decode %s message after CRC fixing.",
                      message->downlinkFormatName().c_str());
             return nullptr;
@@ -121,7 +129,8 @@ ModeSMessage* decodeSquitter(const std::string& data, Grading& grading, Seconds 
     return message.release();
 }
 
-/// DF-19. With an AF other than 0 its contents are not public, and it has no address.
+/// DF-19, which is not repaired. With an AF other than 0 its contents are not public, so the
+/// message has no address and teaches the decoder nothing.
 ModeSMessage* decodeMilitarySquitter(const std::string& data, Grading& grading, Seconds now) {
     auto message = decoded<DF19Message>(data);
     if (!message) {
@@ -157,12 +166,12 @@ ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::s
     if (data.empty()) {
         return nullptr;
     }
-    const Seconds now = clock::seconds();
+    const Seconds now = clock::seconds(); // read once, so that one reply has one time
     if (type != ModeSMessage::Downlink) {
         Log::log(Log::Debug, moduleName, "Unsupported UF message detected.");
         return nullptr;
     }
-    if (!_grading) {
+    if (!_grading) { // a new decoder, or one that was moved from
         _grading = std::make_unique<Grading>();
     }
     const auto code = static_cast<u8>(bits::read<0, 5>(data));
@@ -198,6 +207,7 @@ ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::s
 ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::string& data,
                                    u64 timeStamp) {
     ModeSMessage* message = decode(type, data);
+    // A stamp of 0 means that the caller has none. The message then keeps its time of construction.
     if (message != nullptr && timeStamp > 0) {
         message->setTimeSource(ModeSMessage::External);
         message->setTimeStamp(timeStamp);

@@ -1,6 +1,9 @@
-// How each field of a Mode S message is read and written as text (ICAO Annex 10 Volume
-// IV, 3.1.2.3). Where fields stand is in field_places.h; the altitude and identity codes are in
-// surveillance_codes.cpp.
+// How each field of a Mode S message is read and written as text (ICAO Annex 10 Volume IV,
+// 3.1.2.3). field_places.h has where fields stand; surveillance_codes.cpp has the altitude and
+// identity codes.
+//
+// A field accepts only the positions at which the standard has it. Any other position is refused
+// without a line in the log. The base class has already tested that the bytes reach far enough.
 
 #include <ondrel/mode_s_fields.h>
 
@@ -22,6 +25,7 @@ struct DesignatorRow {
     const char* fullName;
 };
 
+// The names of any value without a row, as programs may cast numbers to designators.
 constexpr auto noDesignator = static_cast<ModeSMessageField::Designator>(15);
 
 constexpr std::array<DesignatorRow, 16> designatorRows = {{
@@ -56,7 +60,8 @@ bool readStatus(const std::string& data, u8 pos, u8& value) {
     return true;
 }
 
-/// Reads the 24 bits that AP and PI share.
+/// Reads the 24 bits that AP and PI share. They are parity and overlay together; only the message
+/// knows the parity, so it takes the two apart afterwards.
 bool readOverlay(const std::string& data, u8 pos, u32& value) {
     switch (pos) {
     case place::shortOverlay:
@@ -70,7 +75,8 @@ bool readOverlay(const std::string& data, u8 pos, u32& value) {
     }
 }
 
-/// Reads the seven bytes that MB, ME and MV share.
+/// Reads the seven bytes that MB, ME and MV share. They stay as received: the ADS-B layer reads ME,
+/// and the library interprets neither Comm-B nor ACAS messages.
 bool readPayload(const std::string& data, u8 pos, std::string& value) {
     if (pos != place::payload) {
         return false;
@@ -207,7 +213,7 @@ std::string ModeSMessageFieldFS::description() const {
         return "ALERT, SPI";
     case Spi:
         return "SPI";
-    default:
+    default: // 6 and 7, to which the standard gives no meaning
         return "UNKNOWN";
     }
 }
@@ -282,6 +288,8 @@ std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
     return text::hex(_parityInterrogatorId);
 }
 
+// An identifier has seven bits: a code label of three bits, 0 to 4, and a code of four. Label 0
+// goes with the II codes 0 to 15, the labels 1 to 4 go with the SI codes 1 to 63.
 bool ModeSMessageFieldPI::interrogatorIdValid() const {
     constexpr u32 highestCodeLabel = 0x40;
     return _interrogatorId < 0x80 && (_interrogatorId & 0x70) <= highestCodeLabel;
@@ -301,6 +309,7 @@ u32 ModeSMessageFieldPI::setInterrogatorId(u32 identifier) {
 
 // VS
 
+// One bit. The two bits behind it are not decoded: CC and a spare bit in DF-0, spare bits in DF-16.
 bool ModeSMessageFieldVS::decodeImpl(const std::string& data, u8 pos) {
     if (pos != place::status) {
         return false;

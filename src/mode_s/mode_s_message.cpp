@@ -1,3 +1,7 @@
+// What all Mode S messages share (ICAO Annex 10 Volume IV, 3.1.2): the raw bytes, their parity, and
+// the repair by parity. Frames are strings of counted bytes and may contain zero bytes. A string
+// may be longer than the frame: the bytes behind the frame are kept and not read.
+
 #include <ondrel/mode_s_message.h>
 
 #include "clock.h"
@@ -27,10 +31,11 @@ std::string ModeSMessage::description() const {
 }
 
 bool ModeSMessage::decode(const std::string& data) {
+    // A message may be decoded again from its own data(), which needs no copy.
     if (&data != &_data) {
         _data = data;
     }
-    if (_data.size() < size()) {
+    if (_data.size() < size()) { // parity and fields keep what they held
         _valid = false;
         return false;
     }
@@ -58,6 +63,9 @@ std::string ModeSMessage::icaoAddressHexString() const {
 const std::string& ModeSMessage::modeSMsgTypeName() const {
     return _modeSMsgType == Uplink ? uplinkName : downlinkName;
 }
+
+// The repairs test the length before they change anything. On false, data and positions stay as
+// they were.
 
 bool ModeSMessage::fixError1Bit(std::string& data, u8& pos, u32 parity) const {
     if (data.size() * 8 < bits()) {
