@@ -1,3 +1,6 @@
+// A small record of a surveillance service: the codes of its system (SAC and SIC), and how and how
+// often it reports. Nothing in the library reads it.
+
 #include <ondrel/adsb_service_status.h>
 
 namespace tolvarin::ondrel {

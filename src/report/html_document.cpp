@@ -1,3 +1,6 @@
+// Writes a tree of HTML elements as text. Programs read the pages, so the layout is a promise:
+// every blank and every line end stays where it is.
+
 #include "html_document.h"
 
 #include <cstddef>
@@ -9,6 +12,7 @@ namespace {
 
 constexpr std::size_t levelIndentation = 2;
 
+/// Ends the line if no text follows and the element has children, or is void.
 void writeOpeningTag(std::string& out, const HtmlElement& element) {
     out += '<';
     out += element.name;
@@ -33,13 +37,14 @@ void writeElement(std::string& out, const HtmlElement& element, std::size_t inde
         writeOpeningTag(out, element);
     }
     out += element.text;
-    if (!hasTags) {
+    if (!hasTags) { // a bare line of text
         out += '\n';
         return;
     }
     for (const HtmlElement& child : element.children) {
         writeElement(out, child, indentation + levelIndentation);
     }
+    // The closing tag stands below the opening one, or on its line if there are no children.
     if (!element.children.empty()) {
         out.append(indentation, ' ');
     }

@@ -1,5 +1,5 @@
 /// @file
-/// A small tree of HTML elements that fixes the layout of its text.
+/// A small tree of HTML elements, and the fixed layout of its text.
 #pragma once
 
 #include <ondrel/types.h>
@@ -11,13 +11,13 @@ namespace tolvarin::ondrel {
 
 struct HtmlAttribute {
     std::string name;
-    std::string value; ///< written without a value when empty
+    std::string value; ///< if empty, only the name is written
 };
 
-/// An element owns its children. One with an empty name is a bare line of text.
+/// An element owns its children. An element with an empty name is a bare line of text.
 struct HtmlElement {
     std::string name;
-    std::string text; ///< directly behind the opening tag
+    std::string text; ///< directly behind the opening tag, ahead of the children
     std::vector<HtmlAttribute> attributes;
     std::vector<HtmlElement> children;
     bool isVoid = false; ///< has no closing tag as long as it has neither text nor children
@@ -28,7 +28,7 @@ struct HtmlElement {
 
     HtmlElement& addAttribute(const std::string& attribute, const std::string& value);
     HtmlElement& addAttribute(const std::string& attribute, u32 value);
-    /// Gives the child in its place, where it stays until the next one is added.
+    /// Adds a child and returns it. The reference is good until the next child is added.
     HtmlElement& addChild(HtmlElement&& child);
 };
 
@@ -39,12 +39,13 @@ public:
     HtmlDocument(const HtmlDocument&) = delete;
     HtmlDocument& operator=(const HtmlDocument&) = delete;
 
-    /// Two blanks for each level, "\n" as line end, nothing escaped.
+    /// The text of the page: two blanks for each level, "\n" as line end. Nothing is escaped, so
+    /// texts and values must be HTML already.
     std::string toString() const;
 
-    HtmlElement root; ///< nothing may be added to it, for the sake of the two below
-    HtmlElement* head;
-    HtmlElement* body;
+    HtmlElement root;  ///< add no child here: it would move head and body
+    HtmlElement* head; ///< child of root
+    HtmlElement* body; ///< child of root
 };
 
 } // namespace tolvarin::ondrel

@@ -1,5 +1,6 @@
-// The HTML document of a report. Its texts, misspellings included, and its layout are promises:
-// programs read them.
+// The HTML page of a report. Programs read these pages, so texts and layout are promises: the
+// misspellings stay, and a new datum gets no row. For the same reason each section has its own rule
+// for data that are not valid.
 
 #include <ondrel/adsb_target_report.h>
 
@@ -56,9 +57,10 @@ const char* mopsVersionText(MOPSVersion version) {
 
 } // namespace
 
-/// The sections of the document. Each row names its item, its flag and its times by hand, since the
-/// document is a promise: a new datum does not enter it by itself.
+/// The sections of the page. Each row names its item, its flag and its times by hand: no list of
+/// the data is used here, so no new datum enters the page by itself.
 struct ONDREL_HIDDEN ADSBTargetReport::Page {
+    /// Both rows show the time of the last message. A number is valid if the report is.
     static void addIdentification(HtmlElement& body, const ADSBTargetReport& r) {
         HtmlElement& table =
             addSection(body, "Identification", {"Item", "Valid", "Value", "Last Update"});
@@ -69,6 +71,8 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
                {"ICAO Address", boolToString(r._icaoAddressValid), r.icaoAddressString(), time});
     }
 
+    /// An item that is not valid has neither value nor times. The MOPS version is always shown,
+    /// since every aircraft has one, assumed or confirmed. A squawk shows no last change.
     static void addStaticData(HtmlElement& body, const ADSBTargetReport& r) {
         HtmlElement& table =
             addSection(body, "Static", {"Item", "Valid", "Value", "Last Change", "Last Update"});
@@ -98,6 +102,8 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
         addDatum("Alert Status", r._alertStatus, r._alertStatus.value ? "ALERT" : "NO ALERT");
     }
 
+    /// Data that change all the time, so the section has no column for the last change. An item
+    /// that is not valid has neither value nor time.
     static void addTacticalData(HtmlElement& body, const ADSBTargetReport& r) {
         HtmlElement& table =
             addSection(body, "Tectical", {"Item", "Valid", "Value", "Last Update"});
@@ -117,7 +123,7 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
         add("Signal Amplitude", r._signalAmplitude, std::to_string(r._signalAmplitude.value));
     }
 
-    /// Here an invalid datum has an empty value, but its times are shown.
+    /// An item that is not valid has no value, but its times are shown.
     static void addQualityIndicators(HtmlElement& body, const ADSBTargetReport& r) {
         HtmlElement& table = addSection(body, "Quality Indicators",
                                         {"Item", "Valid", "Value", "Last Change", "Last Update"});

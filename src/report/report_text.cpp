@@ -1,4 +1,5 @@
-// The text forms of a report's data: times in UTC (ISO 8601), address, squawk and angles.
+// The text forms of a report's data: times in UTC (ISO 8601), address, squawk and angles. The date
+// is calculated here, since the standard functions for it share a static buffer between threads.
 
 #include <ondrel/adsb_target_report.h>
 
@@ -19,18 +20,21 @@ struct Date {
     u64 day;   // 1 to 31
 };
 
-constexpr u64 daysIn400Years = 146097;
-constexpr u64 daysIn100Years = 36524;
-constexpr u64 daysIn4Years = 1461;
+constexpr u64 daysIn400Years = 146097;      // after these the calendar repeats
+constexpr u64 daysIn100Years = 36524;       // without the leap day of a year like 2000
+constexpr u64 daysIn4Years = 1461;          // with one leap day
 constexpr u64 daysIn5Months = 153;          // March to July, and August to December
 constexpr u64 daysFromYear0To1970 = 719468; // from the first of March of year 0
 
-/// The date of a day. The calculation lets years begin in March: then a leap day is the last day of
-/// its year, and the months follow a rule of five.
+/// The date of a day. In this calculation a year begins in March. So the leap day is the last day
+/// of its year, and the days before a month are the same in all years. The lengths of the months
+/// repeat after five months (31, 30, 31, 30, 31 days), hence the divisions by 153 and 5.
 Date dateOf(u64 daysSince1970) {
     const u64 days = daysSince1970 + daysFromYear0To1970;
     const u64 era = days / daysIn400Years;
     const u64 dayOfEra = days % daysIn400Years;
+    // Takes out the leap days, so that each year has 365 days: one in 4 years, none in the last of
+    // 100 years, one in the last of 400 years.
     const u64 yearOfEra = (dayOfEra - dayOfEra / (daysIn4Years - 1) + dayOfEra / daysIn100Years -
                            dayOfEra / (daysIn400Years - 1)) /
                           365;
@@ -50,9 +54,11 @@ std::string padded(u64 number, std::size_t width) {
     return digits;
 }
 
-/// Degrees, minutes and seconds, then the letter of the hemisphere.
+/// Degrees, minutes and seconds, then the letter of the hemisphere: 52.2572 gives "521526N".
+/// Seconds are rounded and can come out as 60. 0 has the letter of the negative side. What is no
+/// number, or too large for one, gives dashes.
 std::string angle(double degrees, std::size_t degreeDigits, char positive, char negative) {
-    constexpr double noAngle = 2147483648.0;
+    constexpr double noAngle = 2147483648.0; // 2^31: no angle comes near, and the digits stay few
     const double magnitude = std::abs(degrees);
     if (!(magnitude < noAngle)) {
         return std::string(degreeDigits + 5, '-');
@@ -82,6 +88,7 @@ std::string ADSBTargetReport::timeToString(u64 time) {
            padded(seconds % 60, 2) + '.' + padded(time % 1000, 3) + 'Z';
 }
 
+// Six columns, padded with blanks and not with zeros.
 std::string ADSBTargetReport::icaoAddressString() const {
     constexpr std::size_t width = 6;
     if (!_icaoAddressValid) {
