@@ -1,3 +1,7 @@
+// Airborne position, type codes 9 to 18 and 20 to 22 (RTCA DO-260B, 2.2.3.2.3). The versions differ
+// in one bit, so a common base class reads everything else. Type code 0, a position message without
+// a position, is reserved here.
+
 #include <ondrel/adsb_airborne_position_message.h>
 
 #include "cpr_fields.h"
@@ -15,12 +19,13 @@ std::string feetText(std::int64_t feet) {
 
 namespace layout {
 
-// Told by the type code.
+// The type code tells the source of the altitude.
 constexpr ShownField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC, token<altitudeSourceTokens>};
+// One bit with two meanings: single antenna in versions 0 and 1, NIC supplement B in version 2.
 constexpr WireField<7, 1> singleAntenna{ADSBMessageField::SAF};
 constexpr WireField<7, 1> nicSupplementB{ADSBMessageField::NIC_SUPP_B};
 constexpr ShownField<8, 12> altitude{ADSBMessageField::ALT, feetText};
-// The Q bit within it.
+// The Q bit of the altitude.
 constexpr ShownField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES, feetText};
 
 } // namespace layout
@@ -44,7 +49,7 @@ bool ADSBAirbornePositionMessage::decodeImpl() {
         _altitudeSource = Baro;
     } else if (isBetween(typeCode(), firstGnssTypeCode, lastGnssTypeCode)) {
         _altitudeSource = Gnss;
-    } else {
+    } else { // not behind decode(), which has tested the type code
         return false;
     }
     writer.show(layout::altitudeSource, _altitudeSource);

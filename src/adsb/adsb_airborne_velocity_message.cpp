@@ -1,3 +1,7 @@
+// Airborne velocity, type code 19 (RTCA DO-260B, 2.2.3.2.6). Ground speeds (subtypes 1 and 2)
+// decode; air speeds (3 and 4) are refused. The versions differ in the meaning of ME bits 10 to 12:
+// NUCr in version 0, NACv later, which is not read.
+
 #include <ondrel/adsb_airborne_velocity_message.h>
 
 #include <ondrel/log.h>
@@ -20,7 +24,7 @@ struct SubtypeNames {
     const char* shortForm;
 };
 
-// By subtype; 0 and those behind the last are not assigned.
+// By subtype. 0 and 5 to 7 are not assigned.
 constexpr std::array<SubtypeNames, 5> subtypeNames = {{
     {"", ""},
     {"GROUND_SPEED", "GS"},
@@ -46,6 +50,7 @@ constexpr WireField<13, 1> eastWestDirection{ADSBMessageField::DIR_EW, token<eas
 constexpr WireField<14, 10> eastWestVelocity{ADSBMessageField::VEL_EW};
 constexpr WireField<24, 1> northSouthDirection{ADSBMessageField::DIR_NS, token<northSouthTokens>};
 constexpr WireField<25, 10> northSouthVelocity{ADSBMessageField::VEL_NS};
+// Bit 0 is read as barometric and bit 1 as GNSS. RTCA DO-260B has it the other way round.
 constexpr WireField<35, 1> verticalRateSource{ADSBMessageField::VR_SRC,
                                               token<altitudeSourceTokens>};
 constexpr WireField<36, 1> verticalRateSign{ADSBMessageField::VR_SIGN, token<verticalTokens>};
@@ -55,13 +60,15 @@ constexpr WireField<37, 9> verticalRate{ADSBMessageField::VR};
 
 constexpr double fullCircle = 6.283185307179586; // radians
 
-/// Signed knots of a velocity code other than 0. Integers, so that there is no negative zero.
+/// The knots of a velocity code, east and north positive. Code 1 is speed 0. Code 0 means "not
+/// available"; the caller has excluded it. Integers have no negative zero, which could turn the
+/// heading by 180 degrees.
 i32 component(u32 code, bool negative, i32 scale) {
     const i32 knots = (static_cast<i32>(code) - 1) * scale;
     return negative ? -knots : knots;
 }
 
-/// Degrees clockwise from north, from 0 to below 360; 0 without a speed.
+/// Degrees clockwise from north, from 0 to below 360; 0 if both components are 0.
 double direction(i32 east, i32 north) {
     const double heading = std::atan2(east, north) * 360.0 / fullCircle;
     return heading < 0 ? heading + 360.0 : heading;
@@ -72,7 +79,8 @@ struct GroundVelocity {
     double heading = 0; ///< degrees
 };
 
-/// All zero if a component is not available: its code is then 0. `scale` is the knots of one step.
+/// All zero if a component is not available, which is code 0: one component alone gives neither
+/// speed nor direction. `scale` is the knots of one step.
 GroundVelocity takeGroundVelocity(FieldWriter& writer, i32 scale) {
     const bool westward = writer.take(layout::eastWestDirection) != 0;
     const u32 eastWest = writer.take(layout::eastWestVelocity);
@@ -86,7 +94,7 @@ GroundVelocity takeGroundVelocity(FieldWriter& writer, i32 scale) {
     return {std::sqrt(static_cast<double>(east * east + north * north)), direction(east, north)};
 }
 
-/// Feet per minute; 0 if the rate is not available: its code is then 0.
+/// Feet per minute, in steps of 64, up positive. 0 if the rate is not available, which is code 0.
 i32 takeVerticalRate(FieldWriter& writer) {
     const bool downward = writer.take(layout::verticalRateSign) != 0;
     const auto code = static_cast<i32>(writer.take(layout::verticalRate));
@@ -108,9 +116,12 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
     _velocityType = static_cast<AirborneVelocityType>(subtype);
     writer.show(layout::subtype, subtype);
     if (_velocityType == AIR_SPEED || _velocityType == AIR_SPEED_SUPER_SONIC) {
+        // Such a message has air speed and heading in place of the two components. The aircraft
+        // sends it only while it knows no ground speed, and a target has no datum for air speed.
         Log::log(Log::Warning, moduleName, "Unsupported AIR_SPD message detected.");
         return false;
     }
+    // Subtype 2 has steps of 4 knots, for components above 1022 knots.
     const GroundVelocity velocity =
         takeGroundVelocity(writer, _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1);
     _groundSpeed = velocity.speed;

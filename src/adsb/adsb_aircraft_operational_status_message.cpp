@@ -1,3 +1,6 @@
+// Aircraft operational status, type code 31 (RTCA DO-260B, 2.2.3.2.7.2). The only message that
+// tells the MOPS version of its aircraft. Of its other contents only NIC supplement A is read.
+
 #include <ondrel/adsb_aircraft_operational_status_message.h>
 
 #include <ondrel/log.h>
@@ -25,10 +28,12 @@ ADSBAircraftOperationalStatusMessage::ADSBAircraftOperationalStatusMessage()
 bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
     FieldWriter writer(*this);
     _versionNumber = static_cast<u8>(layout::versionNumber.read(data()));
+    // This layout came with version 1. At version 0 type code 31 has another one.
     if (_versionNumber == 0) {
         Log::log(Log::Critical, moduleName, "MOPS Version 0 detected.");
         return false;
     }
+    // A later version is read too: it should have these two fields at the same places.
     if (version() == MOPSVersionUnknown) {
         Log::log(Log::Critical, moduleName, "Unsupported MOPS Version %u detected.",
                  unsigned{_versionNumber});

@@ -1,3 +1,6 @@
+// Aircraft status, type code 28 (RTCA DO-260B, 2.2.3.2.7.8): emergency state, and from version 2 on
+// the Mode A code (squawk). Only subtype 1, the emergency state, is decoded in full.
+
 #include <ondrel/adsb_aircraft_status_message.h>
 
 #include <ondrel/log.h>
@@ -14,6 +17,7 @@ namespace {
 
 const std::string moduleName = "ADSBAcStatMsg";
 
+// By subtype. 3 to 7 are reserved, and such a message is refused.
 constexpr std::array<const char*, 3> subtypeTokens = {"NO_INFO", "EMERGENCY", "TCAS_RA"};
 
 constexpr std::array<const char*, 8> emergencyTokens = {
@@ -48,7 +52,7 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
     writer.show(layout::subtype, subtype);
     if (_subtype == AircraftStatusSubtype::EMERGENCY) {
         _emergencyState = static_cast<EmergencyState>(layout::emergencyState.read(data()));
-    } else {
+    } else { // the bits have another meaning, so the emergency state stays as it was
         Log::log(Log::Critical, moduleName, "Unsupported subtype %u detected.", subtype);
     }
     writer.show(layout::emergencyState, static_cast<i32>(_emergencyState));
@@ -75,7 +79,7 @@ bool ADSBAircraftStatusMessageV2::decodeImpl() {
         _modeACode = identityCode(layout::modeACode.read(data()));
         writer.show(layout::modeACode, _modeACode);
         return true;
-    case AircraftStatusSubtype::TCAS_RA:
+    case AircraftStatusSubtype::TCAS_RA: // resolution advisories are not decoded
         Log::log(Log::Warning, moduleName, "Unsupported TCAS RA message detected.");
         return false;
     default:

@@ -1,4 +1,5 @@
-// Which class decodes a payload: by type code and by the MOPS version of the aircraft.
+// Which class decodes a payload. The type code gives the type (RTCA DO-260B, table 2-15). The MOPS
+// version of the aircraft gives the class, since a payload does not tell its own version.
 
 #include <ondrel/adsb_decoder.h>
 
@@ -33,16 +34,19 @@ ADSBMessage* decodeAs(const std::string& data) {
 
 using Decode = ADSBMessage* (*)(const std::string&);
 
-/// Which classes serve a type, by MOPS version: 0, 1, 2, and 3 for all above. Null for none.
+/// The classes of a type, by MOPS version: 0, 1, 2, and 3 for all above. Null means that no class
+/// decodes this type at this version; the decoder then gives null without a line in the log.
 struct Row {
     ADSBMessage::ADSBMessageType key;
     std::array<Decode, 4> byVersion;
 };
 
+/// For a type whose layout is the same in all versions, also in later ones.
 template <class Message>
 constexpr std::array<Decode, 4> everyVersion = {decodeAs<Message>, decodeAs<Message>,
                                                 decodeAs<Message>, decodeAs<Message>};
 
+/// For a type whose layout may be another in later versions.
 template <class... Messages>
 constexpr std::array<Decode, 4> versions0To2 = {decodeAs<Messages>..., nullptr};
 
@@ -58,6 +62,7 @@ constexpr std::array<Row, 9> rows = {{
     {ADSBMessage::TEST, everyVersion<ADSBTestMessage>},
     {ADSBMessage::AC_STATUS, versions0To2<ADSBAircraftStatusMessageV0, ADSBAircraftStatusMessageV0,
                                           ADSBAircraftStatusMessageV2>},
+    // This message came with version 1.
     {ADSBMessage::TG_STATUS,
      {nullptr, decodeAs<ADSBTargetStatusMessageV1>, decodeAs<ADSBTargetStatusMessageV2>, nullptr}},
     {ADSBMessage::OP_STATUS,

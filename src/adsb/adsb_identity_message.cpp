@@ -1,3 +1,6 @@
+// Aircraft identification and category, type codes 1 to 4 (RTCA DO-260B, 2.2.3.2.5): the callsign,
+// eight characters of six bits, and the emitter category. The layout is the same in all versions.
+
 #include <ondrel/adsb_identity_message.h>
 
 #include "wire_field.h"
@@ -20,6 +23,7 @@ std::string characterText(std::int64_t code) {
 namespace layout {
 
 constexpr WireField<5, 3> emitterCategory{ADSBMessageField::EMT_CAT};
+// A field for each character, as each is an entry of the field list.
 constexpr WireField<8, 6> character1{ADSBMessageField::CHAR_1, characterText};
 constexpr WireField<14, 6> character2{ADSBMessageField::CHAR_2, characterText};
 constexpr WireField<20, 6> character3{ADSBMessageField::CHAR_3, characterText};

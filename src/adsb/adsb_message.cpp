@@ -1,5 +1,8 @@
 // What all payloads share: the sequence of decoding, the field list, and the names of types, type
 // codes and designators (RTCA DO-260B, 2.2.3.2).
+//
+// The field list stores a layout and a number for each field. The texts are made when somebody asks
+// for the list, since the tracker decodes thousands of messages whose list nobody reads.
 
 #include <ondrel/adsb_message.h>
 
@@ -22,7 +25,7 @@ namespace {
 
 const std::string moduleName = "ADSBMessage";
 
-constexpr std::size_t longestFieldList = 11; // of the library's own messages
+constexpr std::size_t longestFieldList = 11; // of the library's messages: one allocation is enough
 
 std::string typeText(std::int64_t type) {
     return ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type));
@@ -30,11 +33,13 @@ std::string typeText(std::int64_t type) {
 
 namespace layout {
 
+// Two fields of the same bits: the type by name, and its code.
 constexpr ShownField<0, 5> type{ADSBMessageField::TYPE, typeText};
 constexpr WireField<0, 5> typeCode{ADSBMessageField::TYPE_CODE};
 
 } // namespace layout
 
+/// A type with its short name, for descriptions, and its full name.
 struct TypeRow {
     ADSBMessage::ADSBMessageType key;
     const char* name;
@@ -78,6 +83,7 @@ constexpr std::array<TypeCodeRun, 9> typeCodeRuns = {{
 
 constexpr std::size_t typeCodes = 32;
 
+/// The runs as a table of all codes, so that the type of a code is one look-up.
 constexpr std::array<ADSBMessage::ADSBMessageType, typeCodes> makeTypesByCode() {
     std::array<ADSBMessage::ADSBMessageType, typeCodes> types{};
     for (auto& type : types) {
@@ -93,6 +99,7 @@ constexpr std::array<ADSBMessage::ADSBMessageType, typeCodes> makeTypesByCode() 
 
 constexpr std::array<ADSBMessage::ADSBMessageType, typeCodes> typesByCode = makeTypesByCode();
 
+/// The subtypes of five messages are different designators with the same name.
 struct DesignatorRow {
     ADSBMessageField::Designator key;
     const char* name;
@@ -211,12 +218,13 @@ bool ADSBMessage::decode(const std::string& data) {
     if (data.size() < payloadBytes) {
         return false;
     }
-    _data.assign(data, 0, payloadBytes);
+    _data.assign(data, 0, payloadBytes); // bytes behind the payload are not kept
     _typeCode = static_cast<u8>(layout::typeCode.read(_data));
     if (typeByCode(_typeCode) != _type) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
+    // A second decode() of the same object keeps the entries of the first.
     _fields.entries.reserve(_fields.entries.size() + longestFieldList);
     FieldWriter writer(*this);
     writer.show(layout::type, _type);

@@ -1,3 +1,6 @@
+// Surface position, type codes 5 to 8 (RTCA DO-260B, 2.2.3.2.4): ground speed as a movement code,
+// heading and a compact position of the surface grid. The layout is the same in all versions.
+
 #include <ondrel/adsb_surface_position_message.h>
 
 #include <ondrel/log.h>
@@ -16,27 +19,31 @@ namespace {
 
 const std::string moduleName = "ADSBGndPosMsg";
 
-/// A run of movement codes (RTCA DO-260B, table 2-20): its first code has the speed `base`, every
-/// further one a step more.
+/// A run of movement codes (RTCA DO-260B, table 2-20): its first code has the speed `base`, each
+/// further code one step more. Both are in knots. A code stands for a range of speeds, and the
+/// table has its lower end. Only code 2 has the upper end of its range, 0 to 0.125 knots.
 struct MovementRun {
     u8 firstCode;
     double step;
     double base; // knots
 };
 
-constexpr u8 lastMovementCode = 124; // those above are reserved
+// 125 to 127 are reserved. Such a code gives speed 0 and a line in the log. The message is not
+// refused, since its position can still be good.
+constexpr u8 lastMovementCode = 124;
 
+// From the highest codes down: the first run whose first code is not above a code holds it.
 constexpr std::array<MovementRun, 10> movementRuns = {{
     {lastMovementCode + 1, 0, 0},
-    {lastMovementCode, 0, 175.0},
+    {lastMovementCode, 0, 175.0}, // 175 knots or more
     {109, 5, 100.0},
     {94, 2, 70.0},
     {39, 1, 15.0},
     {13, 0.5, 2.0},
     {9, 0.25, 1.0},
-    {3, 0.14583332, 0.125},
+    {3, 0.14583332, 0.125}, // nearly 7/48; the speeds depend on these digits, so they stay
     {2, 0, 0.125},
-    {0, 0, 0},
+    {0, 0, 0}, // 0 has no movement information, 1 is stopped
 }};
 
 double speedOf(u8 movementCode) {
@@ -47,7 +54,7 @@ double speedOf(u8 movementCode) {
     return (movementCode - run.firstCode) * run.step + run.base;
 }
 
-/// Degrees of a heading code.
+/// Degrees of a heading code: 128 steps of 2.8125 degrees.
 double headingOf(u32 code) {
     return code * 360.0 / 128;
 }
@@ -85,6 +92,7 @@ bool ADSBSurfacePositionMessage::decodeImpl() {
     writer.show(layout::groundSpeed, _movementCode);
 
     _headingValid = writer.take(layout::headingStatus) != 0;
+    // Without a set status bit the heading bits mean nothing.
     const u32 headingCode = _headingValid ? layout::heading.read(data()) : 0;
     _heading = headingOf(headingCode);
     writer.show(layout::heading, headingCode);

@@ -1,3 +1,7 @@
+// Target state and status, type code 29 (RTCA DO-260B, 2.2.3.2.7.1): accuracy and integrity of the
+// position. Subtype 0 is that of version 1 and subtype 1 that of version 2; both have these fields
+// at the same places. What the aircraft intends (selected altitude, heading) is not read.
+
 #include <ondrel/adsb_target_status_message.h>
 
 #include <ondrel/log.h>
@@ -10,7 +14,7 @@ namespace {
 
 const std::string moduleName = "ADSBTgStatMsg";
 
-constexpr u8 lastKnownSubtype = 1;
+constexpr u8 lastKnownSubtype = 1; // 2 and 3 are reserved, and such a message is refused
 
 namespace layout {
 
@@ -50,6 +54,7 @@ ADSBTargetStatusMessageV1::ADSBTargetStatusMessageV1() = default;
 ADSBTargetStatusMessageV2::ADSBTargetStatusMessageV2() = default;
 
 bool ADSBTargetStatusMessageV2::decodeImpl() {
+    // Version 2 has only subtype 1: subtype 0 is the layout of version 1.
     if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) {
         return false;
     }

@@ -1,3 +1,6 @@
+// Test message, type code 23 (RTCA DO-260B, 2.2.3.2.7.3): its 48 bits have no fixed meaning, so
+// they stay bytes.
+
 #include <ondrel/adsb_test_message.h>
 
 #include <ondrel/log.h>
@@ -13,7 +16,7 @@ const std::string moduleName = "ADSBTestMsg";
 
 constexpr std::size_t dataBytes = 6;
 
-/// The bytes of the data, the top one first.
+/// The 48 bits of the data as six bytes, in the order in which they were sent.
 std::string bytesOf(u64 value) {
     std::string bytes(dataBytes, '\0');
     for (auto byte = bytes.rbegin(); byte != bytes.rend(); ++byte) {
@@ -41,7 +44,7 @@ ADSBTestMessage::ADSBTestMessage() : ADSBMessage(TEST) {}
 bool ADSBTestMessage::decodeImpl() {
     FieldWriter writer(*this);
     _subtype = static_cast<u8>(writer.take(layout::subtype));
-    if (_subtype != 0) {
+    if (_subtype != 0) { // reserved or of another use; the bits are kept all the same
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
     }
     _testData = bytesOf(writer.take(layout::testData));

@@ -1,5 +1,6 @@
 /// @file
-/// The compact position report, which stands at the same place in surface and airborne positions.
+/// The fields of a compact position report (CPR). They have the same places in surface and airborne
+/// positions.
 #pragma once
 
 #include "tokens.h"
@@ -7,12 +8,13 @@
 
 namespace tolvarin::ondrel::cpr_layout {
 
+/// Set if the position is that of an exact 0.2 s epoch of UTC.
 inline constexpr WireField<20, 1> timeBit{ADSBMessageField::T};
 inline constexpr ShownField<21, 1> format{ADSBMessageField::CPR_FMT, token<cprFormatTokens>};
 inline constexpr WireField<22, 17> latitude{ADSBMessageField::CPR_LAT};
 inline constexpr WireField<39, 17> longitude{ADSBMessageField::CPR_LON};
 
-/// The enumeration runs opposite to the bit.
+/// The value of the enumeration is the inverse of the F bit: bit 0 is Even, which has the value 1.
 constexpr CPRFormat formatOf(u32 bit) {
     return bit == 0 ? Even : Odd;
 }

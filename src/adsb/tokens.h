@@ -1,5 +1,5 @@
 /// @file
-/// The words by which several payloads show a value.
+/// The words that more than one payload uses in its field list and description.
 #pragma once
 
 #include <ondrel/types.h>
