@@ -1,4 +1,5 @@
-// The record of one aircraft: how it takes each datum, and the log line of a change.
+// The record of one aircraft: how it takes each datum, and the log line of a change. Most setters
+// follow one of the two rules in datum_rules.h; a comment tells where one differs.
 
 #include <ondrel/adsb_target.h>
 
@@ -18,6 +19,8 @@ namespace {
 
 const std::string moduleName = "ADSBTarget";
 
+// A client can pass any number as a format or type: one without a counter counts as 0.
+
 template <class Counts>
 u32 countOf(const Counts& counts, i32 index) {
     const auto place = static_cast<u32>(index);
@@ -30,6 +33,7 @@ u32 increase(Counts& counts, i32 index) {
     return place < counts.size() ? ++counts[place] : 0;
 }
 
+/// A supplement that was never received is neither set nor clear.
 Supplement stateOf(const ADSBDatum<bool>& supplement) {
     if (supplement.lastUpdate == 0) {
         return Supplement::Unknown;
@@ -98,6 +102,7 @@ void ADSBTarget::setNUCp(u8 nucp, u64 time) {
     track(_nucp, nucp, time);
 }
 
+// Only version 0 has NUCr. Later versions have NACv in these bits.
 void ADSBTarget::setNUCr(u8 nucr, u64 time) {
     if (mopsVersion() == MOPSVersion0) {
         track(_nucr, nucr, time);
@@ -119,6 +124,9 @@ void ADSBTarget::setNACp(u8 nacp, u64 time) {
 void ADSBTarget::setSIL(u8 sil, u64 time) {
     track(_sil, sil, time);
 }
+
+// The first SPI, alert or category has a log line only if it differs from the default. A squawk or
+// callsign has none if the old one is 0 or empty.
 
 void ADSBTarget::setSpi(bool spi, u64 time) {
     if (spi != _spiStatus.value) {
@@ -144,6 +152,7 @@ void ADSBTarget::setEmitterCategory(u8 category, u64 time) {
     track(_emitterCategory, category, time);
 }
 
+// With both times given, as a report has them.
 void ADSBTarget::setEmitterCategory(u8 category, u64 lastUpdate, u64 lastChange) {
     setEmitterCategory(category, lastUpdate);
     _emitterCategory.lastChange = lastChange;
@@ -170,7 +179,7 @@ void ADSBTarget::setCallsign(const std::string& callsign, u64 lastUpdate, u64 la
     _callsign.lastChange = lastChange;
 }
 
-/// Unlike the tracked rule: the first status is no change if it is GroundStatusUnknown.
+/// Differs from the tracked rule: if the first status is GroundStatusUnknown, it is no change.
 void ADSBTarget::setGroundStatus(GroundStatus status, u64 time) {
     if (status != _groundStatus.value) {
         _groundStatus.value = status;
@@ -179,7 +188,8 @@ void ADSBTarget::setGroundStatus(GroundStatus status, u64 time) {
     _groundStatus.lastUpdate = time;
 }
 
-/// The quality indicators depend on the version, so a new version resets them.
+/// The numbers of the quality indicators depend on the version, so a new version resets them. They
+/// come back with the next airborne position.
 void ADSBTarget::setMOPSVersion(const MOPSVersion& version, u64 time) {
     if (version != _mopsVersion.value) {
         _mopsVersion.value = version;
@@ -221,6 +231,8 @@ void ADSBTarget::resetStatistic() {
     _statisticLastUpdate = 0;
 }
 
+// With equal stamps the odd frame counts as the newer one. This is common: stamps by the system
+// clock are whole seconds, and position messages come twice a second.
 void ADSBTarget::decodeCPRPosition() {
     const bool evenIsNewer = _cprEven.timeStamp > _cprOdd.timeStamp;
     const auto position = cpr::solve({_cprEven.latitude, _cprEven.longitude},
@@ -231,6 +243,8 @@ void ADSBTarget::decodeCPRPosition() {
     }
 }
 
+// NACp and SIL are set at version 0 alone. Later versions send them in the target status message,
+// which the tracker does not use.
 void ADSBTarget::updateQualityIndicators(u8 typeCode, u64 time) {
     const auto apply = [this, time](const PositionQuality& quality) {
         setNUCp(quality.nucp, time);
@@ -259,6 +273,8 @@ void ADSBTarget::updateQualityIndicators(u8 typeCode, u64 time) {
     }
 }
 
+// Time 0 means never: the last updates are gone with the values. NUCr and the supplements come from
+// other messages, so they stay.
 void ADSBTarget::resetQualityIndicators() {
     for (ADSBDatum<u8>* indicator : {&_nucp, &_nic, &_pic, &_nacp, &_sil}) {
         track(*indicator, u8{0}, 0);

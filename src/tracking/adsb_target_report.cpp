@@ -5,14 +5,14 @@
 
 namespace tolvarin::ondrel {
 
-/// Each line copies a datum with its times, valid or not, and says whether it is valid. The report
-/// equals one that is filled through its setters, the value before the flag.
+/// Each line copies a datum with its times, valid or not, and says whether it is valid. The result
+/// is the same as if a client called the setters of the report, the value before the flag.
 ADSBTargetReport ADSBTarget::report() const {
     ADSBTargetReport r;
     r._trackId = _trackId;
     r._lastUpdate = _lastUpdate;
     r._icaoAddress = _icaoAddr;
-    r._icaoAddressValid = _icaoAddr > 0;
+    r._icaoAddressValid = _icaoAddr > 0; // no aircraft has address 0
     r._callsign = {_callsign, !_callsign.value.empty()};
     r._emitterCategory = {_emitterCategory, emitterCategoryValid()};
     r._squawk = {_squawk, squawkValid()};
@@ -22,6 +22,7 @@ ADSBTargetReport ADSBTarget::report() const {
     r._groundSpeed = {_groundSpeed, groundSpeedValid()};
     r._heading = {_heading, headingValid()};
     r._verticalRateBaro = {_verticalRateBaro, verticalRateBaroValid()};
+    // A report has one bit for the ground status, so an unknown status reads as airborne.
     r._groundStatus = {
         {_groundStatus.value == OnGround, _groundStatus.lastUpdate, _groundStatus.lastChange},
         groundStatusValid()};
@@ -42,6 +43,7 @@ ADSBTargetReport ADSBTarget::report() const {
 }
 
 void ADSBTargetReport::setPosition(double latitude, double longitude) {
+    // NaN and values out of range are stored too, but are not valid.
     const bool onEarth =
         latitude >= -90.0 && latitude <= 90.0 && longitude >= -180.0 && longitude <= 180.0;
     _position.set({latitude, longitude}, onEarth);

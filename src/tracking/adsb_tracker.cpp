@@ -1,5 +1,6 @@
-// The table of aircraft: track numbers, lists, removal. What a message does to a target is in
-// reply_processing.cpp and squitter_processing.cpp, what a report does in report_transfer.cpp.
+// The table of aircraft: track numbers, lists and removal. reply_processing.cpp and
+// squitter_processing.cpp have what a message does to a target, report_transfer.cpp has what a
+// report does.
 
 #include <ondrel/adsb_tracker.h>
 
@@ -18,10 +19,11 @@ namespace {
 const std::string moduleName = "ADSBTracker";
 
 constexpr u32 firstTrackId = 1;
-constexpr u32 lastTrackId = 4095;
+constexpr u32 lastTrackId = 4095; // twelve bits, and 0 means none
 constexpr u32 mostTargets = lastTrackId - firstTrackId + 1;
 
-/// What a tracker's pointer to its table stands for.
+/// The table of a tracker. A null pointer, as in a tracker that was moved from, means an empty
+/// table.
 const TargetTable& tableOf(const std::unique_ptr<TargetTable>& targets) {
     static const TargetTable empty;
     return targets ? *targets : empty;
@@ -62,6 +64,8 @@ std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from) {
     return allTargetsSince(from, std::numeric_limits<u64>::max());
 }
 
+// `from` is excluded and `to` included. So a client that passes the `to` of its last call as `from`
+// gets each update once.
 std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from, u64 to) {
     return tableOf(_targets).copiesWhere([=](const ADSBTarget& target) {
         return target.lastUpdate() > from && target.lastUpdate() <= to;
@@ -74,7 +78,8 @@ std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
     if (killed.empty()) {
         return killed;
     }
-    // Everything that needs memory comes before the first line: a line is never wrong.
+    // Everything that can run out of memory comes before the first line in the log. So no line
+    // tells of a target that stays in the table.
     TargetTable kept = _targets->without(isSilent);
     for (const ADSBTarget& target : killed) {
         Log::log(Log::Debug, moduleName, "Target #%u killed.", target.trackId());
@@ -88,6 +93,7 @@ void ADSBTracker::reset() {
     _nextTrackId = firstTrackId;
 }
 
+/// The target of the address, created if there is none. Null if the table is full.
 ADSBTarget* ADSBTracker::createTarget(u32 icaoAddress) {
     if (ADSBTarget* known = findTarget(icaoAddress)) {
         return known;
@@ -114,8 +120,9 @@ const ADSBTarget* ADSBTracker::findConstTarget(u32 icaoAddress) const {
     return findTarget(icaoAddress);
 }
 
-/// The lowest free number from _nextTrackId on, and behind 4095 from 1 on; 0 if the table is full.
-/// The targets themselves are asked for their numbers, since a report can set any number.
+/// The lowest free number from _nextTrackId on. After 4095 the search goes on at 1. 0 if the table
+/// is full. No list of free numbers is kept, since a report can set any number, also one that is in
+/// use. So this walks over all targets, but only for a new aircraft.
 u32 ADSBTracker::getNextTrackId() {
     if (tableOf(_targets).size() >= mostTargets) {
         return 0;

@@ -9,7 +9,7 @@
 
 namespace tolvarin::ondrel::cpr {
 
-/// The raw 17-bit values of one frame.
+/// The raw 17-bit values of one airborne frame: the place within a zone, 0 to 131071.
 struct Frame {
     i32 latitude;
     i32 longitude;
@@ -21,12 +21,14 @@ struct Position {
     double longitude;
 };
 
-/// The number of longitude zones at a latitude in degrees: 59 at the equator, 1 from 87 degrees on.
+/// The number of longitude zones (NL) at a latitude in degrees, north or south: 59 at the equator,
+/// 1 from 87 degrees on.
 i32 cprNL(double latitude);
 
-/// The position of the newer of two frames. Nothing when the two lie in bands of different numbers
-/// of longitude zones. Frames of different places give a position all the same, even a latitude
-/// beyond 90 degrees.
+/// The position of the newer of two frames. Nothing if the two have different numbers of longitude
+/// zones. Nothing else is tested: two frames of different places can give any position, even a
+/// latitude beyond 90 degrees. The caller makes sure that the frames are close in time. Longitudes
+/// are above -180 and up to 180.
 std::optional<Position> solve(const Frame& even, const Frame& odd, bool evenIsNewer);
 
 } // namespace tolvarin::ondrel::cpr

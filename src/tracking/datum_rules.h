@@ -15,8 +15,8 @@ void update(ADSBDatum<Value>& datum, const Value& value, u64 time) {
     datum.lastUpdate = time;
 }
 
-/// Whether the tracked rule takes the value for a change. The first value always is one, even if it
-/// equals the default.
+/// Whether the tracked rule counts the value as a change. The first value always is a change, also
+/// if it equals the default. A datum whose last change was reset to 0 counts as new.
 template <class Value>
 bool wouldChange(const ADSBDatum<Value>& datum, const Value& value) {
     return value != datum.value || datum.lastChange == 0;

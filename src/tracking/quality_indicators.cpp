@@ -1,3 +1,6 @@
+// Quality of a position by the type code of its message. The tables follow the type codes and NIC
+// supplements of RTCA DO-260, DO-260A and DO-260B, one table for each version.
+
 #include "quality_indicators.h"
 
 #include <algorithm>
@@ -6,6 +9,9 @@
 namespace tolvarin::ondrel {
 
 namespace {
+
+// Conditions of a row. A supplement that was never received is neither set nor clear, so it leads
+// to a row that does not ask for it, which has the lower quality, or to no row.
 
 using Condition = bool (*)(const Supplements&);
 
@@ -54,8 +60,17 @@ Quality find(const std::array<Row<Quality>, Size>& rows, u8 typeCode,
     return row != rows.end() ? row->quality : Quality{};
 }
 
+// The columns are categories of one and the same containment radius. NUCp (0 to 9) is the scale of
+// version 0, NIC (0 to 11) that of the later versions, PIC (0 to 14) one that all versions share.
+// In all of them a larger number is a smaller radius, and 0 is unknown.
+//
+// Type codes 5 to 8 belong to surface positions, 9 to 17 to airborne ones with a barometric
+// altitude, 20 and 21 to those with a GNSS height. 18 and 22 say that the radius is unknown, so
+// they have no row.
+
 // clang-format off
 
+// Version 0 sends no supplements.
 constexpr std::array<Row<PositionQualityV0>, 14> rowsV0 = {{
     // type code     NUCp NIC PIC   NACp SIL
     { 5, always, {{9, 11, 14}, 11, 2}},
@@ -74,6 +89,7 @@ constexpr std::array<Row<PositionQualityV0>, 14> rowsV0 = {{
     {21, always, {{8, 10, 13}, 10, 2}},
 }};
 
+// Version 1: supplement A divides the codes whose range of radii is wide.
 constexpr std::array<Row<PositionQuality>, 19> rowsV1 = {{
     // type code, condition, NUCp NIC PIC
     { 5, always, {9, 11, 14}},
@@ -97,6 +113,9 @@ constexpr std::array<Row<PositionQuality>, 19> rowsV1 = {{
     {21, always, {8, 10, 13}},
 }};
 
+// Version 2: airborne codes read B, which comes with each airborne position, and code 13 reads A
+// too. Surface codes read A and C. No message that the tracker reads has C, so the rows that need
+// it apply to direct calls only.
 constexpr std::array<Row<PositionQuality>, 22> rowsV2 = {{
     // type code, condition, NUCp NIC PIC
     { 5, always,     {9, 11, 14}},

@@ -1,4 +1,6 @@
-// What surveillance and all-call replies do to their target.
+// What surveillance and all-call replies do to their target (ICAO Annex 10 Volume IV, 3.1.2.5 to
+// 3.1.2.8). A reply is believed from confidence Medium on; other replies change nothing. Messages
+// of the wrong class give a null pointer, which changes nothing either.
 
 #include <ondrel/adsb_tracker.h>
 
@@ -25,7 +27,8 @@ struct FlightStatusRow {
     bool alert;
 };
 
-// A flight status without a row says nothing.
+// 6 and 7 have no row: they change nothing. 4 and 5 (SPI) are sent in the air and on the ground, so
+// they make the ground status unknown.
 constexpr std::array<FlightStatusRow, 6> flightStatusRows = {{
     {ModeSMessageFieldFS::Airborne, ADSBTarget::Airborne, false, false},
     {ModeSMessageFieldFS::OnGround, ADSBTarget::OnGround, false, false},
@@ -64,7 +67,7 @@ const ADSBTarget* ADSBTracker::procDFMsg(const DFMessage* message) {
         return procDF20Msg(dynamic_cast<const DF20Message*>(message));
     case DFMessage::DF21:
         return procDF21Msg(dynamic_cast<const DF21Message*>(message));
-    default:
+    default: // DF-18 and DF-19, and formats that only a client's class can have
         Log::log(Log::Warning, moduleName, "Unsupported %s message detected.",
                  message->downlinkFormatName().c_str());
         return nullptr;
@@ -177,9 +180,13 @@ void ADSBTracker::Steps::setFlightStatus(ADSBTarget& target, const ModeSMessageF
     }
 }
 
-/// Stores the altitude unless the altitude check refuses it. True if it passed the check; false
-/// also without the check, when it is stored. A stamp older than the last one makes the unsigned
-/// difference huge, and passes.
+/// Stores the altitude, unless the check is on and refuses it. The check refuses an altitude that
+/// differs by more than the limit from the last one, if the last one is younger than the set number
+/// of seconds. A stamp older than the last one makes the unsigned difference huge, so it is not
+/// refused.
+///
+/// True if the check is on and the altitude passed. So without the check the result is false,
+/// although the altitude is stored. The seconds are counted in 32 bits of milliseconds: 49 days.
 bool ADSBTracker::updateTargetAltituteBaro(ADSBTarget* target, i32 altitude, u64 time) const {
     if (target == nullptr) {
         return false;

@@ -1,4 +1,5 @@
-// How a tracker takes a report in.
+// How a tracker takes in a report, for instance from another tracker. Data that are not valid in
+// the report do not change the target.
 
 #include <ondrel/adsb_target_report.h>
 #include <ondrel/adsb_tracker.h>
@@ -7,8 +8,8 @@
 
 namespace tolvarin::ondrel {
 
-/// The report wins, also if it is older than what the target holds. What is not named here stays as
-/// messages of the aircraft set it: SPI, alert, MOPS version and the quality indicators.
+/// The report wins, also if it is older than what the target holds. SPI, alert, MOPS version and
+/// the quality indicators stay as the messages of the aircraft set them.
 const ADSBTarget* ADSBTracker::procTargetReport(const ADSBTargetReport* report) {
     if (report == nullptr || !report->valid()) {
         return nullptr;
@@ -17,7 +18,7 @@ const ADSBTarget* ADSBTracker::procTargetReport(const ADSBTargetReport* report) 
     if (target == nullptr) {
         return nullptr;
     }
-    target->_trackId = report->trackId();
+    target->_trackId = report->trackId(); // taken as it is, also if another target has it
     target->setLastUpdate(report->lastUpdate());
     Steps::takeIdentity(*target, *report);
     Steps::takeMotion(*this, *target, *report);
@@ -39,7 +40,8 @@ void ADSBTracker::Steps::takeIdentity(ADSBTarget& target, const ADSBTargetReport
                                   report.emitterCategoryLastChange());
     }
     if (report.squawkValid()) {
-        // Not through the setter: the aircraft changed nothing, so no line and no last change.
+        // The setter would write a log line and set the last change, but the aircraft changed
+        // nothing.
         target._squawk.value = report.squawk();
         target._squawk.lastUpdate = report.squawkLastUpdate();
     }
@@ -54,6 +56,7 @@ void ADSBTracker::Steps::takeMotion(const ADSBTracker& tracker, ADSBTarget& targ
         target.setSignalAmplitude(report.signalAmplitude(), report.signalAmplitudeLastUpdate());
     }
     if (report.altitudeBaroValid()) {
+        // Through the altitude check, like any other altitude.
         tracker.updateTargetAltituteBaro(&target, report.altitudeBaro(),
                                          report.altitudeBaroLastUpdate());
     }
@@ -61,7 +64,7 @@ void ADSBTracker::Steps::takeMotion(const ADSBTracker& tracker, ADSBTarget& targ
         target.setGroundSpeed(report.groundSpeed(), report.groundSpeedLastUpdate());
     }
     if (report.headingValid()) {
-        target.setHeading(report.heading(), report.lastUpdate());
+        target.setHeading(report.heading(), report.lastUpdate()); // time of the report
     }
     if (report.verticalRateBaroValid()) {
         target.setVerticalRateBaro(report.verticalRateBaro(), report.verticalRateBaroLastUpdate());

@@ -1,6 +1,6 @@
-// What extended squitters (DF-17) do to their target: the payload is decoded as the MOPS version of
-// the aircraft has it, positions are solved from pairs of frames (RTCA DO-260B, A.1.7), and the
-// version is confirmed or doubted.
+// What extended squitters (DF-17) do to their target. The payload is decoded by the MOPS version of
+// the aircraft. Positions are solved from pairs of frames (RTCA DO-260B, A.1.7). Version 0 is
+// confirmed, or set back to assumed.
 
 #include <ondrel/adsb_tracker.h>
 
@@ -18,11 +18,15 @@ namespace {
 
 const std::string moduleName = "ADSBTracker";
 
-constexpr u32 mopsV0ConfirmCount = 20;        // squitters that confirm version 0
-constexpr u32 longestCPRPairInterval = 10000; // ms
+constexpr u32 mopsV0ConfirmCount = 20; // counted squitters that confirm version 0
 
-/// Loads the record into the cache while the payload is decoded. Among thousands of aircraft it is
-/// not there, and without this each access to a new cache line would wait for memory.
+// Milliseconds. In 10 seconds an aircraft flies less than 3 NM. This is half of the difference in
+// height between an even and an odd zone, up to which a pair gives the right zone.
+constexpr u32 longestCPRPairInterval = 10000;
+
+/// Starts to load the record of the aircraft into the cache; the payload is decoded meanwhile. With
+/// thousands of aircraft the record is rarely in the cache, and each of its cache lines would be a
+/// wait for memory.
 void prefetch([[maybe_unused]] const ADSBTarget& target) {
 #if defined(__GNUC__)
     constexpr std::size_t cacheLine = 64;
@@ -33,6 +37,8 @@ void prefetch([[maybe_unused]] const ADSBTarget& target) {
 #endif
 }
 
+/// Stamps of a pair are compared by their low 32 bits. So two stamps that differ by a multiple of
+/// 2^32 ms (49.7 days) count as equal, and stamps of a 32-bit counter may wrap.
 u32 low32(u64 time) {
     return static_cast<u32>(time);
 }
@@ -45,6 +51,8 @@ ADSBMessage* ADSBTracker::decodeADSBMsg(u32 icaoAddress, const std::string& data
 }
 
 const ADSBTarget* ADSBTracker::procDF17Msg(const DF17Message* message) {
+    // The decoder gives a squitter High or nothing. Other grades come from messages that a client
+    // made.
     if (message == nullptr || message->confidence() != ModeSMessage::High) {
         return nullptr;
     }
@@ -58,13 +66,13 @@ const ADSBTarget* ADSBTracker::procDF17Msg(const DF17Message* message) {
     target->setSignalAmplitude(message->signalAmplitude(), stamp);
     const std::unique_ptr<ADSBMessage> payload(
         _decoder.decode(target->mopsVersion(), message->constFieldME().data()));
-    if (!payload) {
+    if (!payload) { // the aircraft is there, but the squitter is not counted
         return target;
     }
     payload->setTimeStamp(stamp);
     payload->setSignalAmplitude(message->signalAmplitude());
     Steps::takePayload(*this, target, payload.get());
-    Steps::judgeMOPSVersion0(*target, stamp);
+    Steps::updateMOPSVersion0Certainty(*target, stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     target->increaseStatistic(payload->type(), stamp);
     return target;
@@ -89,7 +97,7 @@ void ADSBTracker::Steps::takePayload(ADSBTracker& tracker, ADSBTarget* target,
         procADSBAircraftOperationalStatusMsg(
             target, static_cast<const ADSBAircraftOperationalStatusMessage*>(message));
         break;
-    default: // only counted
+    default: // only counted: surface positions, tests, aircraft and target status
         break;
     }
 }
@@ -104,13 +112,15 @@ void ADSBTracker::procADSBAirbornePositionMsg(ADSBTarget* target,
                                               const ADSBAirbornePositionMessage* message) {
     const u64 stamp = message->timeStamp();
     target->setGroundStatus(ADSBTarget::Airborne, stamp);
+    // The source of the altitude is not tested: a GNSS height is stored here too.
     updateTargetAltituteBaro(target, message->altitude(), stamp);
 
     ADSBTarget::CPRFrame& frame = message->cprFormat() == Odd ? target->_cprOdd : target->_cprEven;
     frame = {message->cprLatitude(), message->cprLongitude(), stamp};
     const u64 odd = target->_cprOdd.timeStamp;
     const u64 even = target->_cprEven.timeStamp;
-    // A stamp of 0 is that of a frame that was never received.
+    // Stamp 0 means that this frame was never received. Without this test, a first frame with a
+    // stamp below 10000 would make a pair with an empty slot.
     if (odd != 0 && even != 0 &&
         wrappedDistance(low32(odd), low32(even)) <= longestCPRPairInterval) {
         target->decodeCPRPosition();
@@ -120,6 +130,7 @@ void ADSBTracker::procADSBAirbornePositionMsg(ADSBTarget* target,
         procADSBAirbornePositionMsgV2(target,
                                       static_cast<const ADSBAirbornePositionMessageV2*>(message));
     }
+    // Last, so that a new NIC supplement B counts at once.
     target->updateQualityIndicators(message->typeCode(), stamp);
 }
 
@@ -131,10 +142,10 @@ void ADSBTracker::procADSBAirbornePositionMsgV2(ADSBTarget* target,
 void ADSBTracker::procADSBAirborneVelocityMsg(ADSBTarget* target,
                                               const ADSBAirborneVelocityMessage* message) {
     const u64 stamp = message->timeStamp();
-    // Every velocity that decodes is a ground speed.
+    // Air speeds do not decode, so this is a ground speed.
     target->setGroundSpeed(message->groundSpeed(), stamp);
     target->setHeading(message->heading(), stamp);
-    if (message->verticalRateSource() == Baro) {
+    if (message->verticalRateSource() == Baro) { // a GNSS rate has no datum
         target->setVerticalRateBaro(message->verticalRate(), stamp);
     }
     if (target->mopsVersion() == MOPSVersion0) {
@@ -151,6 +162,7 @@ void ADSBTracker::procADSBAirborneVelocityMsgV0(ADSBTarget* target,
 void ADSBTracker::procADSBAircraftOperationalStatusMsg(
     ADSBTarget* target, const ADSBAircraftOperationalStatusMessage* message) {
     const u64 stamp = message->timeStamp();
+    // A version above 2 is read as version 2, but this stays an assumption.
     if (message->version() == MOPSVersionUnknown) {
         target->setMOPSVersion(MOPSVersion2, stamp);
         target->setMOPSVersionAssumed(stamp);
@@ -161,10 +173,11 @@ void ADSBTracker::procADSBAircraftOperationalStatusMsg(
     target->setNICSupplementA(message->nicSupplementA(), stamp);
 }
 
-/// An aircraft of version 0 sends no operational status message. Version 0 is confirmed when 20
-/// squitters were counted and no type among them that only later versions send. An aircraft status
-/// or target status message makes it assumed again.
-void ADSBTracker::Steps::judgeMOPSVersion0(ADSBTarget& target, u64 time) {
+/// Every target starts at version 0, assumed, and an aircraft of version 0 has no message that says
+/// so. Version 0 is confirmed if 20 squitters were counted and none of them is of a type that tells
+/// a later version. A later aircraft status or target status message makes it assumed again. An
+/// operational status message has already moved the target to its version.
+void ADSBTracker::Steps::updateMOPSVersion0Certainty(ADSBTarget& target, u64 time) {
     if (target.mopsVersion() != MOPSVersion0) {
         return;
     }

@@ -1,5 +1,5 @@
 /// @file
-/// The table of a tracker.
+/// The table of a tracker: its targets by address.
 #pragma once
 
 #include <ondrel/adsb_target.h>
@@ -15,8 +15,11 @@
 
 namespace tolvarin::ondrel {
 
-/// Targets by address. A copy of the table shares its targets. A target is destroyed when it has
-/// left the last table that holds it.
+/// Targets by address. Each target has its own place in memory, so a pointer to a target stays good
+/// while the table grows. Targets are never removed one by one, since the table under it has no
+/// removal: without() builds a new table.
+///
+/// A copy of the table shares its targets. A target is destroyed with the last table that holds it.
 class TargetTable {
 public:
     std::size_t size() const { return _targets.size(); }
@@ -39,7 +42,8 @@ public:
         _targets.forEach([&](u32 /*address*/, const auto& target) { visit(*target); });
     }
 
-    /// Copies of the targets for which the condition holds, in ascending order of address.
+    /// Copies of the targets for which the condition holds, in ascending order of address: the
+    /// order of the table depends on the hash and is of no use to a client.
     template <class Condition>
     std::vector<ADSBTarget> copiesWhere(Condition condition) const {
         std::vector<std::pair<u32, const ADSBTarget*>> selected;

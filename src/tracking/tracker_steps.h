@@ -10,12 +10,15 @@
 
 namespace tolvarin::ondrel {
 
+/// `create...` can add a target; `take...`, `set...` and `update...` change the given one.
 struct ONDREL_HIDDEN ADSBTracker::Steps {
     // reply_processing.cpp
 
-    /// The target of a reply that is believed, made if there is none, with its last update set.
-    /// Null if the reply is null or not believed, or the table is full.
+    /// The target of a reply that is believed, created if there is none. Sets its last update. Null
+    /// if the reply is null or not believed, or the table is full.
     static ADSBTarget* createTargetIfBelieved(ADSBTracker& tracker, const DFMessage* message);
+
+    // One step for each pair of formats with the same data: DF-0 and 16, DF-4 and 20, DF-5 and 21.
 
     template <class Message>
     static const ADSBTarget* takeAirAirReply(ADSBTracker& tracker, const Message* message);
@@ -31,8 +34,8 @@ struct ONDREL_HIDDEN ADSBTracker::Steps {
     /// Gives the payload to the step of its type; a type without a step changes nothing.
     static void takePayload(ADSBTracker& tracker, ADSBTarget* target, const ADSBMessage* message);
 
-    /// Confirms or doubts version 0. Runs before the squitter itself is counted.
-    static void judgeMOPSVersion0(ADSBTarget& target, u64 time);
+    /// Confirms version 0, or sets it back to assumed. Runs before the squitter itself is counted.
+    static void updateMOPSVersion0Certainty(ADSBTarget& target, u64 time);
 
     // report_transfer.cpp
 
