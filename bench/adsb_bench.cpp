@@ -1,3 +1,5 @@
+// Decoding of each kind of ADS-B payload, beside reading its values into a plain struct.
+
 #include "compare.h"
 
 #include <ondrel/adsb_airborne_position_message.h>
@@ -28,7 +30,8 @@
 namespace tolvarin::ondrel::bench {
 namespace {
 
-// What a payload says, in plain structs. A floor reads these and shows nothing of it as text.
+// The values of each payload in plain structs. The floor of a message reads these values and makes
+// no field list. It has no branches for reserved codes.
 
 struct Identity {
     u32 category;
@@ -62,7 +65,7 @@ struct CompactPosition {
           latitude(bits::read<22, 17>(payload)), longitude(bits::read<39, 17>(payload)) {}
 };
 
-/// Any table of one speed for each movement code: to look up is what takes the time.
+/// A speed for each movement code. The values do not matter, only the time of the look-up.
 const std::array<double, 128> speeds = [] {
     std::array<double, 128> all{};
     std::iota(all.begin(), all.end(), 0.5);
@@ -157,7 +160,7 @@ struct OperationalStatus {
         : version(bits::read<40, 3>(payload)), nicSupplementA(bits::read<43, 1>(payload)) {}
 };
 
-/// A bit field that all payloads of a kind have alike.
+/// Bits that are the same in all payloads of a benchmark, such as the type code.
 struct Fixed {
     std::size_t position;
     unsigned width;
@@ -166,6 +169,7 @@ struct Fixed {
 
 constexpr std::size_t payloadCount = 4096;
 
+/// Random payloads, so that the processor cannot learn the values.
 std::vector<std::string> payloads(const std::vector<Fixed>& fixed) {
     std::mt19937_64 random(3); // NOLINT(cert-msc*): every run measures the same
     std::vector<std::string> all;
@@ -184,7 +188,7 @@ std::vector<std::string> payloads(const std::vector<Fixed>& fixed) {
 template <class Message, class Values>
 void payloadFloor(const std::string& payload) {
     struct alignas(Message) Block {
-        std::array<std::byte, sizeof(Message)> bytes; // left as it comes
+        std::array<std::byte, sizeof(Message)> bytes; // not initialised
     };
     const std::unique_ptr<Block> block(new Block);
     benchmark::DoNotOptimize(block.get());
@@ -192,7 +196,7 @@ void payloadFloor(const std::string& payload) {
     benchmark::DoNotOptimize(values);
 }
 
-/// What a benchmark decodes, and what its floor reads of it.
+/// The message that a benchmark decodes, and the values that its floor reads.
 template <class MessageType, class ValuesType>
 struct Kind {
     using Message = MessageType;

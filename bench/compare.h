@@ -1,14 +1,16 @@
 /// @file
-/// Measures work beside a floor.
+/// Measures work and a floor in turns.
 ///
-/// A time alone says little: it depends on the machine and on what else it does. So each benchmark
-/// takes turns between its work and a floor, which does only the indispensable, and reports
+/// A time alone says little: it depends on the machine and on what else runs. So each benchmark has
+/// a floor, which does only what nobody can leave out. Work and floor take turns, so that both see
+/// the same load of the machine. Reported are
 ///
 ///   work_ns    of the work, for one item
 ///   floor_ns   of the floor, for one item
 ///   ratio      of the two
 ///
-/// each as the median over all turns. The column Time has the mean of the work.
+/// each as the median over all turns: a turn that was interrupted does not count. The column Time
+/// has the mean of the work.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -23,12 +25,12 @@ namespace tolvarin::ondrel::bench {
 /// Turns of each benchmark.
 constexpr int turns = 100;
 
-/// What every benchmark that compares is registered with: so many turns, timed by itself.
+/// Registers a benchmark with this number of turns. compare() measures the time.
 inline void inTurns(benchmark::internal::Benchmark* registered) {
     registered->UseManualTime()->Iterations(turns);
 }
 
-/// Seconds for one item, measured over `count` calls of `work` with their number.
+/// Seconds for one item: calls `work` with 0 to `count` - 1.
 template <class Work>
 double secondsPerItem(std::size_t count, Work& work) {
     const auto start = std::chrono::steady_clock::now();
@@ -39,6 +41,7 @@ double secondsPerItem(std::size_t count, Work& work) {
     return elapsed.count() / static_cast<double>(count);
 }
 
+/// Reorders the values, of which there must be at least one.
 inline double median(std::vector<double>& values) {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
     std::nth_element(values.begin(), middle, values.end());

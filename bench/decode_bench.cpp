@@ -1,3 +1,5 @@
+// Decoding of each downlink format, good replies of known aircraft, beside the floor of floor.h.
+
 #include "compare.h"
 #include "floor.h"
 #include "samples.h"

@@ -1,5 +1,5 @@
 /// @file
-/// What cannot be left out of the decoding of a reply.
+/// The least that the decoding of a reply needs.
 #pragma once
 
 #include <ondrel/types.h>
@@ -19,9 +19,9 @@ namespace tolvarin::ondrel::bench {
 
 using AddressTable = std::map<u32, std::int64_t>;
 
-/// Kept out of line, where the compiler makes of it what it makes of the decoder's own look-up.
-/// Inlined into a loop that only measures, g++ replaces its branches by conditional moves, and a
-/// look-up that no processor can foresee takes half the time.
+/// Not inlined, so that the compiler makes the same code as for the look-up of the decoder. Inlined
+/// into the loop of a benchmark, g++ replaces the branches by conditional moves. Then a look-up
+/// that the processor cannot predict takes half the time, and the floor would be too low.
 [[gnu::noinline]] inline bool isKnown(const AddressTable& known, u32 address) {
     return known.find(address) != known.end();
 }
@@ -31,7 +31,7 @@ using AddressTable = std::map<u32, std::int64_t>;
 template <class Message>
 void decodeFloor(const std::string& frame, u8 frameBits, u32 address, const AddressTable& known) {
     struct alignas(Message) Block {
-        std::array<std::byte, sizeof(Message)> bytes; // left as it comes
+        std::array<std::byte, sizeof(Message)> bytes; // not initialised
     };
     const std::unique_ptr<Block> block(new Block);
     benchmark::DoNotOptimize(block.get());

@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 
 int main(int argc, char** argv) {
-    // What is measured is decoding, not the terminal.
+    // No log lines: the benchmarks measure decoding, not the terminal.
     tolvarin::ondrel::Log::setShowLevel(tolvarin::ondrel::Log::Panic);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) {

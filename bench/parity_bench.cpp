@@ -1,3 +1,5 @@
+// The parity sum of short and long frames.
+
 #include "parity.h"
 
 #include "compare.h"
@@ -9,7 +11,8 @@
 namespace tolvarin::ondrel::bench {
 namespace {
 
-/// The parity of a frame beside one look-up in one table for each of its protected bytes.
+/// The parity of a frame, beside one look-up for each of its protected bytes in a single table. The
+/// look-ups of the floor do not depend on each other, and its values do not matter.
 void paritySum(benchmark::State& state) {
     const auto frameBits = static_cast<u8>(state.range(0));
     const std::size_t protectedBytes = frameBits / 8 - 3;

@@ -1,3 +1,5 @@
+// Decoding of damaged squitters: repaired, and beyond repair.
+
 #include "compare.h"
 #include "samples.h"
 
@@ -37,14 +39,15 @@ void decodeDamaged(benchmark::State& state, Positions damage, bool repaired) {
         [&](std::size_t i) { benchmark::DoNotOptimize(decoded(decoder, good[order()[i]])); });
 }
 
-// A difference of three bits has an odd number of ones and one of four an even number, like those
-// of one bit and of two.
+// The search differs for odd and even numbers of ones in the difference, as in parity.cpp. Three
+// bits give an odd number like one bit, four give an even number like two.
 BENCHMARK_CAPTURE(decodeDamaged, OneBit, {40}, true)->Apply(inTurns);
 BENCHMARK_CAPTURE(decodeDamaged, TwoBits, {40, 70}, true)->Apply(inTurns);
 BENCHMARK_CAPTURE(decodeDamaged, BeyondRepairOdd, {40, 55, 70}, false)->Apply(inTurns);
 BENCHMARK_CAPTURE(decodeDamaged, BeyondRepairEven, {40, 50, 60, 70}, false)->Apply(inTurns);
 
-/// The plain way to repair: a copy of the frame for each candidate, and a walk over its bits.
+/// The plain repair: a copy of the frame for each candidate, and a loop over its bits. It shows
+/// what the tables of the library save.
 class PlainSearch {
 public:
     PlainSearch() {
@@ -99,7 +102,7 @@ private:
     std::array<u32, frameBits> _entries{};
 };
 
-/// The plain search alone, for a frame beyond repair, beside the decoding of a good frame.
+/// The plain search for a frame that cannot be repaired, beside the decoding of a good frame.
 void plainSearch(benchmark::State& state) {
     const auto good = framesOfAll(squitter);
     ModeSDecoder decoder = experiencedDecoder();

@@ -1,5 +1,5 @@
 /// @file
-/// What the benchmarks work on: replies of a thousand aircraft in no order.
+/// The input of the benchmarks: replies of a thousand aircraft in random order.
 #pragma once
 
 #include <ondrel/mode_s_decoder.h>
@@ -52,13 +52,15 @@ inline const std::vector<u32>& addresses() {
     return all;
 }
 
-/// Whose reply comes next. A sequence too long for a processor to foresee, as in real traffic: it
-/// learns the way through a table that is asked in the same short order again and again.
+/// Which aircraft replies next. The sequence is too long for the branch prediction of a processor,
+/// as real traffic is. A short order that repeats would be learnt, and look-ups would seem too
+/// fast.
 inline const std::vector<std::size_t>& order() {
     static const std::vector<std::size_t> all = makeOrder();
     return all;
 }
 
+/// An identification message.
 inline const std::string payload = "\x20\x2C\xC3\x71\xC3\x2C\xE0";
 
 inline std::string squitter(u32 address) {
@@ -81,7 +83,7 @@ inline Message decoded(ModeSDecoder& decoder, const std::string& frame) {
     return Message(decoder.decode(ModeSMessage::Downlink, frame));
 }
 
-/// A decoder to which all aircraft are known.
+/// A decoder that knows all aircraft.
 inline ModeSDecoder experiencedDecoder() {
     ModeSDecoder decoder;
     for (const u32 address : addresses()) {
@@ -90,7 +92,7 @@ inline ModeSDecoder experiencedDecoder() {
     return decoder;
 }
 
-/// The table of a floor, with the same entries.
+/// The table for a floor, with all aircraft.
 inline std::map<u32, std::int64_t> knownAddresses() {
     std::map<u32, std::int64_t> known;
     for (const u32 address : addresses()) {

@@ -1,3 +1,5 @@
+// Decoding of mixed traffic, good and damaged.
+
 #include "compare.h"
 #include "floor.h"
 #include "samples.h"
@@ -13,7 +15,7 @@
 namespace tolvarin::ondrel::bench {
 namespace {
 
-/// Some seconds of a busy sky, damaged as a receiver hears it.
+/// Ten seconds of 200 aircraft. One reply in ten is damaged or noise.
 std::vector<simulator::Reply> makeStream() {
     simulator::TrafficOptions options;
     options.aircraft = 200;
@@ -31,7 +33,7 @@ std::vector<simulator::Reply> makeStream() {
     return replies;
 }
 
-/// All replies of the stream in their order beside the floor for each.
+/// All replies of the stream in their order, beside the floor for each.
 void mixedStream(benchmark::State& state) {
     const auto replies = makeStream();
     const auto known = knownAddresses();

@@ -1,3 +1,5 @@
+// Tracking: mixed traffic, a full table, and the memory of an aircraft.
+
 #include "compare.h"
 #include "floor.h"
 #include "samples.h"
@@ -25,8 +27,8 @@ std::size_t bytesAllocated = 0; // since the program started
 
 } // namespace
 
-// Counts what is asked for; work and floor of every benchmark pay the same for it. Not inlined, so
-// that a compiler that sees one of a pair does not miss the other.
+// Counts the bytes that are allocated, in the work and the floor of all benchmarks. Not inlined: a
+// compiler that inlines one of a pair warns that new and delete do not match.
 [[gnu::noinline]] void* operator new(std::size_t size) {
     bytesAllocated += size;
     if (void* block = std::malloc(size)) {
@@ -46,7 +48,7 @@ namespace {
 
 constexpr std::size_t frameBytes = 14;
 constexpr u32 firstAddress = 0x400000;
-constexpr u32 mostAircraft = 4095;
+constexpr u32 mostAircraft = 4095; // as many as there are track numbers
 constexpr u64 startTime = 1700000000000;
 
 u32 addressOf(u32 aircraft) {
@@ -76,7 +78,8 @@ void payloadFloor() {
     benchmark::DoNotOptimize(fields.get());
 }
 
-/// What is heard of five hundred aircraft, compact in memory and in the order of time.
+/// Twenty seconds of 500 aircraft in the order of time. Compact in memory, so that reading the
+/// input takes little time.
 std::vector<Heard> makeStream() {
     simulator::TrafficOptions options;
     options.aircraft = 500;
@@ -102,8 +105,9 @@ const ADSBTarget* hear(ModeSDecoder& decoder, ADSBTracker& tracker, const Heard&
     return tracker.procModeSMsg(message.get());
 }
 
-/// Decoding, tracking and deleting all replies of the stream beside the floor for each: its
-/// allocations, its parity, and one look-up of its address by the decoder and one by the tracker.
+/// Decoding, tracking and deleting all replies of the stream, beside the floor for each: its
+/// allocations, its parity, and two look-ups of its address, one for the decoder and one for the
+/// tracker.
 void mixedTraffic(benchmark::State& state) {
     const std::vector<Heard> frames = makeStream();
     ModeSDecoder decoder;
@@ -163,7 +167,7 @@ std::string mixedReply(u32 address) {
     }
 }
 
-/// A decoder and a tracker to which so many aircraft are known, and a reply of each.
+/// A decoder and a tracker that know this number of aircraft, and a reply of each.
 class Sky {
 public:
     Sky(u32 aircraft, std::string (*encode)(u32)) {
@@ -176,7 +180,7 @@ public:
         }
     }
 
-    /// The reply of one of them, whatever the number.
+    /// Takes the reply of an aircraft; `i` can be any number.
     void hear(std::size_t i) {
         const Frame& reply = _replies[i % _replies.size()];
         hear(reply.bytes.data(), reply.size);
@@ -192,12 +196,12 @@ private:
 
     ModeSDecoder _decoder;
     ADSBTracker _tracker;
-    std::vector<Frame> _replies; // compact, so that reading them is not what takes time
+    std::vector<Frame> _replies; // compact, so that reading them takes little time
 };
 
 // NOLINTBEGIN(cert-msc51-cpp): every run measures the same
 
-/// Whose reply comes next: in no order that a processor could foresee.
+/// Which aircraft replies next, in an order that a processor cannot predict.
 std::vector<std::uint16_t> makeTurns() {
     std::mt19937 random(3);
     std::vector<std::uint16_t> all(1U << 14);
@@ -209,7 +213,7 @@ std::vector<std::uint16_t> makeTurns() {
 
 // NOLINTEND(cert-msc51-cpp)
 
-/// One reply, decoded, tracked and deleted, with a full table beside the same with ten aircraft.
+/// One reply, decoded, tracked and deleted: with a full table, beside the same with ten aircraft.
 void fullTable(benchmark::State& state, std::string (*encode)(u32)) {
     Sky full(mostAircraft, encode);
     Sky empty(10, encode);
@@ -242,8 +246,8 @@ Message believed(u32 address, u64 stamp) {
     return message;
 }
 
-/// The last aircraft that finds a place, again and again: its number is found by a walk of the
-/// table and all around the numbers.
+/// The worst case for a new aircraft: the table has one free place, so the search for a track
+/// number looks at all targets and at all numbers.
 void lastAircraft(benchmark::State& state) {
     ADSBTracker tracker;
     for (u32 i = 1; i < mostAircraft; ++i) {
@@ -266,7 +270,8 @@ void lastAircraft(benchmark::State& state) {
 
 BENCHMARK(lastAircraft)->Name("Track/LastAircraft")->UseManualTime()->Iterations(turns);
 
-/// What a full table asks of the memory for each aircraft, the growing of its rows included.
+/// The bytes that a full table allocates for each aircraft, also those for the growing of the
+/// table.
 void memory(benchmark::State& state) {
     for (auto turn : state) {
         static_cast<void>(turn);

@@ -1,3 +1,6 @@
+// How an aircraft flies: it decides by chance what it wants, and steers towards it second by
+// second.
+
 #include "simulator/aircraft.h"
 
 #include <algorithm>
@@ -8,7 +11,7 @@
 namespace tolvarin::ondrel::simulator {
 namespace {
 
-// Annex 10: alert and SPI go on for about 18 seconds after the pilot's action.
+// Seconds. Alert and SPI stay for about 18 seconds after the pilot's action (ICAO Annex 10).
 constexpr int statusSeconds = 18;
 constexpr int emergencySeconds = 180;
 constexpr int advisorySeconds = 20;
@@ -16,12 +19,14 @@ constexpr int advisorySeconds = 20;
 constexpr double liftOffSpeedKt = 145;
 constexpr double taxiSpeedKt = 15;
 constexpr double landingRateFtMin = 704;
-constexpr double largestSpeedOfCode = 1022;
+constexpr double largestSpeedOfCode = 1022; // knots; a faster component is sent in steps of 4 knots
 
+/// Rounds to the nearest multiple of `step`.
 int nearest(double value, int step) {
     return step * static_cast<int>(std::lround(value / step));
 }
 
+/// The altitude that a code of 25-foot steps can carry.
 int altitudeSent(double feet) {
     return std::clamp(nearest(feet, 25), -1000, 50175);
 }
@@ -40,7 +45,7 @@ unsigned emergencySquawk(Emergency emergency, unsigned assigned) {
     }
 }
 
-/// Any code but those of the emergencies.
+/// Any code below 7400, so none of those of the emergencies (7500, 7600 and 7700).
 unsigned ordinarySquawk(Random& random) {
     return static_cast<unsigned>(random.between(0, 07377));
 }
@@ -58,6 +63,7 @@ void setVelocity(AircraftState& state) {
 
 } // namespace
 
+// Half of the turn comes before the movement and half behind it: close to the real arc.
 void Motion::advance(double seconds) {
     const double meanSpeed = std::max(speedKt + accelerationKtS * seconds / 2, 0.0);
     course.turn(turnDegS * seconds / 2);
@@ -222,7 +228,9 @@ void Aircraft::startEmergency(Emergency emergency) {
     _emergencySeconds = emergencySeconds;
 }
 
-/// Turns what is wanted into the rates of the next second.
+/// Sets the rates of the next second, so that speed, heading and altitude come closer to what is
+/// wanted. The limits are those of ordinary flight: 1.5 or 3 knots and 1.5, 3 or 10 degrees a
+/// second.
 void Aircraft::steer() {
     const double acceleration = _phase == FlightPhase::Taxiing ? 1.5 : 3.0;
     _motion.accelerationKtS =
@@ -232,6 +240,7 @@ void Aircraft::steer() {
     _motion.turnDegS = _motion.speedKt > 0 ? std::clamp(_turnLeftDeg, -turnRate, turnRate) : 0.0;
 
     const double missingFt = _altitudeWantedFt - _motion.altitudeFt;
+    // Steps of 64 ft/min, as the wire has them, so that the rate sent is the true one.
     const int steps = static_cast<int>(std::clamp(missingFt * 60.0 / 64.0, -1000.0, 1000.0));
     if (steps == 0) {
         _motion.altitudeFt = _altitudeWantedFt;

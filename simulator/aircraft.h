@@ -1,3 +1,5 @@
+/// @file
+/// One simulated aircraft: what it is, how it flies, and its true state at any time.
 #pragma once
 
 #include "simulator/geodesy.h"
@@ -48,7 +50,7 @@ struct Performance {
     int highestAltitudeFt = 41000;
 };
 
-/// What stays the same for the whole life of an emitter.
+/// What never changes about an emitter.
 struct Airframe {
     std::uint32_t address = 0;
     EmitterKind kind = EmitterKind::Transponder;
@@ -67,7 +69,8 @@ struct Airframe {
     int geometricMinusBaroFt = 0;       ///< steps of 25
 };
 
-/// The truth about an emitter at one moment: real values, and beside them what the wire can carry.
+/// The truth about an emitter at one moment. Some values are exact, others are rounded to the steps
+/// that a message can carry; tests compare both with what the library decodes.
 struct AircraftState : Airframe {
     double latitude = 0;
     double longitude = 0;
@@ -92,7 +95,7 @@ struct AircraftState : Airframe {
 
 enum class FlightPhase { Taxiing, TakingOff, Flying, Landing };
 
-/// How a flight begins, and where it keeps to.
+/// How a flight begins, and the area in which it stays.
 struct Flight {
     GeoPoint place;
     double headingDeg = 0;
@@ -100,9 +103,9 @@ struct Flight {
     double altitudeFt = 0;
     FlightPhase phase = FlightPhase::Flying;
     double fieldElevationFt = 0;
-    bool departs = false; ///< a taxiing aircraft takes off some time
+    bool departs = false; ///< a taxiing aircraft takes off at some time
     GeoPoint home;
-    double rangeNm = 0; ///< farther from home than this it turns back; 0 roams the earth
+    double rangeNm = 0; ///< turns back if farther from home than this; 0 sets no limit
     Emergency emergency = Emergency::None;
 };
 
@@ -118,11 +121,12 @@ struct Motion {
     void advance(double seconds);
 };
 
-/// One aircraft or vehicle, flown by chance. It decides once a second of its own life and moves
-/// evenly in between, so its flight does not depend on the steps in which it is asked.
+/// One aircraft or vehicle that flies by chance. It decides at each full second of its life and
+/// moves evenly between two of them. So its flight does not depend on the steps in which step() is
+/// called.
 class Aircraft {
 public:
-    /// The same airframe, flight and seed give the same life.
+    /// The same airframe, flight and seed give the same flight to the last bit.
     Aircraft(Airframe airframe, const Flight& flight, std::uint64_t seed);
 
     void step(std::uint64_t milliseconds);
@@ -154,7 +158,7 @@ private:
     double _speedWantedKt;
     double _altitudeWantedFt;
     int _climbFtMin = 1536;
-    double _turnLeftDeg = 0; ///< of a turn still to be flown
+    double _turnLeftDeg = 0; ///< what is left of the current turn
 
     unsigned _squawk;
     Emergency _emergency = Emergency::None;

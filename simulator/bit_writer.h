@@ -1,3 +1,5 @@
+/// @file
+/// The bit writer for frames and payloads.
 #pragma once
 
 #include <cstddef>
@@ -6,8 +8,8 @@
 
 namespace tolvarin::ondrel::simulator {
 
-/// A byte string filled field by field, by the positions and widths that the standards' tables
-/// print. Position 0 is the bit transmitted first, the top bit of byte 0.
+/// A byte string that is filled field by field, with the positions and widths of the tables in the
+/// standards. Position 0 is the bit that is sent first, the top bit of byte 0.
 class BitWriter {
 public:
     /// Starts with `bytes` bytes of zeros.

@@ -1,3 +1,5 @@
+// Damage of frames by chance: inverted bits, missing bytes, or noise in place of the frame.
+
 #include "simulator/channel.h"
 
 #include <cstddef>
@@ -7,6 +9,7 @@
 namespace tolvarin::ondrel::simulator {
 namespace {
 
+/// Inverts `count` different bits.
 void invertBits(std::string& bytes, int count, Random& random) {
     std::set<int> positions;
     while (positions.size() < static_cast<std::size_t>(count)) {

@@ -1,10 +1,11 @@
+/// @file
+/// Damage to frames on the way to the receiver.
 #pragma once
 
 #include "simulator/random.h"
 
 #include <string>
 
-/// What the air between antenna and receiver does to a frame.
 namespace tolvarin::ondrel::simulator {
 
 enum class Damage {

@@ -1,3 +1,6 @@
+// The sending side of compact position reporting. It calculates the number of longitude zones by
+// the formula, where the library has the printed table: so each is a test of the other.
+
 #include "simulator/cpr_encoder.h"
 
 #include <algorithm>
@@ -7,7 +10,7 @@ namespace tolvarin::ondrel::simulator {
 namespace {
 
 constexpr double pi = 3.14159265358979323846;
-constexpr double zonesToPole = 15.0;
+constexpr double zonesToPole = 15.0; // NZ: latitude zones from the equator to a pole
 
 /// The remainder from 0 up to b, also for a negative a.
 double modulo(double a, double b) {
@@ -29,7 +32,7 @@ int longitudeZones(double latitude) {
     const double cosine = std::cos(pi / 180.0 * magnitude);
     const double a = 1.0 - std::cos(pi / (2.0 * zonesToPole));
     const double zones = std::floor(2.0 * pi / std::acos(1.0 - a / (cosine * cosine)));
-    // At the equator the formula reaches 60, which the standard takes as 59.
+    // At the equator the formula gives 60; the standard has 59 there.
     return std::min(static_cast<int>(zones), 59);
 }
 
@@ -37,11 +40,13 @@ CprFrame encodeCpr(double latitude, double longitude, bool odd, CprGrid grid) {
     if (!std::isfinite(latitude) || !std::isfinite(longitude)) {
         return {};
     }
+    // Only the low 17 bits are sent. The surface grid has two bits more, so a receiver must know in
+    // which quarter of the earth the aircraft is.
     const double steps = grid == CprGrid::Surface ? 0x1p19 : 0x1p17;
     const double height = 360.0 / (4.0 * zonesToPole - (odd ? 1.0 : 0.0));
     const double inZone = modulo(latitude, height);
     const double y = std::floor(steps * inZone / height + 0.5);
-    // The receiver counts longitude zones at the latitude it recovers, so the sender does too.
+    // The receiver counts the longitude zones at the rounded latitude, so the sender does too.
     const double recovered = height * (y / steps + std::round((latitude - inZone) / height));
     const double width = 360.0 / std::max(longitudeZones(recovered) - (odd ? 1 : 0), 1);
     const double x = std::floor(steps * modulo(longitude, width) / width + 0.5);

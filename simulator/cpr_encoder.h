@@ -1,8 +1,9 @@
+/// @file
+/// Compact Position Reporting, the sending side (RTCA DO-260B, appendix A.1.7). Pure functions.
 #pragma once
 
 #include <cstdint>
 
-/// Compact Position Reporting, the sending side (RTCA DO-260B, appendix A.1.7). Pure functions.
 namespace tolvarin::ondrel::simulator {
 
 /// The two 17-bit values of one position message.

@@ -1,3 +1,6 @@
+// Makes a fleet by chance: who flies, with which equipment, where and how. All draws come from one
+// generator in a fixed order, so one seed gives one fleet.
+
 #include "simulator/fleet.h"
 
 #include <algorithm>
@@ -13,11 +16,11 @@ constexpr unsigned mostAircraft = 1U << 20U;
 constexpr double fieldRadiusNm = 2;
 constexpr double fieldElevationFt = 375;
 
-/// First addresses of some states' blocks of 2^15 addresses or more.
+/// The first addresses of blocks that some states have. Each block has 2^15 addresses or more.
 constexpr std::array<std::uint32_t, 6> addressBlocks = {0x380000, 0x3C0000, 0x400000,
                                                         0x440000, 0x480000, 0xA00000};
 
-/// How common a type is, how it announces itself, and how it flies.
+/// How common a type is, its type code and emitter category, and how it flies.
 struct AircraftType {
     double weight;
     unsigned typeCode;
@@ -37,8 +40,8 @@ constexpr AircraftType aircraftTypes[] = {
     {0.05, 4, 6, {1100, 1600, 42000, 50000}}, // supersonic
 };
 
-/// A containment radius has its type codes and supplements in one row, with the accuracy that goes
-/// with it (RTCA DO-260B, table 2-14). The supplements are those of airborne messages.
+/// The type codes and supplements of one containment radius are in one row, with the accuracy that
+/// belongs to it (RTCA DO-260B, table 2-14). The supplements are those of airborne messages.
 struct QualityRow {
     double weight;
     PositionQuality quality;
@@ -60,8 +63,8 @@ constexpr QualityRow qualityRows[] = {
     {0.02, {18, 22, 8, false, false, false, {0, 0, false, false}, 0}},
 };
 
-/// Control fields of the reports by ground stations: TIS-B with an ICAO address or another one, and
-/// rebroadcast ADS-B.
+/// Control fields (CF) that ground stations use: TIS-B with an ICAO address, TIS-B with another
+/// address, and rebroadcast ADS-B.
 constexpr std::array<unsigned, 3> groundStationControls = {2, 5, 6};
 
 /// Picks a row by its weight; the weights of a table add up to 1.
@@ -77,6 +80,7 @@ const Row& pick(const Row (&rows)[N], Random& random) {
     return rows[N - 1];
 }
 
+/// An address that no other aircraft of the fleet has.
 std::uint32_t makeAddress(std::set<std::uint32_t>& taken, Random& random) {
     const std::uint32_t block = random.oneOf(addressBlocks);
     std::uint32_t address = block + static_cast<std::uint32_t>(random.between(0, 0x7FFF));
@@ -105,6 +109,7 @@ EmitterKind makeKind(const FleetOptions& options, Random& random) {
                                                         : EmitterKind::Transponder;
 }
 
+/// Draws type, accuracy, MOPS version and what the aircraft can send.
 void equip(Airframe& airframe, Random& random) {
     const AircraftType& type = pick(aircraftTypes, random);
     airframe.identificationTypeCode = type.typeCode;
@@ -142,14 +147,14 @@ Airframe makeAirframe(const FleetOptions& options, std::set<std::uint32_t>& take
     return airframe;
 }
 
-/// Evenly over the area of a circle.
+/// A place in a circle. All parts of the area are equally likely, hence the square root.
 GeoPoint placeWithin(GeoPoint centre, double radiusNm, Random& random) {
     Course course(centre, random.uniform(0, 360));
     course.move(radiusNm * std::sqrt(random.uniform()));
     return course.place();
 }
 
-/// Evenly over the area of the earth, which is 180 degrees of arc around any point of it.
+/// A place on earth. All parts of the area are equally likely, hence the arc sine.
 GeoPoint placeOnEarth(Random& random) {
     const double latitude = std::asin(random.uniform(-1, 1)) * 180.0 / 3.14159265358979323846;
     return {latitude, random.uniform(-180, 180)};

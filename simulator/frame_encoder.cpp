@@ -1,3 +1,6 @@
+// Mode S frames, written field by field (ICAO Annex 10 Volume IV, 3.1.2). Slow and simple on
+// purpose: the library has tables in the same places.
+
 #include "simulator/frame_encoder.h"
 
 #include "simulator/bit_writer.h"
@@ -23,11 +26,12 @@ void putMessage(BitWriter& frame, std::string_view message) {
 }
 
 /// Ends a frame with its parity, overlaid with an address or an identifier.
-std::string sealed(BitWriter& frame, std::uint32_t overlay) {
+std::string withParity(BitWriter& frame, std::uint32_t overlay) {
     const std::size_t parityPosition = 8 * frame.bytes().size() - 24;
     return frame.put(parityPosition, 24, parity(frame.bytes()) ^ overlay).bytes();
 }
 
+/// DF0 or DF16.
 std::string airAir(unsigned format, std::uint32_t address, const AirAirFields& fields,
                    std::string_view mv) {
     BitWriter frame(format < 16 ? shortBytes : longBytes);
@@ -36,24 +40,26 @@ std::string airAir(unsigned format, std::uint32_t address, const AirAirFields& f
     frame.put(8, 3, fields.sensitivityLevel).put(13, 4, fields.replyInformation);
     frame.put(19, 13, altitudeField(fields.altitudeFt));
     putMessage(frame, mv);
-    return sealed(frame, address);
+    return withParity(frame, address);
 }
 
+/// DF4, 5, 20 or 21; `code` is the AC or ID field.
 std::string surveillance(unsigned format, std::uint32_t address, const SurveillanceFields& fields,
                          unsigned code, std::string_view mb) {
     BitWriter frame(format < 16 ? shortBytes : longBytes);
     frame.put(0, 5, format).put(5, 3, fields.flightStatus).put(8, 5, fields.downlinkRequest);
     frame.put(13, 6, fields.utilityMessage).put(19, 13, code);
     putMessage(frame, mb);
-    return sealed(frame, address);
+    return withParity(frame, address);
 }
 
+/// DF17, 18 or 19; `threeBits` is CA, CF or AF.
 std::string extendedSquitter(unsigned format, unsigned threeBits, std::uint32_t address,
                              std::string_view me) {
     BitWriter frame(longBytes);
     frame.put(0, 5, format).put(5, 3, threeBits).put(8, 24, address);
     putMessage(frame, me);
-    return sealed(frame, 0);
+    return withParity(frame, 0);
 }
 
 } // namespace
@@ -65,7 +71,7 @@ std::uint32_t parity(std::string_view frame) {
     const std::size_t bits = 8 * (frame.size() - 3);
     std::uint32_t remainder = 0;
     for (std::size_t i = 0; i < bits + 24; ++i) {
-        // The 24 bits behind the data are the zeros that the dividend is shifted by.
+        // The data are multiplied by x^24 first, so 24 zero bits follow them.
         const unsigned byte = i < bits ? static_cast<unsigned char>(frame[i / 8]) : 0U;
         remainder = remainder << 1U | ((byte >> (7 - i % 8)) & 1U);
         if ((remainder & 0x1000000U) != 0) {
@@ -104,7 +110,7 @@ std::string df5(std::uint32_t address, const SurveillanceFields& fields, unsigne
 std::string df11(std::uint32_t address, unsigned capability, unsigned interrogatorId) {
     BitWriter frame(shortBytes);
     frame.put(0, 5, 11).put(5, 3, capability).put(8, 24, address);
-    return sealed(frame, interrogatorId & 0x7FU);
+    return withParity(frame, interrogatorId & 0x7FU);
 }
 
 std::string df16(std::uint32_t address, const AirAirFields& fields, std::string_view mv) {

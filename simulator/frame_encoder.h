@@ -1,14 +1,15 @@
+/// @file
+/// Mode S downlink frames as ICAO Annex 10 Volume IV, chapter 3.1.2 lays them out, built bit by
+/// bit. Every function returns the 7 or 14 bytes of a whole frame with its parity.
+///
+/// Addresses use 24 bits, interrogator identifiers 7 bits (code label and code); MV, MB and ME are
+/// 7 bytes, and what is missing in a shorter string is sent as zero bits.
 #pragma once
 
 #include <cstdint>
 #include <string>
 #include <string_view>
 
-/// Mode S downlink frames as ICAO Annex 10 Volume IV, chapter 3.1.2 lays them out, built bit by
-/// bit. Every function returns the 7 or 14 bytes of a whole frame with its parity.
-///
-/// Addresses use 24 bits, interrogator identifiers 7 bits (code label and code); MV, MB and ME are
-/// 7 bytes, and what is missing in a shorter string is sent as zero bits.
 namespace tolvarin::ondrel::simulator {
 
 /// CRC-24 of a frame without its last three bytes, by polynomial division one bit at a time with
@@ -47,8 +48,8 @@ std::string df16(std::uint32_t address, const AirAirFields& fields, std::string_
 std::string df17(std::uint32_t address, unsigned capability, std::string_view me);
 std::string df18(std::uint32_t address, unsigned control, std::string_view me);
 
-/// With `application` 0 the layout of DF17. The layout of the others is not published; they are
-/// sent in the same one, so that address and ME stand for any 80 bits.
+/// `application` 0 has the layout of DF17. The layout of the others is not published. They are sent
+/// in the same layout: address and ME are then any 80 bits.
 std::string df19(std::uint32_t address, unsigned application, std::string_view me);
 
 std::string df20(std::uint32_t address, const SurveillanceFields& fields, int altitudeFt,

@@ -1,3 +1,6 @@
+// Great circles by vectors: `up` points from the centre of the earth to the place, `forward` along
+// the direction of travel. A turn or a movement rotates these two.
+
 #include "simulator/geodesy.h"
 
 #include <cmath>
@@ -15,6 +18,7 @@ Vector cross(const Vector& a, const Vector& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
+/// `factorA` times `a` plus `factorB` times `b`.
 Vector combine(double factorA, const Vector& a, double factorB, const Vector& b) {
     return {factorA * a.x + factorB * b.x, factorA * a.y + factorB * b.y,
             factorA * a.z + factorB * b.z};
@@ -56,7 +60,8 @@ void Course::move(double nauticalMiles) {
     const double angle = nauticalMiles / 60.0 * degree;
     const Vector up = combine(std::cos(angle), _up, std::sin(angle), _forward);
     _forward = combine(std::cos(angle), _forward, -std::sin(angle), _up);
-    // Rounding errors of many small steps must not add up.
+    // Makes the two unit vectors at right angles again, so that rounding errors of many steps do
+    // not add up.
     _up = unit(up);
     _forward = unit(combine(1, _forward, -dot(_up, _forward), _up));
 }

@@ -1,6 +1,7 @@
+/// @file
+/// Movement on a spherical earth of 60 nautical miles a degree. All angles are in degrees.
 #pragma once
 
-/// Movement on a spherical earth of 60 nautical miles a degree. All angles are in degrees.
 namespace tolvarin::ondrel::simulator {
 
 struct GeoPoint {
@@ -14,14 +15,13 @@ struct Vector {
     double z = 0;
 };
 
-/// A place and a direction of travel. Both are unit vectors from the centre of the earth, so that
-/// neither the poles nor the date line are special; latitude and longitude are worked out on
-/// demand.
+/// A place and a direction of travel. Both are unit vectors, so poles and date line need no special
+/// cases. Latitude and longitude are calculated on demand.
 class Course {
 public:
     Course(GeoPoint place, double heading);
 
-    /// Goes along the great circle; the heading changes as it does on a real one.
+    /// Moves along the great circle. The heading changes on the way, since meridians converge.
     void move(double nauticalMiles);
 
     /// Turns on the spot, clockwise if positive.
@@ -35,7 +35,7 @@ public:
     /// Clockwise turn, -180 to 180, that would point the course at a place.
     double turnTowards(GeoPoint place) const;
 
-    /// Angle at the centre of the earth between two courses' places, as its cosine.
+    /// The cosine of the angle between the two places, seen from the centre of the earth.
     double cosineTo(const Course& other) const;
 
 private:

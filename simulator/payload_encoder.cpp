@@ -1,3 +1,6 @@
+// ADS-B payloads, written field by field by the tables of RTCA DO-260, DO-260A and DO-260B. The
+// positions are ME bits counted from 0; the standard counts from 1.
+
 #include "simulator/payload_encoder.h"
 
 #include "simulator/bit_writer.h"
@@ -12,7 +15,8 @@ namespace {
 
 constexpr std::size_t messageBytes = 7;
 
-/// Movement codes by rising speed: the first code of a row, its speed, and the step to the next.
+/// Movement codes by rising speed (RTCA DO-260B, table 2-20): the first code of a row, its speed,
+/// and the step to the next code.
 struct MovementRow {
     unsigned code;
     double speedKt;
@@ -33,6 +37,7 @@ unsigned bit(bool on) {
     return on ? 1 : 0;
 }
 
+/// Six bits: letters from 1 on; blank and digits have the low bits of their ASCII code.
 unsigned characterCode(char character) {
     const bool letter = character >= 'A' && character <= 'Z';
     const bool asIs = character == ' ' || (character >= '0' && character <= '9');
@@ -56,7 +61,8 @@ unsigned angleCode(double degrees, unsigned width) {
     return static_cast<unsigned>(std::lround(turns * steps)) & ((1U << width) - 1U);
 }
 
-/// A sign bit (1 is negative) and a magnitude of which code 1 stands for zero, code 0 for unknown.
+/// A sign bit (1 is negative) and a magnitude, rounded to steps. Code 1 is zero; code 0, which is
+/// never written here, is unknown.
 void putSigned(BitWriter& bits, std::size_t position, unsigned width, int value, int step) {
     const int largest = (1 << width) - 1;
     const std::int64_t steps = (std::llabs(value) + step / 2) / step + 1;
@@ -89,7 +95,7 @@ std::string advisory(unsigned firstByte, const ResolutionAdvisory& advisory) {
     return bits.bytes();
 }
 
-/// Both versions of the target state have these at the same places.
+/// Versions 1 and 2 of the target state have these fields at the same places.
 void putAccuracy(BitWriter& bits, const Accuracy& accuracy) {
     bits.put(39, 4, accuracy.nacp).put(43, 1, bit(accuracy.nicBaro)).put(44, 2, accuracy.sil);
 }
@@ -106,7 +112,7 @@ void putSurfaceCapability(BitWriter& bits, const OperationalStatus& status) {
 }
 
 void putAirborneCapability(BitWriter& bits, const OperationalStatus& status) {
-    // Version 1 says "no ACAS" in the bit where version 2 says "ACAS operational".
+    // The same bit means "no ACAS" in version 1 and "ACAS operational" in version 2.
     bits.put(10, 1, bit(status.acasOperational == (status.version >= 2)));
     bits.put(14, 2, 3); // air-referenced velocity and target state reports
 }
@@ -169,8 +175,8 @@ std::string groundVelocity(const VelocityFields& fields, int eastKt, int northKt
 std::string airVelocity(const VelocityFields& fields, double headingDeg, int airSpeedKt,
                         bool supersonic) {
     BitWriter bits = velocity(supersonic ? 4 : 3, fields);
-    // The air speed stands where a ground velocity has its northern part; its sign bit says true
-    // air speed here.
+    // The air speed is at the place of the northern component of a ground velocity. The bit of the
+    // sign means "true air speed" here.
     putSigned(bits, 24, 10, airSpeedKt, supersonic ? 4 : 1);
     bits.put(13, 1, 1).put(14, 10, angleCode(headingDeg, 10)).put(24, 1, 1);
     return bits.bytes();

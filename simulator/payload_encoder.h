@@ -1,3 +1,7 @@
+/// @file
+/// The ME field of every kind of ADS-B message, 7 bytes each (RTCA DO-260, DO-260A and DO-260B:
+/// MOPS versions 0, 1 and 2), and the MB registers that carry the same data. Numbers are rounded to
+/// the nearest step of their field and limited to its range.
 #pragma once
 
 #include "simulator/cpr_encoder.h"
@@ -7,9 +11,6 @@
 #include <string>
 #include <string_view>
 
-/// The ME field of every kind of ADS-B message, 7 bytes each (RTCA DO-260, DO-260A and DO-260B:
-/// MOPS versions 0, 1 and 2), and the MB registers that carry the same data. Numbers are rounded to
-/// the nearest step of their field and limited to its range.
 namespace tolvarin::ondrel::simulator {
 
 /// Type code 1 to 4 (emitter set D to A), category 0 to 7. The callsign is filled up with blanks or

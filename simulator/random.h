@@ -1,3 +1,5 @@
+/// @file
+/// Random numbers of the simulation.
 #pragma once
 
 #include <array>
@@ -7,8 +9,8 @@
 
 namespace tolvarin::ondrel::simulator {
 
-/// Random numbers that are the same for the same seed everywhere. The standard fixes the engine
-/// but not its distributions, so they are made here.
+/// Random numbers that are the same for the same seed on every platform. The C++ standard fixes the
+/// numbers of the engine but not those of the distributions, so the distributions are made here.
 ///
 /// Two draws in the arguments of one call have no fixed order: draw them in statements of their
 /// own, or inside braces.

@@ -1,3 +1,5 @@
+// Writes the lines of a recording. No stream formats a number, so the locale changes nothing.
+
 #include "simulator/recording.h"
 
 #include <ostream>
@@ -5,7 +7,7 @@
 namespace tolvarin::ondrel::simulator {
 namespace {
 
-constexpr std::uint64_t ticksPerMs = 12000;
+constexpr std::uint64_t ticksPerMs = 12000; // a clock of 12 MHz
 
 /// The low 4 * `digits` bits, with leading zeros.
 std::string hex(std::uint64_t value, unsigned digits) {

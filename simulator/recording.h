@@ -1,3 +1,5 @@
+/// @file
+/// Writes replies as text, one a line, hexadecimal digits in upper case.
 #pragma once
 
 #include "simulator/traffic.h"
@@ -7,7 +9,6 @@
 #include <string>
 #include <vector>
 
-/// Writes replies as text, one a line, hexadecimal digits in upper case.
 namespace tolvarin::ondrel::simulator {
 
 enum class LineForm {

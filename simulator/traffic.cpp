@@ -1,3 +1,6 @@
+// The traffic of a fleet as a queue of events: each transmission schedules the next one of its
+// kind. Only the aircraft of the next event is moved, up to the time of this event.
+
 #include "simulator/traffic.h"
 
 #include "simulator/frame_encoder.h"
@@ -12,8 +15,9 @@
 namespace tolvarin::ondrel::simulator {
 namespace {
 
-/// Shortest and longest time between two transmissions (Annex 10 Volume IV, 3.1.2.8.5
-/// and 3.1.2.8.6, DO-260B 2.2.3.3); each one is drawn anew between them.
+/// Shortest and longest time between two transmissions (ICAO Annex 10 Volume IV, 3.1.2.8.5 and
+/// 3.1.2.8.6; RTCA DO-260B, 2.2.3.3). Each pause is drawn between the two, so that aircraft do not
+/// transmit in step.
 struct Rhythm {
     Task task;
     int shortestMs;
@@ -28,8 +32,8 @@ constexpr Rhythm rhythms[] = {
 };
 
 constexpr unsigned mostInterrogators = 64;
-constexpr double acasRangeNm = 40;
-constexpr double coordinationShare = 0.1;
+constexpr double acasRangeNm = 40;        // in which an ACAS interrogates others
+constexpr double coordinationShare = 0.1; // of the air-air replies; they are long (DF16)
 
 const Rhythm& rhythmOf(Task task) {
     return *std::find_if(std::begin(rhythms), std::end(rhythms) - 1,
@@ -40,7 +44,7 @@ bool hasTransponder(EmitterKind kind) {
     return kind == EmitterKind::Transponder || kind == EmitterKind::Military;
 }
 
-/// Emitters never do what their kind cannot do.
+/// Whether an emitter of this kind and version can do the task at all.
 bool ableTo(Task task, const Airframe& airframe) {
     const bool own = hasTransponder(airframe.kind);
     switch (task) {
@@ -61,7 +65,7 @@ bool ableTo(Task task, const Airframe& airframe) {
     }
 }
 
-/// What an emitter is able to do but has no reason to do now.
+/// Whether an emitter that can do the task has a reason to do it now.
 bool calledFor(Task task, const AircraftState& state) {
     switch (task) {
     case Task::Velocity:
@@ -75,7 +79,8 @@ bool calledFor(Task task, const AircraftState& state) {
     }
 }
 
-/// Standing on the ground, positions come every 5 s and identifications every 10 s.
+/// What a standing aircraft adds to its pauses: its positions come every 5 s and its
+/// identifications every 10 s.
 int standingExtraMs(Task task, const AircraftState& state) {
     if (!state.onGround || state.groundSpeedKt > 0) {
         return 0;
@@ -159,7 +164,7 @@ void Traffic::repeat(const Event& event, const AircraftState& state) {
     schedule(event.timeMs + static_cast<std::uint64_t>(pause + extra), event);
 }
 
-/// The frame of an event, or nothing if it comes to none.
+/// The frame that an event sends; empty if it sends none.
 std::string Traffic::transmit(const Event& event, const AircraftState& state) {
     Emitter& emitter = _emitters[event.emitter];
     switch (event.task) {
@@ -201,7 +206,7 @@ void Traffic::scan(const Event& event) {
         schedule(timeMs, reply);
         timeMs += static_cast<std::uint64_t>(_random.between(8, 25));
     }
-    // The aircraft's own movement shifts the moment at which the beam finds it.
+    // The aircraft moves, so the beam finds it a little later than one turn of the antenna.
     const unsigned turnMs = _interrogators[event.interrogator].scanMs;
     schedule(event.timeMs + turnMs + static_cast<std::uint64_t>(_random.between(0, 20)), event);
 }
@@ -224,7 +229,7 @@ std::string Traffic::airAir(const Event& event, const AircraftState& state) {
     return airAirReply(state, coordination);
 }
 
-/// Someone in the air nearby whose ACAS asks.
+/// Whether another aircraft with ACAS is in the air and close enough to interrogate this one.
 bool Traffic::hasNeighbour(std::size_t emitter) const {
     const Aircraft& self = _emitters[emitter].aircraft;
     return std::any_of(_emitters.begin(), _emitters.end(), [&self](const Emitter& other) {

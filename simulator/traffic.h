@@ -1,3 +1,5 @@
+/// @file
+/// What a receiver hears of a simulated fleet.
 #pragma once
 
 #include "simulator/channel.h"
@@ -19,7 +21,7 @@ struct TrafficOptions : FleetOptions {
     std::uint64_t seed = 1;
     std::uint64_t startMs = 1700000000000; ///< of the first second, since 1970-01-01 UTC
     unsigned interrogators = 8;            ///< radars around, at most 64
-    double receptionShare = 1;             ///< probability that a reply is heard at all
+    double receptionShare = 1;             ///< probability that a reply is heard
     DamageShares damage;
 };
 
@@ -50,8 +52,8 @@ enum class Task {
     RadarReply, ///< one reply within the beam
 };
 
-/// Yields what a receiver hears of a fleet, in the order of time. The same options give the same
-/// replies. Objects are independent of each other; one is used by one thread at a time.
+/// Gives what a receiver hears of a fleet, in the order of time. The same options give the same
+/// replies. Objects are independent of each other; one object is for one thread at a time.
 class Traffic {
 public:
     explicit Traffic(const TrafficOptions& options);
@@ -66,16 +68,16 @@ private:
     struct Interrogator {
         unsigned identifier; ///< II or SI code with its label
         unsigned scanMs;     ///< one turn of the antenna
-        double allCallShare; ///< the rest of the replies are selective ones
+        double allCallShare; ///< of its replies; the others are selective
     };
     struct Emitter {
         Aircraft aircraft;
-        std::uint64_t timeMs = 0; ///< up to which the aircraft has been flown
+        std::uint64_t timeMs = 0; ///< time up to which the aircraft has moved
         bool odd = false;         ///< format of its last position message
     };
     struct Event {
         std::uint64_t timeMs; ///< since the start
-        std::uint64_t order;  ///< of scheduling, so that equal times have an order too
+        std::uint64_t order;  ///< counts the events, so that equal times have an order too
         std::size_t emitter;
         Task task;
         std::size_t interrogator;

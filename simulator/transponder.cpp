@@ -1,3 +1,5 @@
+// Fills the fields of a message from the truth about its sender; the encoders do the rest.
+
 #include "simulator/transponder.h"
 
 #include "simulator/bit_writer.h"

@@ -1,3 +1,5 @@
+/// @file
+/// What an emitter transmits in a given state: payloads and whole frames.
 #pragma once
 
 #include "simulator/aircraft.h"
@@ -5,7 +7,6 @@
 #include <cstdint>
 #include <string>
 
-/// What an emitter of a given state transmits: whole frames, made of its truth.
 namespace tolvarin::ondrel::simulator {
 
 /// FS of surveillance replies, 0 to 5.
@@ -14,7 +15,7 @@ unsigned flightStatus(const AircraftState& state);
 /// CA of all-call replies and squitters, 4 to 7.
 unsigned capability(const AircraftState& state);
 
-/// Surface or airborne position, as the state says.
+/// The payload of a surface or airborne position message, by `onGround` of the state.
 std::string positionMessage(const AircraftState& state, bool odd);
 std::string velocityMessage(const AircraftState& state);
 std::string identificationMessage(const AircraftState& state);
