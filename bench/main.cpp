@@ -1,3 +1,5 @@
+// Runs the benchmarks, with the command line of Google Benchmark.
+
 #include <ondrel/log.h>
 
 #include <benchmark/benchmark.h>

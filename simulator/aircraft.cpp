@@ -90,7 +90,7 @@ Aircraft::Aircraft(Airframe airframe, const Flight& flight, std::uint64_t seed)
 void Aircraft::step(std::uint64_t milliseconds) {
     _milliseconds += milliseconds;
     for (; _milliseconds >= 1000; _milliseconds -= 1000) {
-        second();
+        advanceOneSecond();
     }
 }
 
@@ -129,7 +129,7 @@ bool Aircraft::isNear(const Aircraft& other, double nauticalMiles) const {
     return _motion.course.cosineTo(other._motion.course) >= std::cos(angle);
 }
 
-void Aircraft::second() {
+void Aircraft::advanceOneSecond() {
     _motion.advance(1.0);
     _turnLeftDeg -= _motion.turnDegS;
     changeStatus();

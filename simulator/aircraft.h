@@ -77,7 +77,7 @@ struct AircraftState : Airframe {
     double groundSpeedKt = 0;
     double headingDeg = 0;     ///< track over ground, 0 up to 360
     int eastKt = 0;            ///< as sent: steps of 1 kt, of 4 kt if supersonic
-    int northKt = 0;           ///< likewise
+    int northKt = 0;           ///< as sent, like eastKt
     bool supersonic = false;   ///< a component beyond 1022 kt: velocities have subtype 2 or 4
     int airSpeedKt = 0;        ///< steps as eastKt
     int altitudeFt = 0;        ///< barometric, steps of 25
@@ -137,7 +137,7 @@ public:
     bool isNear(const Aircraft& other, double nauticalMiles) const;
 
 private:
-    void second();
+    void advanceOneSecond();
     void decide();
     void fly();
     void taxi();

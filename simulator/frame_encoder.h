@@ -24,7 +24,7 @@ unsigned altitudeField(int altitudeFt);
 /// C1 A1 C2 A2 C4 A4 X B1 D1 B2 D2 B4 D4.
 unsigned identityField(unsigned squawk);
 
-/// What the air-air surveillance replies DF0 and DF16 say besides the address.
+/// What the air-air surveillance replies DF0 and DF16 have in addition to the address.
 struct AirAirFields {
     bool onGround = false;
     bool crosslink = false;        ///< CC; sent in DF0 alone

@@ -45,7 +45,7 @@ bool hasTransponder(EmitterKind kind) {
 }
 
 /// Whether an emitter of this kind and version can do the task at all.
-bool ableTo(Task task, const Airframe& airframe) {
+bool canDo(Task task, const Airframe& airframe) {
     const bool own = hasTransponder(airframe.kind);
     switch (task) {
     case Task::OperationalStatus:
@@ -66,7 +66,7 @@ bool ableTo(Task task, const Airframe& airframe) {
 }
 
 /// Whether an emitter that can do the task has a reason to do it now.
-bool calledFor(Task task, const AircraftState& state) {
+bool hasReasonFor(Task task, const AircraftState& state) {
     switch (task) {
     case Task::Velocity:
     case Task::TargetState:
@@ -110,8 +110,8 @@ std::optional<Reply> Traffic::next() {
         emitter.aircraft.step(event.timeMs - emitter.timeMs);
         emitter.timeMs = event.timeMs;
         const AircraftState state = emitter.aircraft.state();
-        repeat(event, state);
-        const std::string frame = calledFor(event.task, state) ? transmit(event, state) : "";
+        scheduleNext(event, state);
+        const std::string frame = hasReasonFor(event.task, state) ? transmit(event, state) : "";
         if (!frame.empty() && _random.chance(_options.receptionShare)) {
             return received(event, frame, state);
         }
@@ -137,13 +137,13 @@ void Traffic::addEmitter(const Aircraft& aircraft) {
     const std::size_t emitter = _emitters.size();
     _emitters.push_back({aircraft});
     for (const Rhythm& rhythm : rhythms) {
-        if (ableTo(rhythm.task, aircraft.airframe())) {
+        if (canDo(rhythm.task, aircraft.airframe())) {
             const int first = _random.between(0, rhythm.longestMs);
             schedule(static_cast<std::uint64_t>(first), {0, 0, emitter, rhythm.task, 0});
         }
     }
     for (std::size_t i = 0; i < _interrogators.size(); ++i) {
-        if (ableTo(Task::Scan, aircraft.airframe()) && _random.chance(0.6)) {
+        if (canDo(Task::Scan, aircraft.airframe()) && _random.chance(0.6)) {
             const int first = _random.between(0, static_cast<int>(_interrogators[i].scanMs));
             schedule(static_cast<std::uint64_t>(first), {0, 0, emitter, Task::Scan, i});
         }
@@ -154,7 +154,7 @@ void Traffic::schedule(std::uint64_t timeMs, const Event& event) {
     _events.push({timeMs, _scheduled++, event.emitter, event.task, event.interrogator});
 }
 
-void Traffic::repeat(const Event& event, const AircraftState& state) {
+void Traffic::scheduleNext(const Event& event, const AircraftState& state) {
     if (event.task == Task::Scan || event.task == Task::RadarReply) {
         return;
     }

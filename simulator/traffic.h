@@ -87,7 +87,7 @@ private:
     void addInterrogators(unsigned count);
     void addEmitter(const Aircraft& aircraft);
     void schedule(std::uint64_t timeMs, const Event& event);
-    void repeat(const Event& event, const AircraftState& state);
+    void scheduleNext(const Event& event, const AircraftState& state);
     std::string transmit(const Event& event, const AircraftState& state);
     void scan(const Event& event);
     std::string radarReply(const Interrogator& interrogator, const AircraftState& state);
