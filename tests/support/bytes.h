@@ -1,6 +1,6 @@
 /// @file
-/// Replies as tests write them: bytes in hexadecimal, and frames with their parity worked out by
-/// plain polynomial division, which shares nothing with the library.
+/// Replies as tests write them: bytes in hexadecimal, a bit reader, and frames whose parity comes
+/// from polynomial division. None of it shares code with the library.
 #pragma once
 
 #include <ondrel/types.h>
@@ -36,6 +36,15 @@ inline bool bitOf(const std::string& frame, unsigned position) {
     return (static_cast<u8>(frame.at(position / 8)) & 0x80U >> position % 8) != 0;
 }
 
+/// `width` bits from `position` on, which counts from 0; the first bit is the highest.
+inline u64 bitsOf(const std::string& bytes, unsigned position, unsigned width) {
+    u64 value = 0;
+    for (unsigned i = position; i < position + width; ++i) {
+        value = 2 * value + (bitOf(bytes, i) ? 1 : 0);
+    }
+    return value;
+}
+
 inline std::string inverted(std::string frame, const std::vector<unsigned>& positions) {
     for (const unsigned position : positions) {
         char& byte = frame.at(position / 8);
@@ -44,7 +53,7 @@ inline std::string inverted(std::string frame, const std::vector<unsigned>& posi
     return frame;
 }
 
-/// The remainder of the frame's polynomial, its last 24 bits taken as 0, by 0x1FFF409.
+/// The parity of a frame: its polynomial, with the last 24 bits as 0, modulo 0x1FFF409.
 inline u32 plainParity(const std::string& frame, unsigned frameBits) {
     u32 remainder = 0;
     for (unsigned i = 0; i < frameBits; ++i) {
