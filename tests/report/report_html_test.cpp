@@ -1,251 +1,178 @@
 #include <ondrel/adsb_target_report.h>
 
-#include "plain_time.h"
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <array>
-#include <cstdio>
-#include <cstring>
-#include <limits>
-#include <random>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel {
 namespace {
 
-using Row = std::vector<std::string>;
-
-/// The page once more, written line by line.
-class PlainPage {
-public:
-    PlainPage(const ADSBTargetReport& report, const std::string& style) : r(report) {
-        put("<!DOCTYPE html>\n<html lang=\"en\">\n  <head>");
-        put("    <title>ADS-B Target Report</title>");
-        put("    <style type=\"text/css\">" + style + "</style>");
-        put("  </head>\n  <body>\n    <h1>ADS-B Target Report</h1>\n    <br>");
-        identification();
-        staticData();
-        tacticalData();
-        quality();
-        put("  </body>\n</html>");
-    }
-
-    std::string text;
-
-private:
-    const ADSBTargetReport& r;
-
-    void put(const std::string& line) { text += line + "\n"; }
-
-    void row(const std::string& cell, const Row& values) {
-        put("      <tr>");
-        for (const std::string& value : values) {
-            put("        <" + cell + ">" + value + "</" + cell + ">");
-        }
-        put("      </tr>");
-    }
-    void table(const std::string& heading, const Row& columns, const std::vector<Row>& rows) {
-        put("    <h2>" + heading + "</h2>\n    <br>");
-        put("    <table border=\"1\" cellspacing=\"0\" class=\"general_table\">");
-        row("th", columns);
-        for (const Row& each : rows) {
-            row("td", each);
-        }
-        put("    </table>");
-    }
-
-    static std::string flag(bool on) { return on ? "TRUE" : "FALSE"; }
-    static std::string time(u64 milliseconds) {
-        return milliseconds == 0 ? "" : test::plainTime(milliseconds);
-    }
-    static std::string real(double value) {
-        std::array<char, 400> buffer{};
-        std::snprintf(buffer.data(), buffer.size(), "%f", value);
-        return buffer.data();
-    }
-    /// All cells but the first two are empty where the flag is false.
-    static Row ifValid(bool valid, const Row& cells) {
-        Row all = {cells[0], flag(valid)};
-        for (std::size_t i = 1; i < cells.size(); ++i) {
-            all.push_back(valid ? cells[i] : "");
-        }
-        return all;
-    }
-    static Row indicator(const char* name, bool valid, int value, u64 change, u64 update) {
-        return {name, flag(valid), valid ? std::to_string(value) : "", time(change), time(update)};
-    }
-
-    void identification() {
-        table("Identification", {"Item", "Valid", "Value", "Last Update"},
-              {{"Track Number", flag(r.valid()), std::to_string(r.trackId()), time(r.lastUpdate())},
-               {"ICAO Address", flag(r.icaoAddressValid()), r.icaoAddressString(),
-                time(r.lastUpdate())}});
-    }
-    void staticData() {
-        const int version = r.mopsVersion();
-        const char* versions[] = {"MOPS V0", "MOPS V1", "MOPS V2", "UNKNOWN"};
-        const std::string mopsChange = time(r.mopsVersionLastChange());
-        const std::string mopsUpdate = time(r.mopsVersionLastUpdate());
-        table(
-            "Static", {"Item", "Valid", "Value", "Last Change", "Last Update"},
-            {ifValid(r.callsignValid(), {"Callsign", r.callsign(), time(r.callsignLastChange()),
-                                         time(r.callsignLastUpdate())}),
-             ifValid(r.squawkValid(), {"Squawk", r.squawkString(), "", time(r.squawkLastUpdate())}),
-             {"MOPS Version", "TRUE", version >= 0 && version <= 3 ? versions[version] : "",
-              mopsChange, mopsUpdate},
-             {"MOPS Certainty ", "TRUE", r.mopsVersionConfirmed() ? "CONFIRMED" : "ASSUMED",
-              mopsChange, mopsUpdate},
-             ifValid(r.emitterCategoryValid(),
-                     {"Emitter Category", std::to_string(r.emitterCategory()),
-                      time(r.emitterCategoryLastChange()), time(r.emitterCategoryLastUpdate())}),
-             ifValid(r.groundStatusValid(),
-                     {"Ground Status", r.groundStatus() ? "GND" : "AIR",
-                      time(r.groundStatusLastChange()), time(r.groundStatusLastUpdate())}),
-             ifValid(r.spiStatusValid(),
-                     {"SPI", r.spiStatus() ? "SPI" : "NO SPI", time(r.spiStatusLastChange()),
-                      time(r.spiStatusLastUpdate())}),
-             ifValid(r.alertStatusValid(),
-                     {"Alert Status", r.alertStatus() ? "ALERT" : "NO ALERT",
-                      time(r.alertStatusLastChange()), time(r.alertStatusLastUpdate())})});
-    }
-    void tacticalData() {
-        const bool placed = r.positionValid();
-        const std::string placeTime = time(r.positionLastUpdate());
-        table(
-            "Tectical", {"Item", "Valid", "Value", "Last Update"},
-            {ifValid(placed, {"Position", r.positionString(), placeTime}),
-             ifValid(placed, {"Latitude", real(r.latitude()), placeTime}),
-             ifValid(placed, {"Longitude", real(r.longitude()), placeTime}),
-             ifValid(r.altitudeBaroValid(),
-                     {"Braometric Altitude", std::to_string(r.altitudeBaro()),
-                      time(r.altitudeBaroLastUpdate())}),
-             ifValid(r.groundSpeedValid(),
-                     {"Ground Speed", real(r.groundSpeed()), time(r.groundSpeedLastUpdate())}),
-             ifValid(r.headingValid(), {"Heading", real(r.heading()), time(r.headingLastUpdate())}),
-             ifValid(r.verticalRateBaroValid(),
-                     {"Barometric Vertical Rate", std::to_string(r.verticalRateBaro()),
-                      time(r.verticalRateBaroLastUpdate())}),
-             ifValid(r.signalAmplitudeValid(),
-                     {"Signal Amplitude", std::to_string(r.signalAmplitude()),
-                      time(r.signalAmplitudeLastUpdate())})});
-    }
-    void quality() {
-        table("Quality Indicators", {"Item", "Valid", "Value", "Last Change", "Last Update"},
-              {indicator("NUCp", r.nucpValid(), r.nucp(), r.nucpLastChange(), r.nucpLastUpdate()),
-               indicator("NUCr", r.nucrValid(), r.nucr(), r.nucrLastChange(), r.nucrLastUpdate()),
-               indicator("NIC", r.nicValid(), r.nic(), r.nicLastChange(), r.nicLastUpdate()),
-               indicator("NICsuppA", r.nicSuppAValid(), r.nicSuppA(), 0, r.nicSuppALastUpdate()),
-               indicator("NICsuppB", r.nicSuppBValid(), r.nicSuppB(), 0, r.nicSuppBLastUpdate()),
-               indicator("NICsuppC", r.nicSuppCValid(), r.nicSuppC(), 0, r.nicSuppCLastUpdate()),
-               indicator("PIC", r.picValid(), r.pic(), r.picLastChange(), r.picLastUpdate()),
-               indicator("NACp", r.nacpValid(), r.nacp(), r.nacpLastChange(), r.nacpLastUpdate()),
-               indicator("SIL", r.silValid(), r.sil(), r.silLastChange(), r.silLastUpdate())});
-    }
-};
-
 using R = ADSBTargetReport;
 
-// Values first, for most of them set their flags as well.
+/// A row of the page: the cells behind the item, with '|' between them. A cell @7 has the time 7,
+/// in milliseconds since 1970.
+struct Row {
+    const char* item;
+    const char* empty;              ///< in an empty report
+    const char* set;                ///< with the datum
+    const char* notValid = nullptr; ///< with the datum but not its flag; as `empty` if null
+};
+
+struct Datum {
+    void (*set)(R&);
+    void (R::*setValid)(bool);
+    std::vector<Row> rows;
+};
+
+struct Section {
+    const char* heading;
+    const char* columns;
+    std::vector<Datum> data;
+};
+
 // clang-format off
-void (R::*const numberSetters[])(const u32&) = {&R::setTrackId, &R::setIcaoAddress, &R::setSquawk};
-
-void (R::*const byteSetters[])(const u8&) = {
-    &R::setEmitterCategory, &R::setSignalAmplitude, &R::setNUCr, &R::setPIC, &R::setNACp,
-    &R::setSIL,
-};
-
-void (R::*const flagSetters[])(bool) = {
-    &R::setGroundStatus, &R::setSpiStatus, &R::setAlertStatus, &R::setMopsVersionConfirmed,
-    &R::setNICSuppA, &R::setNICSuppB, &R::setNICSuppC, &R::setIcaoAddressValid,
-    &R::setCallsignValid, &R::setSquawkValid, &R::setEmitterCategoryValid,
-    &R::setPositionValid, &R::setSignalAmplitudeValid, &R::setAltitudeBaroValid,
-    &R::setGroundSpeedValid, &R::setHeadingValid, &R::setVerticalRateBaroValid,
-    &R::setGroundStatusValid, &R::setSpiStatusValid, &R::setAlertStatusValid,
-    &R::setNUCpValid, &R::setNUCrValid, &R::setNICValid, &R::setNICSuppAValid,
-    &R::setNICSuppBValid, &R::setNICSuppCValid, &R::setPICValid, &R::setNACpValid,
-    &R::setSILValid,
-};
-
-void (R::*const timeSetters[])(const u64&) = {
-    &R::setLastUpdate, &R::setCallsignLastUpdate, &R::setSquawkLastUpdate,
-    &R::setEmitterCategoryLastUpdate, &R::setPositionLastUpdate, &R::setSignalAmplitudeLastUpdate,
-    &R::setAltitudeBaroLastUpdate, &R::setGroundSpeedLastUpdate, &R::setHeadingLastUpdate,
-    &R::setVerticalRateBaroLastUpdate, &R::setGroundStatusLastUpdate,
-    &R::setSpiStatusLastUpdate, &R::setAlertStatusLastUpdate, &R::setNUCpLastUpdate,
-    &R::setNUCrLastUpdate, &R::setNICLastUpdate, &R::setNICSuppALastUpdate,
-    &R::setNICSuppBLastUpdate, &R::setNICSuppCLastUpdate, &R::setPICLastUpdate,
-    &R::setNACpLastUpdate, &R::setSILLastUpdate, &R::setMopsVersionLastUpdate,
-    &R::setCallsignLastChange, &R::setSquawkLastChange, &R::setEmitterCategoryLastChange,
-    &R::setGroundStatusLastChange, &R::setSpiStatusLastChange, &R::setAlertStatusLastChange,
-    &R::setMopsVersionLastChange, &R::setNUCpLastChange, &R::setNUCrLastChange,
-    &R::setNICLastChange, &R::setPICLastChange, &R::setNACpLastChange, &R::setSILLastChange,
+const std::vector<Section> sections = {
+    {"Identification", "Item|Valid|Value|Last Update", {
+        {[](R& r) { r.setTrackId(4095); r.setIcaoAddress(0xAB12); r.setLastUpdate(1); },
+         &R::setIcaoAddressValid,
+         {{"Track Number", "FALSE|0|", "TRUE|4095|@1", "FALSE|4095|@1"},
+          {"ICAO Address", "FALSE||", "TRUE|  AB12|@1", "FALSE||@1"}}},
+    }},
+    {"Static", "Item|Valid|Value|Last Change|Last Update", {
+        {[](R& r) { r.setCallsign("<&\">"); r.setCallsignLastChange(1); r.setCallsignLastUpdate(2); },
+         &R::setCallsignValid, {{"Callsign", "FALSE|||", "TRUE|<&\">|@1|@2"}}},
+        {[](R& r) { r.setSquawk(8); r.setSquawkLastChange(1); r.setSquawkLastUpdate(2); },
+         &R::setSquawkValid, {{"Squawk", "FALSE|||", "TRUE|0010||@2"}}},
+        {[](R& r) { r.setMopsVersion(MOPSVersion1); r.setMopsVersionConfirmed(true);
+                    r.setMopsVersionLastChange(1); r.setMopsVersionLastUpdate(2); }, nullptr,
+         {{"MOPS Version", "TRUE|MOPS V0||", "TRUE|MOPS V1|@1|@2"},
+          {"MOPS Certainty ", "TRUE|ASSUMED||", "TRUE|CONFIRMED|@1|@2"}}},
+        {[](R& r) { r.setEmitterCategory(255); r.setEmitterCategoryLastChange(1);
+                    r.setEmitterCategoryLastUpdate(2); },
+         &R::setEmitterCategoryValid, {{"Emitter Category", "FALSE|||", "TRUE|255|@1|@2"}}},
+        {[](R& r) { r.setGroundStatus(true); r.setGroundStatusLastChange(1);
+                    r.setGroundStatusLastUpdate(2); },
+         &R::setGroundStatusValid, {{"Ground Status", "FALSE|||", "TRUE|GND|@1|@2"}}},
+        {[](R& r) { r.setSpiStatus(true); r.setSpiStatusLastChange(1); r.setSpiStatusLastUpdate(2); },
+         &R::setSpiStatusValid, {{"SPI", "FALSE|||", "TRUE|SPI|@1|@2"}}},
+        {[](R& r) { r.setAlertStatus(true); r.setAlertStatusLastChange(1);
+                    r.setAlertStatusLastUpdate(2); },
+         &R::setAlertStatusValid, {{"Alert Status", "FALSE|||", "TRUE|ALERT|@1|@2"}}},
+    }},
+    {"Tectical", "Item|Valid|Value|Last Update", {
+        {[](R& r) { r.setPosition(52.5, -4.25); r.setPositionLastUpdate(1); }, &R::setPositionValid,
+         {{"Position", "FALSE||", "TRUE|523000N0041500W|@1"},
+          {"Latitude", "FALSE||", "TRUE|52.500000|@1"},
+          {"Longitude", "FALSE||", "TRUE|-4.250000|@1"}}},
+        {[](R& r) { r.setAltitudeBaro(-2147483647 - 1); r.setAltitudeBaroLastUpdate(1); },
+         &R::setAltitudeBaroValid, {{"Braometric Altitude", "FALSE||", "TRUE|-2147483648|@1"}}},
+        {[](R& r) { r.setGroundSpeed(1e23); r.setGroundSpeedLastUpdate(1); },
+         &R::setGroundSpeedValid,
+         {{"Ground Speed", "FALSE||", "TRUE|99999999999999991611392.000000|@1"}}},
+        {[](R& r) { r.setHeading(1 / 3.0); r.setHeadingLastUpdate(1); },
+         &R::setHeadingValid, {{"Heading", "FALSE||", "TRUE|0.333333|@1"}}},
+        {[](R& r) { r.setVerticalRateBaro(2147483647); r.setVerticalRateBaroLastUpdate(1); },
+         &R::setVerticalRateBaroValid,
+         {{"Barometric Vertical Rate", "FALSE||", "TRUE|2147483647|@1"}}},
+        {[](R& r) { r.setSignalAmplitude(255); r.setSignalAmplitudeLastUpdate(1); },
+         &R::setSignalAmplitudeValid, {{"Signal Amplitude", "FALSE||", "TRUE|255|@1"}}},
+    }},
+    {"Quality Indicators", "Item|Valid|Value|Last Change|Last Update", {
+        {[](R& r) { r.setNUCp(9); r.setNUCpLastChange(1); r.setNUCpLastUpdate(2); },
+         &R::setNUCpValid, {{"NUCp", "FALSE|||", "TRUE|9|@1|@2", "FALSE||@1|@2"}}},
+        {[](R& r) { r.setNUCr(4); r.setNUCrLastChange(1); r.setNUCrLastUpdate(2); },
+         &R::setNUCrValid, {{"NUCr", "FALSE|||", "TRUE|4|@1|@2", "FALSE||@1|@2"}}},
+        {[](R& r) { r.setNIC(11); r.setNICLastChange(1); r.setNICLastUpdate(2); },
+         &R::setNICValid, {{"NIC", "FALSE|||", "TRUE|11|@1|@2", "FALSE||@1|@2"}}},
+        {[](R& r) { r.setNICSuppA(true); r.setNICSuppALastUpdate(2); },
+         &R::setNICSuppAValid, {{"NICsuppA", "FALSE|||", "TRUE|1||@2", "FALSE|||@2"}}},
+        {[](R& r) { r.setNICSuppB(true); r.setNICSuppBLastUpdate(2); },
+         &R::setNICSuppBValid, {{"NICsuppB", "FALSE|||", "TRUE|1||@2", "FALSE|||@2"}}},
+        {[](R& r) { r.setNICSuppC(true); r.setNICSuppCLastUpdate(2); },
+         &R::setNICSuppCValid, {{"NICsuppC", "FALSE|||", "TRUE|1||@2", "FALSE|||@2"}}},
+        {[](R& r) { r.setPIC(14); r.setPICLastChange(1); r.setPICLastUpdate(2); },
+         &R::setPICValid, {{"PIC", "FALSE|||", "TRUE|14|@1|@2", "FALSE||@1|@2"}}},
+        {[](R& r) { r.setNACp(255); r.setNACpLastChange(1); r.setNACpLastUpdate(2); },
+         &R::setNACpValid, {{"NACp", "FALSE|||", "TRUE|255|@1|@2", "FALSE||@1|@2"}}},
+        {[](R& r) { r.setSIL(3); r.setSILLastChange(1); r.setSILLastUpdate(2); },
+         &R::setSILValid, {{"SIL", "FALSE|||", "TRUE|3|@1|@2", "FALSE||@1|@2"}}},
+    }},
 };
 // clang-format on
 
-/// Any values at all, extreme ones often.
-class AnyReport {
-public:
-    explicit AnyReport(u64 seed) : _random(seed) {}
-
-    ADSBTargetReport next() {
-        ADSBTargetReport report;
-        setAll(report, numberSetters, [this] { return whole<u32>(); });
-        setAll(report, byteSetters, [this] { return whole<u8>(); });
-        report.setNUCp(whole<u8>());
-        report.setNIC(whole<u8>());
-        report.setCallsign(flip() ? "<&\">" : std::string("A\0B", 3));
-        report.setPosition(real(), real());
-        report.setAltitudeBaro(whole<i32>());
-        report.setGroundSpeed(real());
-        report.setHeading(real());
-        report.setVerticalRateBaro(whole<i32>());
-        report.setMopsVersion(static_cast<MOPSVersion>(static_cast<i32>(_random() % 7) - 2));
-        setAll(report, flagSetters, [this] { return flip(); });
-        setAll(report, timeSetters,
-               [this] { return _random() % 4 == 0 ? u64{0} : _random() >> _random() % 64; });
-        return report;
-    }
-
-private:
-    std::mt19937_64 _random;
-
-    template <class Setters, class Draw>
-    static void setAll(ADSBTargetReport& report, const Setters& setters, Draw draw) {
-        for (const auto set : setters) {
-            (report.*set)(draw());
+std::string htmlRow(const char* cell, const std::string& texts) {
+    std::string html = "      <tr>\n";
+    std::istringstream rest(texts + '|');
+    for (std::string text; std::getline(rest, text, '|');) {
+        if (!text.empty() && text.front() == '@') {
+            text = "1970-01-01T00:00:00.00" + text.substr(1) + 'Z';
         }
+        html += std::string("        <") + cell + ">" + text + "</" + cell + ">\n";
     }
-
-    bool flip() { return _random() % 2 == 0; }
-    template <class Whole>
-    Whole whole() {
-        using Limits = std::numeric_limits<Whole>;
-        return flip() ? static_cast<Whole>(_random()) : flip() ? Limits::min() : Limits::max();
-    }
-    double real() {
-        const u64 bits = _random();
-        double any = 0;
-        std::memcpy(&any, &bits, sizeof any);
-        return flip() ? any : static_cast<double>(static_cast<i32>(bits)) / 1e7;
-    }
-};
-
-TEST(ReportHtml, WritesAnEmptyReport) {
-    const std::string page = ADSBTargetReport().toHtml("");
-    EXPECT_EQ(page.size(), 4444U);
-    EXPECT_EQ(std::count(page.begin(), page.end(), '\n'), 232);
-    EXPECT_EQ(page, PlainPage(ADSBTargetReport(), "").text);
+    return html + "      </tr>\n";
 }
 
-TEST(ReportHtml, WritesAnyReportAsThePlainPageDoes) {
-    AnyReport any(1);
-    for (int i = 0; i < 1000; ++i) {
-        const ADSBTargetReport report = any.next();
-        const std::string style = std::string(static_cast<std::size_t>(i % 3), '<') + "\n td {}";
-        ASSERT_EQ(report.toHtml(style), PlainPage(report, style).text);
+/// The page of a report that has at most one datum.
+std::string page(const std::string& style, const Datum* only = nullptr, bool valid = true) {
+    std::string html = "<!DOCTYPE html>\n<html lang=\"en\">\n  <head>\n"
+                       "    <title>ADS-B Target Report</title>\n"
+                       "    <style type=\"text/css\">" +
+                       style +
+                       "</style>\n  </head>\n  <body>\n    <h1>ADS-B Target Report</h1>\n"
+                       "    <br>\n";
+    for (const Section& section : sections) {
+        html += std::string("    <h2>") + section.heading + "</h2>\n    <br>\n";
+        html += "    <table border=\"1\" cellspacing=\"0\" class=\"general_table\">\n";
+        html += htmlRow("th", section.columns);
+        for (const Datum& datum : section.data) {
+            for (const Row& row : datum.rows) {
+                const char* cells = row.notValid != nullptr ? row.notValid : row.empty;
+                cells = &datum != only ? row.empty : valid ? row.set : cells;
+                html += htmlRow("td", std::string(row.item) + '|' + cells);
+            }
+        }
+        html += "    </table>\n";
+    }
+    return html + "  </body>\n</html>\n";
+}
+
+TEST(ReportHtml, HasEmptyRowsForAnEmptyReport) {
+    EXPECT_EQ(R().toHtml(""), page(""));
+    EXPECT_EQ(R().toHtml("\n td {} <"), page("\n td {} <")) << "nothing is escaped";
+}
+
+TEST(ReportHtml, ShowsEachDatumInItsRowsAndItsValueOnlyIfItIsValid) {
+    for (const Section& section : sections) {
+        for (const Datum& datum : section.data) {
+            R report;
+            datum.set(report);
+            if (datum.setValid != nullptr) {
+                (report.*datum.setValid)(false);
+                EXPECT_EQ(report.toHtml(""), page("", &datum, false)) << datum.rows[0].item;
+                (report.*datum.setValid)(true);
+            }
+            EXPECT_EQ(report.toHtml(""), page("", &datum)) << datum.rows[0].item;
+        }
+    }
+}
+
+TEST(ReportHtml, ShowsFlagsAndVersionsAsWords) {
+    const auto shows = [](const R& report, const std::string& word) {
+        return report.toHtml("").find("<td>" + word + "</td>") != std::string::npos;
+    };
+    R report;
+    report.setGroundStatus(false);
+    report.setSpiStatusValid(true);
+    report.setAlertStatusValid(true);
+    EXPECT_TRUE(shows(report, "AIR") && shows(report, "NO SPI") && shows(report, "NO ALERT"));
+    const std::pair<int, const char*> versions[] = {{-1, ""},       {0, "MOPS V0"}, {1, "MOPS V1"},
+                                                    {2, "MOPS V2"}, {3, "UNKNOWN"}, {4, ""}};
+    for (const auto& [version, text] : versions) {
+        report.setMopsVersion(static_cast<MOPSVersion>(version));
+        EXPECT_TRUE(shows(report, std::string("TRUE</td>\n        <td>") + text)) << version;
     }
 }
 

@@ -1,12 +1,11 @@
 #include <ondrel/adsb_target_report.h>
 
-#include "plain_time.h"
-
 #include <gtest/gtest.h>
 
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <ctime>
 #include <limits>
 #include <random>
 #include <string>
@@ -33,11 +32,22 @@ std::string shown(u64 time) {
     const std::string page = report.toHtml("");
     const std::string before = "<td>0</td>\n        <td>";
     const std::size_t start = page.find(before) + before.size();
-    return page.substr(start, page.find("</td>", start) - start);
+    return page.substr(start, page.find('<', start) - start);
 }
 
-/// The plain way, by the C library.
-std::string plainAngle(double degrees, int width, const char* hemispheres) {
+/// "2023-11-14T22:13:20.123Z" by the C library; milliseconds since 1970.
+std::string printedTime(u64 time) {
+    const auto seconds = static_cast<std::time_t>(time / 1000);
+    std::tm fields{};
+    gmtime_r(&seconds, &fields);
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%d-%02d-%02dT%02d:%02d:%02d.%03dZ",
+                  fields.tm_year + 1900, fields.tm_mon + 1, fields.tm_mday, fields.tm_hour,
+                  fields.tm_min, fields.tm_sec, static_cast<int>(time % 1000));
+    return text.data();
+}
+
+std::string printedAngle(double degrees, int width, const char* hemispheres) {
     const double magnitude = std::fabs(degrees);
     const int whole = static_cast<int>(magnitude);
     const double rest = magnitude - whole;
@@ -49,10 +59,10 @@ std::string plainAngle(double degrees, int width, const char* hemispheres) {
     return text.data();
 }
 
-void expectPlain(double degrees) {
-    ASSERT_EQ(longitude(degrees), plainAngle(degrees, 3, "EW")) << degrees;
+void expectPrinted(double degrees) {
+    ASSERT_EQ(longitude(degrees), printedAngle(degrees, 3, "EW")) << degrees;
     if (std::fabs(degrees) <= 90) {
-        ASSERT_EQ(latitude(degrees), plainAngle(degrees, 2, "NS")) << degrees;
+        ASSERT_EQ(latitude(degrees), printedAngle(degrees, 2, "NS")) << degrees;
     }
 }
 
@@ -88,21 +98,21 @@ TEST(ReportText, WritesAngles) {
 }
 
 // Every whole minute, every whole second, and the doubles around them.
-TEST(ReportText, WritesAllAnglesAsThePlainWayDoes) {
+TEST(ReportText, WritesAnglesLikeTheCLibrary) {
     for (int seconds = 0; seconds <= 180 * 3600; ++seconds) {
         const double degrees = seconds / 3600.0;
-        expectPlain(degrees);
+        expectPrinted(degrees);
         if (seconds % 60 == 0) {
             const double minutes = seconds / 3600 + seconds / 60 % 60 / 60.0;
             for (const double angle : {degrees, minutes}) {
-                expectPlain(-angle);
-                expectPlain(std::nextafter(angle, 1000));
-                expectPlain(std::nextafter(angle, -1000));
+                expectPrinted(-angle);
+                expectPrinted(std::nextafter(angle, 1000));
+                expectPrinted(std::nextafter(angle, -1000));
             }
         }
     }
     for (double degrees = -180; degrees < 180; degrees += 0.00173) {
-        expectPlain(degrees);
+        expectPrinted(degrees);
     }
 }
 
@@ -123,16 +133,16 @@ TEST(ReportText, WritesTimes) {
     }
 }
 
-TEST(ReportText, WritesAllTimesAsThePlainWayDoes) {
+TEST(ReportText, WritesTimesLikeTheCLibrary) {
     constexpr u64 day = 86400000;
     for (u64 time = day - 1; time < 161000 * day; time += 17 * day) { // both ends of days, to 2410
-        ASSERT_EQ(shown(time), test::plainTime(time));
-        ASSERT_EQ(shown(time + 1), test::plainTime(time + 1));
+        ASSERT_EQ(shown(time), printedTime(time));
+        ASSERT_EQ(shown(time + 1), printedTime(time + 1));
     }
     std::mt19937_64 random(1);
     for (int i = 0; i < 3000; ++i) {
         const u64 time = random() >> random() % 40 | 1;
-        ASSERT_EQ(shown(time), test::plainTime(time));
+        ASSERT_EQ(shown(time), printedTime(time));
     }
 }
 
