@@ -1,15 +1,10 @@
 #include <ondrel/df_messages.h>
 
-#include "simulator/frame_encoder.h"
 #include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/messages.h"
-#include "text.h"
 
 #include <gtest/gtest.h>
-
-#include <array>
-#include <random>
 
 namespace tolvarin::ondrel {
 namespace {
@@ -20,9 +15,6 @@ using test::makeMessage;
 using test::operator""_hex;
 
 constexpr u32 address = 0x4840D6;
-
-constexpr std::array flightStatus = {"AIR",        "GND", "AIR, ALERT", "GND, ALERT",
-                                     "ALERT, SPI", "SPI", "UNKNOWN",    "UNKNOWN"};
 
 unsigned formatOf(const std::string& frame) {
     return static_cast<u8>(frame.front()) >> 3U;
@@ -120,53 +112,6 @@ TEST(DFMessages, ReadNothingButTheNumberOfAMilitaryApplication) {
     message.decode(test::squitter(address, 19, 1));
     EXPECT_FALSE(message.fieldAA().valid() || message.fieldME().valid() ||
                  message.fieldPI().valid());
-}
-
-TEST(DFMessages, ReadWhatTransmittersSend) {
-    std::mt19937 random(5);
-    const auto below = [&random](unsigned end) { return static_cast<unsigned>(random() % end); };
-    for (int i = 0; i < 300; ++i) {
-        const u32 sender = below(1U << 24);
-        const unsigned status = below(8);
-        const unsigned squawk = below(4096);
-        const int feet = static_cast<int>(below(2048)) * 25 - 1000;
-        const std::string payload = test::head(below(32), below(8), below(1U << 24)) + "\x01\xFF\n";
-        const simulator::AirAirFields air{below(2) != 0, below(2) != 0, status, below(16), feet};
-        const simulator::SurveillanceFields radar{status, below(32), below(64)};
-
-        const std::string vs = air.onGround ? "VS: GND" : "VS: AIR";
-        const std::string fs = "FS: " + std::string(flightStatus.at(status));
-        const std::string ac = "; AC: " + std::to_string(feet);
-        const std::string id = "; ID: " + text::octal(squawk);
-        const std::string number = std::to_string(status);
-        const std::string aa = "; AA: " + text::hex(sender);
-        const std::string me = "; ME: " + text::hexBytes(payload);
-        const std::pair<std::string, std::string> sent[] = {
-            {simulator::df0(sender, air), vs + ac},
-            {simulator::df4(sender, radar, feet), fs + ac},
-            {simulator::df5(sender, radar, squawk), fs + id},
-            {simulator::df16(sender, air, payload), vs + ac},
-            {simulator::df17(sender, status, payload), "CA: " + number + aa + me},
-            {simulator::df18(sender, status, payload), "CF: " + number + aa + me},
-            {simulator::df19(sender, 0, payload), "AF: 0" + aa + me},
-            {simulator::df20(sender, radar, feet, payload), fs + ac},
-            {simulator::df21(sender, radar, squawk, payload), fs + id},
-        };
-        for (const auto& [frame, description] : sent) {
-            const auto message = makeMessage(formatOf(frame));
-            ASSERT_TRUE(message->decode(frame));
-            ASSERT_EQ(message->description(), description);
-            ASSERT_EQ(message->icaoAddress(), sender) << description;
-            if (message->fields().size() == 4) {
-                ASSERT_EQ(message->fields().at(2)->description(), text::hexBytes(payload));
-            }
-        }
-        DF11Message allCall;
-        ASSERT_TRUE(allCall.decode(simulator::df11(sender, status, squawk % 80)));
-        ASSERT_EQ(allCall.icaoAddress(), sender);
-        ASSERT_EQ(allCall.fieldCA().capability(), status);
-        ASSERT_EQ(allCall.fieldPI().interrogatorId(), squawk % 80);
-    }
 }
 
 } // namespace

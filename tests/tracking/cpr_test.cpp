@@ -1,10 +1,7 @@
 #include "cpr.h"
 
-#include "simulator/cpr_encoder.h"
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -87,37 +84,6 @@ TEST(Cpr, CountsZonesByTheirFormula) {
         EXPECT_EQ(cprNL(latitude), 1);
     }
     EXPECT_EQ(cprNL(-0.0), 59);
-}
-
-bool isAtZoneEdge(double latitude) {
-    return cprNL(std::fabs(latitude) - 1e-4) != cprNL(std::fabs(latitude) + 1e-4);
-}
-
-Frame encoded(double latitude, double longitude, bool odd) {
-    const auto cpr = simulator::encodeCpr(latitude, longitude, odd, simulator::CprGrid::Airborne);
-    return {static_cast<i32>(cpr.latitude), static_cast<i32>(cpr.longitude)};
-}
-
-TEST(Cpr, FindsPlacesAllOverTheEarth) {
-    constexpr double halfStep = 0.5000005 / 131072; // and a little for the sender's rounding
-    double longitude = 0;
-    for (double latitude = -90; latitude <= 90; latitude += 0.00317) {
-        longitude = std::remainder(longitude + 137.50776, 360);
-        const Frame even = encoded(latitude, longitude, false);
-        const Frame odd = encoded(latitude, longitude, true);
-        for (const int less : {0, 1}) {
-            const Solution found = solve(even, odd, less == 0);
-            if (!found) {
-                ASSERT_TRUE(isAtZoneEdge(latitude)) << latitude;
-                continue;
-            }
-            const double width = 360.0 / std::max(cprNL(found->latitude) - less, 1);
-            const double off = std::remainder(found->longitude - longitude, 360);
-            ASSERT_NEAR(found->latitude, latitude, 360.0 / (60 - less) * halfStep);
-            ASSERT_NEAR(off, 0, width * halfStep) << latitude;
-            ASSERT_TRUE(found->longitude > -180 && found->longitude <= 180) << found->longitude;
-        }
-    }
 }
 
 } // namespace
