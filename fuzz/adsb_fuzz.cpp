@@ -1,5 +1,5 @@
-// ADS-B payloads through the decoder, and twice and more through one message, and everything that
-// can be asked of the messages.
+// ADS-B payloads through the decoder, and several of them through one message. Every getter of the
+// messages is called.
 
 #include <ondrel/adsb_airborne_position_message.h>
 #include <ondrel/adsb_airborne_velocity_message.h>
@@ -97,7 +97,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) {
         return 0;
     }
-    // The first byte is the version; what follows are payloads, the first of them for the decoder.
+    // The first byte is the version, the others are payloads. The decoder gets the first of them.
     const auto version = static_cast<MOPSVersion>(static_cast<std::int8_t>(*data) % 5);
     ++data;
     --size;

@@ -13,9 +13,9 @@
 
 namespace tolvarin::ondrel::fuzzing {
 
-/// Stops the fuzzer where a promise is broken.
-inline void hold(bool promise) {
-    if (!promise) {
+/// Stops the fuzzer if a condition does not hold.
+inline void hold(bool condition) {
+    if (!condition) {
         std::abort();
     }
 }
@@ -27,7 +27,7 @@ public:
     }
 };
 
-/// Every line is written, and checked.
+/// Makes the library write lines of every level, and checks each of them.
 inline void checkLog() {
     static LineChecker checker;
     Log::setLogHandler(&checker);

@@ -1,10 +1,12 @@
-// A sequence of replies through one decoder, and everything that can be asked of the messages.
+// A sequence of replies through one decoder. Its model judges messages and log lines, and every
+// getter of the messages is called.
 
 #include <ondrel/df_messages.h>
 #include <ondrel/mode_s_decoder.h>
 
 #include "clock.h"
 #include "fuzzing.h"
+#include "support/decoder_model.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +30,7 @@ void readFields(const DFMessage& message) {
     }
 }
 
-/// Both repairs find what they say and touch nothing but that.
+/// A repair changes the frame if it finds bits, and only then.
 void repair(const DFMessage& message, u32 wanted) {
     std::string frame = message.data();
     u8 first = 0;
@@ -68,12 +70,13 @@ void read(const DFMessage& message, std::size_t receivedSize, u64 stamp) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     now = 1'700'000'000;
     clock::setSource([] { return now; });
-    fuzzing::checkLog();
+    test::CapturedLog log;
 
     Input input(data, size);
     ModeSDecoder decoder;
+    test::DecoderModel model;
     while (!input.empty()) {
-        // One byte of control: how much time passes, a stamp or none, up or down, and the length.
+        // A byte tells how much time passes, stamp or not, uplink or downlink, and the length.
         const u8 control = input.take<u8>();
         now += (control >> 6) * 200;
         const u64 stamp = control >> 5 & 1U;
@@ -81,9 +84,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const std::size_t length = input.left((control & 0x10) != 0 ? 14 : control & 0x0F);
         const std::uint8_t* frame = input.bytes(length);
 
+        log.take();
         const std::unique_ptr<ModeSMessage> message(decoder.decode(type, frame, length, stamp));
+        const test::Verdict expected = model.decode(type, {frame, frame + length}, now);
+        hold(log.take() == expected.lines && test::gradeOf(message.get()) == expected.grade);
         if (message != nullptr) {
-            hold(type == ModeSMessage::Downlink);
+            hold(message->icaoAddress() == expected.address && message->data() == expected.data);
             read(dynamic_cast<const DFMessage&>(*message), length, stamp);
             message->decode(message->data());
             message->decode(frame, length / 2);

@@ -97,7 +97,7 @@ TEST(DecoderModel, GivesTheMessagesGradesAndLogLinesOfTheDecoder) {
         const test::Verdict expected = model.decode(type, frame, clock.seconds());
         const std::unique_ptr<ModeSMessage> message(decoder.decode(type, frame));
         ASSERT_EQ(log.take(), expected.lines) << i;
-        ASSERT_EQ(message ? "NLMH"[message->confidence()] : '-', expected.grade) << i;
+        ASSERT_EQ(test::gradeOf(message.get()), expected.grade) << i;
         if (message) {
             ASSERT_EQ(message->icaoAddress(), expected.address) << i;
             ASSERT_EQ(message->data(), expected.data) << i;

@@ -1,8 +1,7 @@
 #include <ondrel/mode_s_decoder.h>
 
 #include "support/bytes.h"
-#include "support/captured_log.h"
-#include "support/messages.h"
+#include "support/decoder_model.h"
 #include "support/movable_clock.h"
 
 #include <ondrel/df_messages.h>
@@ -27,17 +26,16 @@ const std::string goodFrame = "8D 48 40 D6 20 2C C3 71 C3 2C E0 57 60 98"_hex;
 
 using Message = std::unique_ptr<ModeSMessage>;
 
-/// A decoder whose clock and log are in the test's hands.
+/// A decoder with a clock and a log that the test controls.
 class ModeSDecoderTest : public testing::Test {
 protected:
     ModeSDecoderTest() { log.take(); }
 
-    /// The first letter of the reply's confidence; '-' for no message.
     char grade(const std::string& frame) { return grade(decoder, frame); }
 
     static char grade(ModeSDecoder& decoder, const std::string& frame) {
         const Message message(decoder.decode(ModeSMessage::Downlink, frame));
-        return message ? "NLMH"[message->confidence()] : '-';
+        return test::gradeOf(message.get());
     }
 
     void play(ModeSDecoder& receiver, const std::string& script);
@@ -48,9 +46,10 @@ protected:
     ModeSDecoder decoder;
 };
 
-/// Plays replies and holds that each gets its grade. `sq17=H` is a good squitter of DF-17; `df4=L`
-/// a surveillance reply, `df4m=N` one with the M bit; `ii3=M*8` eight all-call replies through
-/// interrogator 3; `+60` lets seconds pass. The sender is one aircraft, and another for each '.
+/// Decodes the replies of a script and expects the grade of each. `sq17=H` is a squitter of DF-17
+/// with good parity, `df4=L` a surveillance reply, `df4m=N` one with the M bit, `ii3=M*8` eight
+/// all-call replies to interrogator 3. `+60` lets 60 seconds pass. All replies come from one
+/// aircraft, but each ' adds 1 to the address.
 void ModeSDecoderTest::play(ModeSDecoder& receiver, const std::string& script) {
     std::istringstream steps(script);
     for (std::string step; steps >> step;) {
@@ -76,13 +75,13 @@ void ModeSDecoderTest::play(ModeSDecoder& receiver, const std::string& script) {
 }
 
 const char* const scripts[] = {
-    // A fresh decoder knows nothing, and learns nothing from what it does not believe.
+    // A new decoder knows no address. Replies that are not believed add none.
     "df0=L df4=L df5=L df16=L df20=L df21=L df4=L df4m=N ii0=N*12 ii3=N*12 df4=L",
-    // Any squitter proves its address and no other.
+    // A squitter with good parity proves its address and no other.
     "sq17=H df0=H df4=H df5=H df16=H df20=H df21=H df4'=L",
     "sq18=H df4=H df4'=L",
     "sq19=H df4=H df4'=L",
-    // An address is recent for 600 seconds from the last time that it was believed.
+    // An address is recent for 600 seconds after the last reply that was believed.
     "sq17=H +600 df0=H +600 df4=H +600 df5=H +600 df16=H +600 df20=H +600 df21=H",
     "sq17=H +600 ii3=L +600 df4=H",
     "sq17=H +601 df4=L df4=L df5=L ii3=N sq17=H df4=H",
@@ -90,17 +89,17 @@ const char* const scripts[] = {
     // An altitude in metres is not believed but refreshes its address; identities have no M bit.
     "sq17=H +600 df0m=N +600 df4m=N +600 df16m=N +600 df20m=N +600 df5m=H +600 df21m=H",
     "sq17=H +601 df4m=N df4=L",
-    // Hits from recent addresses build each interrogator up for itself; 0 is trusted sooner.
+    // Hits count for each interrogator. The second hit of interrogator 0 is enough.
     "sq17=H ii3=L ii3=M*8 ii3=H*5 ii0=L ii0=H*5 ii79=L ii79=M sq17'=H ii79'=M*7 ii79=H",
-    // A run goes on for 60 seconds after a hit.
+    // Hits add up if at most 60 seconds lie between them.
     "sq17=H ii3=L ii3=M*4 +60 ii3=M*4 +60 ii3=H +61 ii3=L ii3=M*8 ii3=H",
-    // Ten hits make an interrogator vouch for addresses that nothing else knows, nine do not.
+    // After ten hits of an interrogator, its all-call replies prove unknown addresses.
     "sq17=H ii3=L ii3=M*8 ii3'=N*2 df4'=L ii3=H ii3'=H df4'=H ii3''=H",
     "sq17=H ii0=L ii0=H*8 ii0'=N ii0=H ii0'=H",
     "sq17=H ii3=L ii3=M*8 ii3=H +60 ii3'=H +60 ii3''=H +61 ii3'''=N",
-    // A reply that is not believed does not keep a run going.
+    // A reply that is not believed is no hit.
     "sq17=H ii3=L ii3=M*8 +60 ii3'=N +1 ii3=L",
-    // Identifiers out of range teach nothing.
+    // Identifiers above 79 do not count.
     "sq17=H +600 ii80=N*12 ii16777215=N +1 df4=L",
 };
 
@@ -111,7 +110,7 @@ TEST_F(ModeSDecoderTest, GradesReplies) {
     }
 }
 
-TEST_F(ModeSDecoderTest, SaysNothingOnNoBytesAndShortReplies) {
+TEST_F(ModeSDecoderTest, WritesNoLineForNoBytesAndShortReplies) {
     EXPECT_EQ(grade(""), '-');
     EXPECT_EQ(decoder.decode(ModeSMessage::Uplink, ""), nullptr);
     EXPECT_EQ(decoder.decode(ModeSMessage::Downlink, nullptr, 0), nullptr);
@@ -141,14 +140,14 @@ TEST_F(ModeSDecoderTest, StampsRepliesWithTheCallersTime) {
     EXPECT_EQ(decoder.decode(type, bytes, 13, 1), nullptr);
 }
 
-TEST_F(ModeSDecoderTest, JudgesByItsOwnClockWhateverTheStamps) {
+TEST_F(ModeSDecoderTest, GradesByTheSystemClockWhateverTheStamps) {
     const auto type = ModeSMessage::Downlink;
     const Message proof(decoder.decode(type, goodFrame, 1000));
     const Message reply(decoder.decode(type, surveillance(4, known), 10'000'000));
     EXPECT_EQ(reply->confidence(), ModeSMessage::High);
 }
 
-TEST_F(ModeSDecoderTest, CopiesKnowTheSameAndLearnApart) {
+TEST_F(ModeSDecoderTest, CopiesAreIndependent) {
     play("sq17=H ii3=L ii3=M*8 ii3=H");
     ModeSDecoder copy(decoder);
     ModeSDecoder assigned;
@@ -159,7 +158,7 @@ TEST_F(ModeSDecoderTest, CopiesKnowTheSameAndLearnApart) {
     play(decoder, "df4'=L df4=H ii3''=H");
 }
 
-TEST_F(ModeSDecoderTest, MovesTakeAllKnowledgeAlong) {
+TEST_F(ModeSDecoderTest, MovesLeaveTheOtherDecoderEmpty) {
     play("sq17=H ii3=L ii3=M*8 ii3=H");
     ModeSDecoder moved(std::move(decoder));
     ModeSDecoder assigned;
@@ -173,7 +172,7 @@ TEST_F(ModeSDecoderTest, MovesTakeAllKnowledgeAlong) {
     play(assigned, "df4=H");
 }
 
-TEST_F(ModeSDecoderTest, SaysThatItIsThereWhenMadeButNotWhenCopiedOrMoved) {
+TEST_F(ModeSDecoderTest, WritesALineWhenMadeButNotWhenCopiedOrMoved) {
     ModeSDecoder made;
     EXPECT_EQ(log.take(), Lines{"[INFO    ][ModeSDecoder] Initialized."});
     ModeSDecoder copy(made);

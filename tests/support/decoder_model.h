@@ -16,9 +16,14 @@
 
 namespace tolvarin::ondrel::test {
 
+/// The first letter of a message's confidence, '-' for no message.
+inline char gradeOf(const ModeSMessage* message) {
+    return message != nullptr ? "NLMH"[message->confidence()] : '-';
+}
+
 /// What a decoder makes of one reply.
 struct Verdict {
-    char grade = '-'; ///< first letter of the confidence, '-' for no message
+    char grade = '-'; ///< as gradeOf()
     u32 address = 0;
     std::string data;
     Lines lines;
