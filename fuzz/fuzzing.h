@@ -1,5 +1,5 @@
 /// @file
-/// What the fuzz targets share.
+/// Helpers of the fuzz targets.
 #pragma once
 
 #include <ondrel/log.h>
@@ -34,7 +34,7 @@ inline void checkLog() {
     Log::setShowLevel(Log::Debug);
 }
 
-/// The input, taken from the front; zeros behind its end.
+/// The input, read from the front. Behind its end there are zeros.
 class Input {
 public:
     Input(const std::uint8_t* data, std::size_t size) : _data(data), _size(size) {}

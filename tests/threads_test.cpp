@@ -1,4 +1,4 @@
-// What several threads may do at once. A program of its own, which the thread sanitizer watches.
+// What several threads may do at the same time. A program of its own, for the thread sanitizer.
 #include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
 
@@ -55,7 +55,7 @@ TEST(LogThreads, EveryLineArrivesWholeAndTheColumnFitsTheLongestName) {
         return longModule.substr(0, 1 + i * longModule.size() / linesPerThread);
     };
     const auto filler = [](unsigned thread) {
-        return std::string(900, static_cast<char>('a' + thread)); // time for others to interfere
+        return std::string(900, static_cast<char>('a' + thread)); // long, so that threads overlap
     };
     LockingHandler lines;
     Log::setLogHandler(&lines);
@@ -73,7 +73,7 @@ TEST(LogThreads, EveryLineArrivesWholeAndTheColumnFitsTheLongestName) {
     EXPECT_EQ(left.size(), threadCount * linesPerThread + 1);
     for (unsigned thread = 0; thread < threadCount; ++thread) {
         for (unsigned i = 0; i < linesPerThread; ++i) {
-            // As wide as the name at least, and as the longest name at most.
+            // The column is at least as wide as the name, and at most as the longest name.
             std::string start = "[INFO    ][" + moduleOf(i);
             const std::string rest =
                 "] " + std::to_string(thread) + " " + std::to_string(i) + " " + filler(thread);

@@ -25,8 +25,8 @@ namespace {
 using test::operator""_hex;
 using Field = ADSBMessageField;
 
-/// A message with fields in no order, one of them from the start; it understands what has the last
-/// bit set.
+/// A message that adds fields in no order, one of them when it is made. It refuses a payload unless
+/// the last bit is set.
 class DisorderedMessage final : public ADSBMessage {
 public:
     DisorderedMessage() : ADSBMessage(TEST) { addField({Field::DATA, 9, 1, "z"}); }
@@ -49,7 +49,7 @@ std::string listed(const ADSBMessage& message) {
     return values;
 }
 
-TEST(ADSBMessage, ListsFieldsByPositionAndThenAsAdded) {
+TEST(ADSBMessage, ListsFieldsByPositionThenInTheOrderOfAdding) {
     DisorderedMessage message;
     EXPECT_TRUE(message.decode("B8 00 00 00 00 00 01"_hex));
     EXPECT_EQ(listed(message), "TEST 23 b e c f z a d g ");
@@ -58,7 +58,7 @@ TEST(ADSBMessage, ListsFieldsByPositionAndThenAsAdded) {
     EXPECT_EQ(message.ADSBMessage::description(), "ADS-B Type-23 TEST Message");
 }
 
-TEST(ADSBMessage, IsInOrderAgainAfterADecodeThatAnExceptionEnded) {
+TEST(ADSBMessage, SortsItsFieldsInTheNextDecodeAfterAnException) {
     struct Thrower final : LogHandler {
         void writeLine(const std::string& /*line*/) override { throw std::bad_alloc(); }
     } thrower;
@@ -96,7 +96,7 @@ TEST(ADSBMessage, TakesSevenBytesAndNoFewer) {
     EXPECT_EQ(log.take(), test::Lines{});
 }
 
-TEST(ADSBMessage, LeavesStampAndAmplitudeToItsOwner) {
+TEST(ADSBMessage, KeepsStampAndAmplitudeWhenItDecodes) {
     test::MovableClock clock(1'234'567'890);
     ADSBIdentityMessage message;
     EXPECT_EQ(message.timeStamp(), 1'234'567'890'000U);
@@ -116,7 +116,7 @@ TEST(ADSBMessage, LeavesStampAndAmplitudeToItsOwner) {
     }
 }
 
-TEST(ADSBMessage, SortsTypeCodes) {
+TEST(ADSBMessage, TellsTheTypeOfEachTypeCode) {
     const std::string types = "80000111122222222223222488885687";
     for (unsigned code = 0; code < 256; ++code) {
         EXPECT_EQ(ADSBMessage::typeByCode(static_cast<u8>(code)),
@@ -162,10 +162,10 @@ TEST(ADSBMessageField, IsValidWithAWidthAndADesignator) {
     EXPECT_EQ(field.description(), "NO_DESCRIPTION");
 }
 
-/// Makes a decimal comma the rule of the process as long as it lives.
+/// Sets a locale with a decimal comma for the process until it is destroyed.
 class DecimalComma {
 public:
-    DecimalComma() { std::setlocale(LC_ALL, "de_DE.UTF-8"); } // where the system has it
+    DecimalComma() { std::setlocale(LC_ALL, "de_DE.UTF-8"); } // if the system has it
     DecimalComma(const DecimalComma&) = delete;
     DecimalComma& operator=(const DecimalComma&) = delete;
     ~DecimalComma() {
@@ -182,7 +182,7 @@ private:
     std::locale _before = std::locale::global(std::locale(std::locale::classic(), new Punctuation));
 };
 
-TEST(ADSBMessage, WritesNumbersAsInTheCLocaleWhateverTheProcessHasSet) {
+TEST(ADSBMessage, WritesNumbersAsInTheCLocaleInAnyLocale) {
     const DecimalComma comma;
     const ADSBDecoder decoder;
     const std::unique_ptr<ADSBMessage> velocity(

@@ -18,7 +18,8 @@ std::atomic<std::size_t> allocations{0};
 
 } // namespace
 
-// These count for the whole program of tests. Inlined they would look mismatched to the compiler.
+// These replace the operators of the whole test program. If they were inlined, the compiler would
+// warn about new and free() as a mismatched pair.
 
 [[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
     ++allocations;
@@ -43,7 +44,7 @@ namespace {
 
 using test::operator""_hex;
 
-TEST(ADSBFieldListCost, IsOneAllocationBesideTheMessage) {
+TEST(ADSBFieldListCost, DecodingAllocatesTheMessageAndOneList) {
     const std::pair<MOPSVersion, std::string> payloads[] = {
         {MOPSVersion0, "20 2C C3 71 C3 2C E0"_hex}, {MOPSVersion0, "3A 9A 15 32 37 AE F0"_hex},
         {MOPSVersion0, "58 C3 82 D6 90 C8 AC"_hex}, {MOPSVersion1, "58 C3 82 D6 90 C8 AC"_hex},
@@ -62,7 +63,7 @@ TEST(ADSBFieldListCost, IsOneAllocationBesideTheMessage) {
     }
 }
 
-TEST(ADSBFieldListCost, StaysOneAllocationWhenTheListGrows) {
+TEST(ADSBFieldListCost, DecodingAgainAllocatesOnceAtMost) {
     ADSBIdentityMessage message;
     const std::string payload = "20 2C C3 71 C3 2C E0"_hex;
     for (std::size_t i = 1; i <= 20; ++i) {

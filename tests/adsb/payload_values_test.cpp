@@ -1,5 +1,5 @@
-// The values of payloads: what the simulator sends, every code by the formulas of the standard, and
-// what stays of the payload before.
+// The values of payloads: those that the simulator sends, every code by the formulas of the
+// standard, and the values that the next payload leaves.
 #include <ondrel/adsb_airborne_position_message.h>
 #include <ondrel/adsb_aircraft_operational_status_message.h>
 #include <ondrel/adsb_decoder.h>
@@ -217,7 +217,7 @@ TEST(ADSBPayloadValues, EmergenciesAndSquawksAreThoseSent) {
     }
 }
 
-TEST(ADSBPayloadValues, VersionsAndTestDataAreThoseSent) {
+TEST(ADSBPayloadValues, VersionNumbersAndTestDataAreThoseSent) {
     for (const unsigned version : {1U, 2U}) {
         for (const bool supplement : {false, true}) {
             simulator::OperationalStatus status;
@@ -242,7 +242,7 @@ TEST(ADSBPayloadValues, VersionsAndTestDataAreThoseSent) {
     }
 }
 
-TEST(ADSBPayloadValues, AreTheseBeforeAnyDecode) {
+TEST(ADSBPayloadValues, AreDefaultsBeforeAnyDecode) {
     EXPECT_EQ(ADSBIdentityMessage().description(), "TC=ACID, EC=0, CS=        ");
     EXPECT_EQ(ADSBSurfacePositionMessage().description(),
               "TC=POS_GND, SPD=0, HDG=0, CPR=ODD, LAT=0, LON=0");
@@ -259,8 +259,8 @@ TEST(ADSBPayloadValues, AreTheseBeforeAnyDecode) {
     EXPECT_EQ(ADSBAircraftOperationalStatusMessage().description(), "TC=OP_STAT, VN=0, NICsa=0");
 }
 
-/// Decodes a payload and then another one, and gives what stands then: the description, whether the
-/// message is valid, and how many fields the second payload added.
+/// Decodes two payloads. Gives the description after that, whether the message is valid, and how
+/// many fields the second payload added.
 template <class Message>
 std::string afterBoth(const std::string& first, const std::string& second) {
     auto message = decoded<Message>(first);

@@ -68,9 +68,9 @@ TEST(ADSBPublishedMessages, HaveTheirPublishedValues) {
     }
 }
 
-/// Payloads worked out by hand, as each version reads them; zeros behind the last byte given. What
-/// is refused has no description.
-TEST(ADSBPublishedMessages, HaveBoundaryValuesAndRefusalsAsTheirTablesTell) {
+/// Payloads worked out by hand, with zeros behind the last byte given. A refused one has no
+/// description.
+TEST(ADSBPublishedMessages, HaveTheDescriptionsAndLogLinesOfTheirBoundaryValues) {
     struct Row {
         std::string payload;
         int version;

@@ -15,13 +15,13 @@ using Model = std::map<u32, u64>;
 Model contentOf(const Table& table) {
     Model content;
     table.forEach([&](u32 address, u64 value) {
-        EXPECT_TRUE(content.emplace(address, value).second) << address << " stands there twice";
+        EXPECT_TRUE(content.emplace(address, value).second) << address << " is listed twice";
     });
     EXPECT_EQ(table.size(), content.size());
     return content;
 }
 
-/// Enters and looks up at random and compares with an ordered map.
+/// Compares random entries and look-ups with those of an ordered map.
 void expectAMap(u32 (*addressOf)(u32 number)) {
     std::mt19937 random(1);
     Table table;
@@ -47,15 +47,15 @@ void expectAMap(u32 (*addressOf)(u32 number)) {
     EXPECT_EQ(contentOf(table), model);
 }
 
-TEST(AddressTable, IsAMapOfAnyAddresses) {
+TEST(AddressTable, DoesWhatAMapDoesForAnyAddresses) {
     expectAMap([](u32 number) { return number; });
     expectAMap([](u32 number) { return ~number; });
     expectAMap([](u32 number) { return number << 18 | number; });
 }
 
-// Times the table's factor these are the last numbers of all, so that every one of them wants the
-// last slot; were they to queue for it, this test would take minutes.
-TEST(AddressTable, IsAsGoodAMapOfAddressesThatWantTheSameSlot) {
+// Multiplied by the table's factor, these addresses are the highest numbers, which all belong into
+// the last slot. With linear probing this test would take minutes.
+TEST(AddressTable, StaysFastIfAllAddressesBelongIntoOneSlot) {
     constexpr u32 inverse = 0x0E8B2F51;
     static_assert(inverse * 0x9E3779B1U == 1);
     expectAMap([](u32 number) { return ~number * inverse; });

@@ -15,7 +15,7 @@ namespace {
 using test::CapturedLog;
 using test::Lines;
 
-// The longest module name of all tests: the column never shrinks again in a process.
+// No test uses a longer module name: the column never becomes narrower in a process.
 const std::string longModule = "ModuleOf20Characters";
 
 class PrintingHandler final : public LogHandler {
@@ -27,7 +27,7 @@ public:
 
 PrintingHandler handler;
 
-/// What a fresh process says, and what then stands on standard error.
+/// Calls in a new process, and the standard error output that they give.
 struct Case {
     const char* name;
     void (*say)();
@@ -37,7 +37,7 @@ struct Case {
 class FreshLogDeathTest : public testing::TestWithParam<Case> {};
 
 TEST_P(FreshLogDeathTest, WritesExactly) {
-    GTEST_FLAG_SET(death_test_style, "threadsafe"); // runs in a process started anew
+    GTEST_FLAG_SET(death_test_style, "threadsafe"); // runs in a new process
     EXPECT_EXIT((GetParam().say(), std::_Exit(0)), testing::ExitedWithCode(0),
                 testing::Eq(GetParam().shown));
 }
@@ -116,7 +116,7 @@ TEST(Log, CutsAFormattedMessageAt1023CharactersAndNoOther) {
     }
 }
 
-TEST(Log, ShowsWhatAFailingFormatWroteUntilThen) {
+TEST(Log, ShowsWhatAFormatWroteBeforeItFailed) {
     CapturedLog log;
     Log::log(Log::Info, "abc", "%s", std::string(500, 'm').c_str());
     log.take();

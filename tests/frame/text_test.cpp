@@ -29,7 +29,7 @@ TEST(Text, WritesBytesWithTwoDigitsEach) {
     EXPECT_EQ(text::hexBytes("8D 0A 00 FF 10"_hex), "8D0A00FF10");
 }
 
-TEST(Text, WritesHexadecimalLikeTheStandardPrint) {
+TEST(Text, WritesHexadecimalLikePrintf) {
     for (const u32 value : {0U, 5U, 0xFU, 0x10U, 0xFFU, 0x100U, 0xABCDU, 0xFFFFFFU, 0xFFFFFFFFU}) {
         EXPECT_EQ(text::hex(value), printedHex(value));
     }
@@ -38,7 +38,7 @@ TEST(Text, WritesHexadecimalLikeTheStandardPrint) {
     }
 }
 
-TEST(Text, WritesEveryIdentityLikeTheStandardPrint) {
+TEST(Text, WritesEveryIdentityLikePrintf) {
     for (u32 identity = 0; identity < 4096; ++identity) {
         ASSERT_EQ(text::octal(identity), printedOctal(identity));
     }

@@ -1,4 +1,4 @@
-// The decoder beside its model on a long random sequence of replies.
+// Compares the decoder with its model on a long random sequence of replies.
 #include <ondrel/mode_s_decoder.h>
 
 #include "support/decoder_model.h"

@@ -19,7 +19,7 @@ std::string flightStatus(unsigned bits) {
     return names[bits];
 }
 
-/// Where a field stands.
+/// The width of a field and the positions at which it may stand.
 template <class FieldType, unsigned FieldBits, unsigned... Positions>
 struct Layout {
     using Field = FieldType;
@@ -48,7 +48,7 @@ struct InOrder {
 
 TYPED_TEST_SUITE(ModeSFieldLayout, Layouts, InOrder);
 
-TYPED_TEST(ModeSFieldLayout, DecodesAtItsPlacesAloneAndOnlyFromWholeFields) {
+TYPED_TEST(ModeSFieldLayout, DecodesOnlyAtItsPositionsAndOnlyWholeFields) {
     for (std::size_t size = 0; size <= 40; ++size) {
         for (unsigned pos = 0; pos <= 0xFF; ++pos) {
             typename TypeParam::Field field;
@@ -62,8 +62,8 @@ TYPED_TEST(ModeSFieldLayout, DecodesAtItsPlacesAloneAndOnlyFromWholeFields) {
     }
 }
 
-/// All but the M bit of an altitude and the X bit of an identity, which stand in the same place.
-TYPED_TEST(ModeSFieldLayout, ShowsEachOfItsBitsAndNoOther) {
+/// Except for the M bit of an altitude and the X bit of an identity, both at position 25.
+TYPED_TEST(ModeSFieldLayout, DescriptionChangesWithEachOfItsBitsAndNoOther) {
     for (const unsigned pos : TypeParam::positions) {
         for (unsigned bit = 0; bit < 112; ++bit) {
             typename TypeParam::Field field;
@@ -79,7 +79,7 @@ TYPED_TEST(ModeSFieldLayout, ShowsEachOfItsBitsAndNoOther) {
     }
 }
 
-TYPED_TEST(ModeSFieldLayout, KeepsItsStateForAShortFrameOnly) {
+TYPED_TEST(ModeSFieldLayout, AShortFrameLeavesItValidAndAWrongPositionDoesNot) {
     typename TypeParam::Field field;
     const auto pos = static_cast<u8>(*TypeParam::positions.begin());
     ASSERT_TRUE(field.decode(std::string(14, '\xFF'), pos));
@@ -112,7 +112,7 @@ TEST(ModeSField, NamesDesignators) {
     }
 }
 
-TEST(ModeSField, DescribesItselfByItsNamesInTheBase) {
+TEST(ModeSField, BaseDescriptionConsistsOfTheNames) {
     const ModeSMessageFieldPI field;
     EXPECT_EQ(field.designator(), ModeSMessageField::PI);
     EXPECT_EQ(field.name(), "PI");
@@ -127,7 +127,7 @@ Field decoded(const std::string& frame, u8 pos) {
     return field;
 }
 
-TEST(ModeSField, GivesItsValue) {
+TEST(ModeSField, GettersGiveTheDecodedValue) {
     for (unsigned i = 0; i < 8; ++i) {
         const std::string frame = test::head(31, i, 0xABCDEF);
         EXPECT_EQ(decoded<ModeSMessageFieldAF>(frame, 5).code(), i);
@@ -144,7 +144,7 @@ TEST(ModeSField, GivesItsValue) {
     EXPECT_EQ(decoded<ModeSMessageFieldMV>(frame, 32).data(), frame.substr(4));
 }
 
-TEST(ModeSField, KnowsNothingBeforeItsFirstDecode) {
+TEST(ModeSField, HasDefaultsBeforeItsFirstDecode) {
     EXPECT_EQ(ModeSMessageFieldFS().flightStatus(), ModeSMessageFieldFS::Unknown);
     EXPECT_EQ(ModeSMessageFieldVS().verticalStatus(), ModeSMessageFieldVS::Airborne);
     EXPECT_EQ(ModeSMessageFieldAA().icaoAddress(), 0U);
@@ -153,7 +153,7 @@ TEST(ModeSField, KnowsNothingBeforeItsFirstDecode) {
     EXPECT_EQ(ModeSMessageFieldPI().pos(), 0);
 }
 
-TEST(ModeSField, SaysInWhatAnAltitudeIsMeasured) {
+TEST(ModeSField, AnAltitudeHasAUnitAndAResolution) {
     const auto ac = decoded<ModeSMessageFieldAC>("FF FF 17 18"_hex, 19);
     EXPECT_EQ(ac.altitude(), 36000);
     EXPECT_EQ(ac.altitudeResolution(), Resolution25Ft);
@@ -165,11 +165,11 @@ TEST(ModeSField, SaysInWhatAnAltitudeIsMeasured) {
     EXPECT_EQ(decoded<ModeSMessageFieldID>("FF FF 0A AA"_hex, 19).identity(), 07700U);
 }
 
-TEST(ModeSField, OverlaysComeApartEitherWay) {
+TEST(ModeSField, OverlaysAreSplitByParityOrByIdentifier) {
     const std::string frame = "00 00 00 00 12 34 56"_hex;
     ModeSMessageFieldAP ap;
     ap.decode(frame, 32);
-    EXPECT_EQ(ap.parity() | ap.icaoAddress(), 0U) << "reading takes nothing apart";
+    EXPECT_EQ(ap.parity() | ap.icaoAddress(), 0U) << "decoding does not split";
     EXPECT_EQ(ap.setParity(0x0000FF), 0x1234A9U);
     EXPECT_EQ(ap.parity(), 0x0000FFU);
     EXPECT_EQ(ap.icaoAddress(), 0x1234A9U);

@@ -20,7 +20,7 @@ using test::operator""_hex;
 
 const std::string altitudeReply = "20 00 17 18 02 4E BD"_hex; // DF-4 of 4840D6, 36000 feet
 
-TEST(ModeSMessage, IsEmptyAndStampedWithTheWholeSecondAtFirst) {
+TEST(ModeSMessage, IsEmptyAndHasTheWholeSecondAsStampBeforeAnyDecode) {
     const test::MovableClock clock(1'234'567'890);
     for (const unsigned format : formats) {
         const auto message = makeMessage(format);
@@ -45,7 +45,7 @@ TEST(ModeSMessage, IsEmptyAndStampedWithTheWholeSecondAtFirst) {
     }
 }
 
-TEST(ModeSMessage, RefusesEveryShorterFrameAndKeepsItsBytes) {
+TEST(ModeSMessage, RefusesShorterFramesButStoresTheirBytes) {
     CapturedLog log;
     for (const unsigned format : formats) {
         for (std::size_t size = 0; size < makeMessage(format)->size(); ++size) {
@@ -62,7 +62,7 @@ TEST(ModeSMessage, RefusesEveryShorterFrameAndKeepsItsBytes) {
     EXPECT_EQ(log.take(), Lines{});
 }
 
-TEST(ModeSMessage, AFailedDecodeKeepsParityAddressAndFieldsOfTheOneBefore) {
+TEST(ModeSMessage, AFailedDecodeLeavesParityAddressAndFields) {
     DF4Message message;
     message.decode(altitudeReply);
     EXPECT_FALSE(message.decode("20 00"_hex));
@@ -73,7 +73,7 @@ TEST(ModeSMessage, AFailedDecodeKeepsParityAddressAndFieldsOfTheOneBefore) {
     EXPECT_EQ(message.description(), "FS: AIR; AC: 36000");
 }
 
-TEST(ModeSMessage, DecodesAgainAndLeavesWhatWasAttached) {
+TEST(ModeSMessage, DecodingAgainLeavesConfidenceStampAndAmplitude) {
     DF4Message message;
     message.setConfidence(ModeSMessage::Medium);
     message.setTimeSource(ModeSMessage::External);
@@ -90,7 +90,7 @@ TEST(ModeSMessage, DecodesAgainAndLeavesWhatWasAttached) {
     EXPECT_EQ(message.signalAmplitude(), 200);
 }
 
-TEST(ModeSMessage, DecodesItsOwnBytesAndThoseOfItsOwnField) {
+TEST(ModeSMessage, CanDecodeItsOwnBytesAndThoseOfItsField) {
     DF20Message message;
     EXPECT_TRUE(message.decode(test::surveillance(20, 0x4840D6)));
     EXPECT_TRUE(message.decode(message.data()));
@@ -99,7 +99,7 @@ TEST(ModeSMessage, DecodesItsOwnBytesAndThoseOfItsOwnField) {
     EXPECT_EQ(message.dataHexString(), "10203040506070");
 }
 
-TEST(ModeSMessage, CopiesAndMovesWithFieldsOfTheirOwn) {
+TEST(ModeSMessage, CopiesAndMovesHaveTheirOwnFields) {
     static_assert(!std::is_copy_assignable_v<DF17Message>);
     static_assert(std::is_nothrow_move_constructible_v<DF17Message>);
     DF17Message message;
@@ -114,7 +114,7 @@ TEST(ModeSMessage, CopiesAndMovesWithFieldsOfTheirOwn) {
     EXPECT_EQ(moved.fields().at(1), &moved.constFieldAA());
 }
 
-TEST(DFMessage, MapsCodesToFormatsAndEveryHighCodeToTheLast) {
+TEST(DFMessage, MapsCodesFrom24OnToTheLastFormat) {
     for (unsigned code = 0; code <= 0xFF; ++code) {
         EXPECT_EQ(DFMessage::downlinkFormatByCode(static_cast<u8>(code)),
                   static_cast<int>(std::min(code, 24U)));
@@ -131,13 +131,13 @@ TEST(DFMessage, RefusesTheFramesOfAllOtherFormats) {
             const auto message = makeMessage(format);
             EXPECT_FALSE(message->decode(test::head(code, 7, 0x1FFFFF).append(10, '\0')));
             EXPECT_EQ(log.take(), Lines{"[INFO    ][DFMessage] DF format mismatch."});
-            EXPECT_FALSE(message->fields().front()->valid()) << "no field is touched";
-            EXPECT_NE(message->calculatedParity(), 0U) << "the parity is";
+            EXPECT_FALSE(message->fields().front()->valid()) << "no field changes";
+            EXPECT_NE(message->calculatedParity(), 0U) << "the parity does";
         }
     }
 }
 
-/// A format of the application's own.
+/// A format that an application defines.
 class OddMessage final : public DFMessage {
 public:
     explicit OddMessage(DownlinkFormat format, u8 bits) : DFMessage(format), _bits(bits) {}
@@ -158,7 +158,7 @@ private:
     bool decodeImpl() override { return true; }
 };
 
-TEST(DFMessage, ServesFormatsOfAnyLength) {
+TEST(DFMessage, DerivedFormatsMayHaveAnyLength) {
     const std::string frame(40, '\xFF');
     for (unsigned bits = 0; bits <= 0xFF; ++bits) {
         OddMessage message(DFMessage::DF24, static_cast<u8>(bits));
@@ -178,7 +178,7 @@ TEST(DFMessage, ServesFormatsOfAnyLength) {
     EXPECT_EQ(OddMessage(DFMessage::DF24, 56).description(), "Mode-S DF-24 Message");
 }
 
-TEST(ModeSMessage, WithoutBitsHasNoParity) {
+TEST(ModeSMessage, AMessageWithoutBitsHasParity0) {
     UplinkMessage message;
     EXPECT_TRUE(message.decode(altitudeReply));
     EXPECT_EQ(message.calculatedParity(), 0U);

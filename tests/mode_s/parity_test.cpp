@@ -28,14 +28,14 @@ std::string randomBytes(std::mt19937& random, std::size_t size) {
     return bytes;
 }
 
-TEST(Parity, OfAKnownFrameIgnoresItsLast24Bits) {
+TEST(Parity, DoesNotDependOnTheLast24Bits) {
     const std::string frame = "8D 48 40 D6 20 2C C3 71 C3 2C E0"_hex;
     EXPECT_EQ(parity::sum(frame + "57 60 98"_hex, 112), 0x576098U);
     EXPECT_EQ(parity::sum(frame + "00 FF 55"_hex, 112), 0x576098U);
     EXPECT_EQ(parity::sum("00 00 00 FF 00 00 00"_hex, 24), 0U) << "bytes behind a shorter frame";
 }
 
-TEST(Parity, OfEachBitAloneIsItsTableEntry) {
+TEST(Parity, OfASingleBitIsThatOfPolynomialDivision) {
     for (const u8 frameBits : {parity::shortBits, parity::longBits}) {
         for (unsigned bit = 0; bit < frameBits; ++bit) {
             const std::string frame = inverted(std::string(frameBits / 8, '\0'), {bit});
@@ -47,7 +47,7 @@ TEST(Parity, OfEachBitAloneIsItsTableEntry) {
     EXPECT_EQ(parity::sum("00 00 00 01 00 00 00"_hex, 56), 0xFFF409U);
 }
 
-TEST(Parity, IsPlainDivisionForAnyBytes) {
+TEST(Parity, OfAnyBytesIsThatOfPolynomialDivision) {
     std::mt19937 random(1);
     for (int i = 0; i < 2000; ++i) {
         const u8 frameBits = i % 2 == 0 ? parity::shortBits : parity::longBits;
@@ -63,7 +63,7 @@ TEST(Parity, TakesMissingBytesAsZeroAndNoBitsAsNoParity) {
     EXPECT_EQ(parity::sum("FF FF FF FF FF FF FF"_hex, 0), 0U);
 }
 
-// Which bits explain a difference: every difference that one or two bits make, in both lengths
+// Repairs: every parity difference that one or two inverted bits make, in both frame lengths
 
 class ParityRepair : public testing::TestWithParam<unsigned> {
 protected:
@@ -114,8 +114,8 @@ TEST_P(ParityRepair, FindsTheLowestBitAndTheLowestPairForEveryDifference) {
 
 constexpr u8 untouched = 255;
 
-// Up to five bits are inverted, and what the searches above find is inverted again.
-TEST_P(ParityRepair, InvertsWhatExplainsTheDifferenceAndNothingElse) {
+// Inverts up to five bits. The repair must invert those that the searches above find.
+TEST_P(ParityRepair, InvertsTheBitsThatTheSearchFindsAndNoOthers) {
     std::mt19937 random(frameBits());
     unsigned beyondRepair = 0;
     for (unsigned i = 0; i < 2000; ++i) {

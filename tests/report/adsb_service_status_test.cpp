@@ -7,7 +7,7 @@
 namespace tolvarin::ondrel {
 namespace {
 
-TEST(ADSBServiceStatus, HoldsWhatItIsGiven) {
+TEST(ADSBServiceStatus, GettersGiveWhatWasSet) {
     ADSBServiceStatus status;
     EXPECT_EQ(status.sac() + status.sic(), 0);
     EXPECT_EQ(status.serviceId(), 1);

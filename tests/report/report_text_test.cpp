@@ -35,7 +35,7 @@ std::string shown(u64 time) {
     return page.substr(start, page.find('<', start) - start);
 }
 
-/// "2023-11-14T22:13:20.123Z" by the C library; milliseconds since 1970.
+/// "2023-11-14T22:13:20.123Z" by the C library, from milliseconds since 1970.
 std::string printedTime(u64 time) {
     const auto seconds = static_cast<std::time_t>(time / 1000);
     std::tm fields{};
@@ -78,7 +78,7 @@ TEST(ReportText, WritesAngles) {
     EXPECT_EQ(report.positionString(), "523000N0041500W");
 }
 
-// Every second, with the doubles around it, and angles in between.
+// Every second of arc, the double before it, and an angle behind it.
 TEST(ReportText, WritesAnglesToTheNearestSecond) {
     const auto check = [](double degrees) {
         const std::string text = longitude(degrees);
@@ -120,7 +120,8 @@ TEST(ReportText, WritesTimes) {
 
 TEST(ReportText, WritesTimesLikeTheCLibrary) {
     constexpr u64 day = 86400000;
-    for (u64 time = day - 1; time < 161000 * day; time += 17 * day) { // both ends of days, to 2410
+    for (u64 time = day - 1; time < 161000 * day;
+         time += 17 * day) { // first and last millisecond of days until 2410
         ASSERT_EQ(shown(time), printedTime(time));
         ASSERT_EQ(shown(time + 1), printedTime(time + 1));
     }

@@ -56,8 +56,8 @@ TEST(Course, PointsAtPlaces) {
     EXPECT_NEAR(Course({80, 0}, 0).turnTowards({80, 180}), 0, 1e-9);
 }
 
-// Places, speed and heading must tell the same story wherever the aircraft flies.
-TEST(Aircraft, WhatItSaysOfItselfAgrees) {
+// The way between two states must fit speed and heading, also at the poles and the date line.
+TEST(Aircraft, PlacesFitSpeedAndHeading) {
     const GeoPoint starts[] = {{50, 8.5}, {89.9, 0}, {-89.9, 77}, {0, 179.9}, {-0.1, -179.9}};
     for (const GeoPoint start : starts) {
         Aircraft aircraft = flying(start, 30, 460, 7);

@@ -11,7 +11,7 @@ using namespace tolvarin::ondrel::simulator;
 
 namespace {
 
-/// Encodes a place and decodes it against one a little off; it must come back within half a step.
+/// Encodes a place and decodes it with a reference nearby. The result lies within half a step.
 void expectRoundTrip(wire::Place place, bool odd, CprGrid grid) {
     const double circle = grid == CprGrid::Surface ? 90 : 360;
     const CprFrame frame = encodeCpr(place.latitude, place.longitude, odd, grid);
@@ -32,7 +32,7 @@ void expectAllRoundTrips(wire::Place place) {
     }
 }
 
-TEST(CprEncoder, BringsEdgesOfTheEarthBack) {
+TEST(CprEncoder, PlacesAtTheEdgesOfTheEarthDecodeToThemselves) {
     for (const double latitude : {-90.0, -89.99999, -87.1, -86.9, -45.0, -6.0, -1e-7, 0.0, 1e-7,
                                   6.0, 10.47, 10.48, 52.2572, 59.96, 86.53, 86.99, 88.0, 90.0}) {
         for (const double longitude :
@@ -42,8 +42,8 @@ TEST(CprEncoder, BringsEdgesOfTheEarthBack) {
     }
 }
 
-// Rounding may carry a place over an edge; sender and receiver must still count the same zones.
-TEST(CprEncoder, BringsZoneEdgesBack) {
+// Rounding may move a place over an edge. Sender and receiver must count the same zones even then.
+TEST(CprEncoder, PlacesAtZoneEdgesDecodeToThemselves) {
     for (int zones = 3; zones <= 59; ++zones) {
         for (double off = -2.5e-5; off < 2.6e-5; off += 1e-6) {
             expectAllRoundTrips({wire::zoneEdge(zones) + off, 151.3});

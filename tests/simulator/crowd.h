@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-/// One mixed crowd of emitters and what its replies are, for all tests that only look.
+/// The replies of many emitters of all kinds, made once for all tests, and the kind of a reply.
 namespace tolvarin::ondrel::simulator {
 
 inline std::vector<Reply> all(const TrafficOptions& options) {
@@ -48,7 +48,7 @@ inline std::string kindOf(const std::string& frame) {
            (subtyped ? "." + std::to_string(wire::field(frame, 37, 3)) : "");
 }
 
-/// What a reply counts as in the table of rates.
+/// The row of a reply in the table of rates.
 inline std::string rhythmOf(const Reply& reply) {
     const std::string kind = kindOf(reply.sent);
     if (kind == "DF11") {

@@ -11,7 +11,7 @@ using namespace tolvarin::ondrel::simulator;
 
 namespace {
 
-// Frames that aircraft sent and that the literature prints, with what it says they mean.
+// Received frames from literature, with the values that it gives.
 TEST(PayloadEncoder, BuildsPublishedFrames) {
     const CprFrame even = encodeCpr(52.2572, 3.91937, false, CprGrid::Airborne);
     const CprFrame odd = encodeCpr(52.26578, 3.938913, true, CprGrid::Airborne);
@@ -78,7 +78,7 @@ TEST(PayloadEncoder, VelocitiesRoundAndStayInRange) {
     EXPECT_EQ(wire::field(fast, 25, 10), 301U);
 }
 
-TEST(PayloadEncoder, CallsignsKeepTheirCharacterSet) {
+TEST(PayloadEncoder, CallsignsUseTheCharacterSet) {
     EXPECT_EQ(wire::bits(identification(1, 7, "AZ 09a?"), 0, 56), 0x0F05A830E40020U);
     EXPECT_EQ(identification(4, 3, "ABCDEFGHIJ"), identification(4, 3, "ABCDEFGH"));
     EXPECT_EQ(identificationRegister("KLM1023").substr(1),
@@ -93,7 +93,7 @@ TEST(PayloadEncoder, StatusMessagesFollowTheirVersion) {
     status.nacv = 5;
     status.acasOperational = true;
     EXPECT_EQ(wire::hex(operationalStatus(status)), "F8230000005A2A");
-    status.version = 1; // tells that there is no ACAS, and has no SIL supplement
+    status.version = 1; // has a bit for "no ACAS", and no SIL supplement
     EXPECT_EQ(wire::hex(operationalStatus(status)), "F8030000003A28");
     status.onGround = true;
     status.version = 2;

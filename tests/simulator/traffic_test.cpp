@@ -24,7 +24,7 @@ std::size_t inverted(const std::string& a, const std::string& b) {
     return count;
 }
 
-TEST(Traffic, ComesInOrderOfTimeAndEnds) {
+TEST(Traffic, IsInOrderOfTimeAndEnds) {
     const std::uint64_t start = TrafficOptions().startMs;
     std::uint64_t last = start;
     for (const Reply& reply : crowd()) {
@@ -103,7 +103,7 @@ TEST(Traffic, InterrogatorsAreValidAndDifferent) {
     EXPECT_EQ(identifiers.count(16), 0U) << "no SI code";
 }
 
-TEST(Traffic, DamageComesInItsShares) {
+TEST(Traffic, DamageHasTheSharesOfTheOptions) {
     TrafficOptions options;
     options.aircraft = 60;
     options.damage = {0.05, 0.04, 0.03, 0.02, 0.06};
@@ -134,7 +134,7 @@ TEST(Traffic, DamageComesInItsShares) {
     EXPECT_NEAR(heard / static_cast<double>(replies.size()), 0.25, 0.02);
 }
 
-TEST(Traffic, FleetKeepsToItsAreaAndShares) {
+TEST(Traffic, FleetHasTheAreaAndSharesOfTheOptions) {
     TrafficOptions options;
     options.aircraft = 2000;
     options.df18Share = 0.2;

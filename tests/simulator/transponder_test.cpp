@@ -15,8 +15,8 @@ using namespace tolvarin::ondrel::simulator;
 
 namespace {
 
-/// What the frames of a kind say about their sender: the place of a field and the truth behind it.
-/// A kind that starts with a slash stands for the type code in squitters of all formats.
+/// A field in the frames of a kind and the value that it must have. A kind that starts with a slash
+/// stands for the type code in squitters of all formats.
 struct Claim {
     const char* kind;
     std::size_t position;
@@ -66,8 +66,8 @@ void expectVelocity(const std::string& me, const AircraftState& truth) {
     EXPECT_EQ(64 * wire::signedValue(me, 36, 9), truth.verticalRateFtMin);
 }
 
-// What is on the wire is the truth at that moment, read back here by the standard's tables.
-TEST(Transponder, SentFramesTellTheTruth) {
+// Reads the fields back by the standards' tables.
+TEST(Transponder, FramesHaveTheValuesOfTheAircraft) {
     for (const Reply& reply : crowd()) {
         const std::string kind = kindOf(reply.sent);
         const std::string payload = kind.substr(std::min(kind.find('/'), kind.size()));

@@ -5,8 +5,7 @@
 #include <cstdint>
 #include <string>
 
-/// A plain reading side for the tests of the simulator: one bit at a time, by the standards'
-/// tables.
+/// A simple decoder for the tests of the simulator, by the standards' tables.
 namespace tolvarin::ondrel::simulator::wire {
 
 inline std::uint64_t bits(const std::string& bytes, std::size_t position, std::size_t width) {

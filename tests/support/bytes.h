@@ -75,7 +75,7 @@ inline std::string word(u32 value) {
     return bytes;
 }
 
-/// The first four bytes of any frame: format, the three bits behind it, and 24 bits more.
+/// The first four bytes of a frame: format, the next three bits, and 24 more bits.
 inline std::string head(unsigned format, unsigned status, u32 next24) {
     return word(format << 27 | status << 24 | next24);
 }

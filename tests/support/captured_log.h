@@ -1,5 +1,5 @@
 /// @file
-/// The log as tests see it.
+/// The log of a test.
 #pragma once
 
 #include <ondrel/log.h>
@@ -10,8 +10,8 @@
 
 namespace tolvarin::ondrel::test {
 
-/// Collects all log lines as long as it lives. The padding of the module column is taken out: it
-/// depends on what the process logged before.
+/// Collects all log lines until it is destroyed. Removes the padding of the module column, which
+/// depends on earlier lines of the process.
 class CapturedLog final : public LogHandler {
 public:
     explicit CapturedLog(Log::Level level = Log::Debug) {

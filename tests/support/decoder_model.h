@@ -21,7 +21,7 @@ inline char gradeOf(const ModeSMessage* message) {
     return message != nullptr ? "NLMH"[message->confidence()] : '-';
 }
 
-/// What a decoder makes of one reply.
+/// The result for one reply.
 struct Verdict {
     char grade = '-'; ///< as gradeOf()
     u32 address = 0;
@@ -29,7 +29,7 @@ struct Verdict {
     Lines lines;
 };
 
-/// The decoder once more.
+/// Keeps the rules of ModeSDecoder in the simplest form.
 class DecoderModel {
 public:
     Verdict decode(ModeSMessage::ModeSMsgType type, const std::string& data, std::int64_t time) {

@@ -1,5 +1,5 @@
 /// @file
-/// Messages of the ten classes.
+/// Makes messages of the ten formats.
 #pragma once
 
 #include <ondrel/df_messages.h>
@@ -40,7 +40,7 @@ inline std::unique_ptr<DFMessage> makeMessage(unsigned format) {
     }
 }
 
-/// A reply as a decoder would hand it on.
+/// A reply as a decoder returns it.
 inline std::unique_ptr<DFMessage> graded(const std::string& frame, u64 stamp,
                                          ModeSMessage::Confidence confidence = ModeSMessage::High) {
     auto message = makeMessage(static_cast<u8>(frame.at(0)) >> 3U);

@@ -1,5 +1,5 @@
 /// @file
-/// A system clock that stands still until a test moves it.
+/// A system clock that a test sets.
 #pragma once
 
 #include "clock.h"
@@ -9,7 +9,7 @@
 
 namespace tolvarin::ondrel::test {
 
-/// Replaces the system clock as long as it lives; there is one at a time.
+/// Replaces the system clock until it is destroyed. At most one may exist at a time.
 class MovableClock {
 public:
     explicit MovableClock(std::int64_t seconds = 1'700'000'000) {

@@ -13,7 +13,7 @@
 
 namespace tolvarin::ondrel::test {
 
-/// Collects what a record says otherwise than the model.
+/// Collects the data of a record that differ from the model.
 class Differences {
 public:
     explicit Differences(AircraftModel& craft) : _craft(&craft) {}
@@ -47,7 +47,7 @@ private:
     std::ostringstream _text;
 };
 
-/// A report under the names that a target has for the same data.
+/// A report with the names of a target's getters.
 struct ReportAsTarget : ADSBTargetReport {
     explicit ReportAsTarget(const ADSBTargetReport& report) : ADSBTargetReport(report) {}
 
@@ -60,7 +60,7 @@ struct ReportAsTarget : ADSBTargetReport {
     bool nicSupplementCValid() const { return nicSuppCValid(); }
 };
 
-/// Compares what a target and a report of it both have: the one list of an aircraft's data.
+/// Compares what target and report both have. The one list of an aircraft's data in the tests.
 template <class Record>
 void compareData(Differences& is, const Record& r) {
     is('-', "address", r.icaoAddr());
@@ -97,7 +97,7 @@ void compareData(Differences& is, const Record& r) {
     is('C', "sil", r.sil(), r.silLastUpdate(), r.silLastChange(), r.silValid());
 }
 
-/// What target and report say otherwise than the model; empty if nothing.
+/// Lists what differs from the model in a target and its report. Empty if nothing does.
 inline std::string differences(ADSBTarget target, const ADSBTargetReport& report,
                                AircraftModel& craft) {
     craft.data["onGround"] = craft.data["groundStatus"];

@@ -8,7 +8,7 @@
 namespace tolvarin::ondrel {
 namespace {
 
-TEST(ADSBTargetReport, KnowsByItsValuesWhatIsValid) {
+TEST(ADSBTargetReport, SettersOfValuesSetTheFlags) {
     ADSBTargetReport r;
     EXPECT_FALSE(r.valid() || r.trackIdValid() || r.mopsVersionConfirmed());
     r.setTrackId(1);

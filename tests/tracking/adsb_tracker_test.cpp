@@ -1,4 +1,4 @@
-// The table of aircraft: who enters it, who leaves it, and who shares it.
+// The table of aircraft, the altitude check, and pairs of position frames.
 #include <ondrel/adsb_tracker.h>
 
 #include "simulator/frame_encoder.h"
@@ -57,13 +57,13 @@ std::string textOf(const std::vector<ADSBTarget>& targets) {
     return out.str();
 }
 
-TEST_F(ADSBTrackerTest, IntroducesItsDecoderAndItself) {
+TEST_F(ADSBTrackerTest, WritesALineWhenMade) {
     const ADSBTracker made;
     EXPECT_EQ(log.take(), (Lines{"[INFO    ][ADSBDecoder] Initialized.",
                                  "[INFO    ][ADSBTracker] Initialized."}));
 }
 
-TEST_F(ADSBTrackerTest, LeavesAloneWhatItDoesNotTrack) {
+TEST_F(ADSBTrackerTest, IgnoresWhatItDoesNotTrack) {
     class Uplink final : public ModeSMessage {
     public:
         explicit Uplink(ModeSMsgType type) : ModeSMessage(type) {}
@@ -85,16 +85,18 @@ TEST_F(ADSBTrackerTest, LeavesAloneWhatItDoesNotTrack) {
     EXPECT_TRUE(tracker.allTargets().empty());
 }
 
-TEST_F(ADSBTrackerTest, ChecksAltitudesAtTheEdges) {
+TEST_F(ADSBTrackerTest, ChecksAltitudesWithinSecondsAndLimit) {
     const struct {
         int altitude;
         u64 stamp;
         bool accepted;
-    } steps[] = {
-        {10150, 103999, true},  {10175, 103999, false}, {9850, 103999, true}, {9825, 103999, false},
-        {20000, 104000, true},  {20000, 103999, false}, {20000, 99999, true}, // older passes
-        {-1000, 103999, false},
-    };
+    } steps[] =
+        {
+            {10150, 103999, true},  {10175, 103999, false}, {9850, 103999, true},
+            {9825, 103999, false},  {20000, 104000, true},  {20000, 103999, false},
+            {20000, 99999, true}, // earlier than the last one
+            {-1000, 103999, false},
+        };
     tracker.setAltituteBaroChecking(true, 4, 150);
     for (const auto& [altitude, stamp, accepted] : steps) {
         tracker.killTargets(~u64{0});
@@ -105,14 +107,14 @@ TEST_F(ADSBTrackerTest, ChecksAltitudesAtTheEdges) {
         EXPECT_EQ(target->lastUpdate(), stamp);
         EXPECT_EQ(target->statisticDfMsgCount(), 2U);
     }
-    tracker.reset(); // keeps the check
+    tracker.reset(); // does not change the check
     hear(5, 100000);
     EXPECT_EQ(hear(5, 100001, 20000)->altitudeBaro(), 10000);
     tracker.setAltituteBaroChecking(false, 4, 150);
     EXPECT_EQ(hear(5, 100001, 20000)->altitudeBaro(), 20000);
 }
 
-TEST_F(ADSBTrackerTest, SolvesPairsOfFramesThatAreNotFarApart) {
+TEST_F(ADSBTrackerTest, SolvesPairsOfFramesWithin10Seconds) {
     constexpr u64 turn = u64{1} << 32;
     const struct {
         u64 odd;
@@ -140,12 +142,12 @@ TEST_F(ADSBTrackerTest, SolvesPairsOfFramesThatAreNotFarApart) {
         5, 5, simulator::airbornePosition({11, 0, false, 36000, false, {93000, 51372}}));
     for (const auto& [odd, even, solved] : pairs) {
         tracker.reset();
-        EXPECT_FALSE(hear(oddFrame, odd)->positionValid()); // alone, whatever its stamp
+        EXPECT_FALSE(hear(oddFrame, odd)->positionValid()); // one frame is not enough
         const ADSBTarget& target = *hear(evenFrame, even);
         ASSERT_EQ(target.positionValid(), solved) << odd << " and " << even;
         if (solved) {
             EXPECT_EQ(target.positionLastUpdate(), std::max(odd, even));
-            // At equal stamps the odd frame is the newer, though it came first.
+            // With equal stamps the odd frame counts as the newer one.
             EXPECT_EQ(target.latitude(), even > odd ? 52.2572021484375 : 52.26578017412606);
             EXPECT_EQ(target.longitude(), even > odd ? 3.91937255859375 : 3.938912527901786);
         }
@@ -162,7 +164,7 @@ TEST_F(ADSBTrackerTest, NumbersNewAircraftInTurn) {
     hear(20, 2000);
     EXPECT_EQ(textOf(tracker.killTargets(1000)), "1:1e ");
     EXPECT_EQ(log.take(), Lines{"[DEBUG   ][ADSBTracker] Target #1 killed."});
-    EXPECT_EQ(hear(30)->trackId(), 4U); // and knows nothing of its former life
+    EXPECT_EQ(hear(30)->trackId(), 4U); // a new target
     EXPECT_EQ(tracker.allTargets().back().statisticDfMsgCount(), 1U);
     hearReport(10, 5); // numbers of reports are skipped
     hearReport(20, 6);
@@ -174,7 +176,7 @@ TEST_F(ADSBTrackerTest, NumbersNewAircraftInTurn) {
     EXPECT_EQ(hear(40)->trackId(), 2U);
 }
 
-TEST_F(ADSBTrackerTest, HoldsAsManyAircraftAsThereAreNumbers) {
+TEST_F(ADSBTrackerTest, Holds4095Aircraft) {
     fill(4095);
     EXPECT_EQ(hear(5), nullptr);
     EXPECT_EQ(hearReport(5, 1), nullptr);
@@ -184,7 +186,7 @@ TEST_F(ADSBTrackerTest, HoldsAsManyAircraftAsThereAreNumbers) {
     EXPECT_EQ(log.take(), Lines{});
 
     EXPECT_EQ(textOf(tracker.killTargets(4)), "1:1001 3:1003 4:1004 ");
-    EXPECT_EQ(hear(5)->trackId(), 1U); // the lowest free one, as the search wraps
+    EXPECT_EQ(hear(5)->trackId(), 1U); // the search starts again at 1
     EXPECT_EQ(hear(6)->trackId(), 3U);
     EXPECT_EQ(hear(0x1001)->trackId(), 4U);
     EXPECT_EQ(hear(7), nullptr);
@@ -211,7 +213,7 @@ TEST_F(ADSBTrackerTest, ListsTargetsByTheirLastUpdate) {
     EXPECT_EQ(before[1].lastUpdate(), 300U);
 }
 
-TEST_F(ADSBTrackerTest, DecodesPayloadsAsItWouldItself) {
+TEST_F(ADSBTrackerTest, DecodesPayloadsByTheVersionOfTheAircraft) {
     simulator::OperationalStatus status;
     hear(simulator::df17(1, 5, simulator::operationalStatus(status)));
     const std::string position = simulator::airbornePosition({});

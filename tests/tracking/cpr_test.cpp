@@ -14,7 +14,7 @@ using cpr::solve;
 
 using Solution = std::optional<cpr::Position>;
 
-/// A pair of frames and the position if the even one, and if the odd one, is the newer.
+/// A pair of frames, the position with the even frame as the newer one, and with the odd one.
 struct Example {
     const char* what;
     Frame even;
@@ -32,16 +32,16 @@ const Example examples[] = {
     {"one zone", {87381, 3641}, {55342, 3641},
      {{87.99998474121094, 10.00030517578125}}, {{88.00002275887182, 10.00030517578125}}},
     {"across a zone edge", {97440, 107406}, {94062, 103765}, {}, {}},
-    {"nowhere", {0, 0}, {0, 0}, {{0, 0}}, {{0, 0}}},
+    {"all zeros", {0, 0}, {0, 0}, {{0, 0}}, {{0, 0}}},
     {"largest values", {131071, 131071}, {131071, 131071},
      {{-4.57763671875e-05, -4.655223784766349e-05}},
      {{-4.655223784766349e-05, -4.735486260187827e-05}}},
-    // Frames of different places give a latitude beyond the pole, which nothing folds below 270.
+    // Frames of different places may give a latitude beyond the pole. From 270 on it is south.
     {"beyond the pole", {44431, 0}, {0, 0}, {{122.03388977050781, 0}}, {{122.03389830508473, 0}}},
     {"below the fold", {131071, 0}, {32767, 0}, {{269.9999542236328, 0}}, {{269.99995344776215, 0}}},
     {"row -15, on the fold", {0, 0}, {32768, 0}, {{-90, 0}}, {{-90, 0}}},
     {"on the date line", {0, 65536}, {0, 0}, {{0, 180}}, {{0, 180}}},
-    {"behind it", {0, 65537}, {0, 0}, {{0, -179.99995344776218}}, {{0, 180}}},
+    {"behind the date line", {0, 65537}, {0, 0}, {{0, -179.99995344776218}}, {{0, 180}}},
     {"column -29", {0, 0}, {0, 65536}, {{0, -176.9491525423729}}, {{0, -176.89655172413794}}},
 };
 // clang-format on

@@ -8,8 +8,8 @@
 namespace tolvarin::ondrel {
 namespace {
 
-// A position integrity category stands for a radius of containment, to which the other scales give
-// categories of their own. Type codes choose it: by themselves, or with the NIC supplements.
+// A position integrity category (PIC) stands for a radius of containment. NIC and NUCp have
+// categories for the same radii. The type code chooses the PIC, some type codes with supplements.
 
 const std::vector<int> picOfVersion0 = {0,  0, 0, 0, 0, 14, 13, 11, 0,  14, 13, 11,
                                         10, 8, 6, 5, 2, 1,  0,  0,  14, 13, 0};

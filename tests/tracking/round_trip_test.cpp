@@ -1,4 +1,4 @@
-// Simulated traffic through decoder and tracker: what was sent must stand in the table.
+// Simulated traffic through decoder and tracker: targets must have the values that were sent.
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/mode_s_decoder.h>
 
@@ -28,7 +28,7 @@ using simulator::TrafficOptions;
 using test::CapturedLog;
 using test::MovableClock;
 
-/// Decoder and tracker as an application puts them together.
+/// Decoder and tracker, connected as in an application.
 class Receiver {
 public:
     Receiver() { _log.take(); }
@@ -42,7 +42,7 @@ public:
         return _tracker.procModeSMsg(message.get());
     }
 
-    /// Whether the last reply was a squitter that only became one by a repair.
+    /// Whether the last reply was a squitter that needed a repair.
     bool repaired() const {
         return std::any_of(_decoderLines.begin(), _decoderLines.end(), [](const auto& line) {
             return line.find("[ModeSDecoder] Fix ") != std::string::npos &&
@@ -68,7 +68,7 @@ public:
             const unsigned format = static_cast<u8>(reply->sent.at(0)) >> 3U;
             const ADSBTarget* target = _receiver.hear(*reply);
             if (target == nullptr) {
-                // An all-call reply, or one of an aircraft that has not squittered yet.
+                // An all-call reply, or one of an aircraft that has not sent a squitter yet.
                 ASSERT_TRUE(format != 17) << "from aircraft " << reply->aircraft;
                 continue;
             }
@@ -136,7 +136,7 @@ private:
         ++seen[truth.supersonic ? "supersonic" : "velocity"];
     }
 
-    /// Within half a step of the grid, and a little for the sender's rounding.
+    /// Within half a step of the grid, plus the sender's rounding.
     void checkPosition(const ADSBTarget& target, const AircraftState& truth, bool odd) {
         constexpr double halfStep = 0.5000005 / 131072;
         const int rows = odd ? 59 : 60;
@@ -166,7 +166,7 @@ private:
     }
 };
 
-TEST(RoundTrip, BringsBackWhatWasSentAllOverTheEarth) {
+TEST(RoundTrip, TargetsHaveTheValuesSentAllOverTheEarth) {
     TrafficOptions options;
     options.worldwide = true;
     options.aircraft = 150;
@@ -196,8 +196,8 @@ TEST(RoundTrip, BringsBackWhatWasSentAllOverTheEarth) {
     }
 }
 
-// A repair that finds the wrong bits brings an aircraft into being that nobody flew.
-TEST(RoundTrip, TakesNobodyInWhoDoesNotFlyButByRepairs) {
+// A repair that finds the wrong bits makes an aircraft that does not exist.
+TEST(RoundTrip, OnlyWrongRepairsMakeAircraftThatDoNotExist) {
     TrafficOptions options;
     options.aircraft = 150;
     options.seconds = 200;
@@ -206,7 +206,7 @@ TEST(RoundTrip, TakesNobodyInWhoDoesNotFlyButByRepairs) {
     Receiver receiver;
     simulator::Traffic traffic(options);
     std::set<u32> senders;
-    std::map<u32, bool> repaired; // of everyone in the table: whether by a repair
+    std::map<u32, bool> repaired; // of each aircraft in the table: whether a repair made it
     int replies = 0;
     while (const auto reply = traffic.next()) {
         ++replies;
@@ -226,7 +226,7 @@ TEST(RoundTrip, TakesNobodyInWhoDoesNotFlyButByRepairs) {
     }
     RecordProperty("replies", replies);
     RecordProperty("phantoms", phantoms);
-    EXPECT_GT(phantoms, 0); // else this would show nothing
+    EXPECT_GT(phantoms, 0); // else the test would show nothing
     EXPECT_LT(phantoms, replies / 1000);
 }
 

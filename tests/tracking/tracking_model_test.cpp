@@ -1,5 +1,5 @@
-// The tracker beside its model: after every step of a long random sequence of replies, reports and
-// calls, targets, reports and log lines are those of the model, to the last bit.
+// Compares the tracker with its model after every step of a long random sequence of replies,
+// reports and calls: targets, their reports and log lines, to the last bit.
 #include <ondrel/adsb_tracker.h>
 
 #include "simulator/random.h"
@@ -87,7 +87,7 @@ private:
 
     u32 any() { return static_cast<u32>(_random.bits()); }
 
-    /// Mostly a little later than the last one; sometimes another era, or far or near beside it.
+    /// Mostly a little later than the last one. Sometimes in another era, or a shift away from it.
     u64 stamp() {
         static constexpr std::array<u64, 7> eras = {
             0, 1, 0x7FFFE000, 0xFFFFE000, 0x17FFFE000, 1700000000000, ~u64{0} - 5000};
@@ -114,7 +114,7 @@ private:
         me += test::word(any()).substr(1);
         me[0] = static_cast<char>(code << 3 | (code < 19 ? any() % 8 : any() % 4));
         if (_random.chance(0.6) && code != 31) {
-            me.replace(1, 2, "\xC3\x80"); // the same altitude or callsign from all of them
+            me.replace(1, 2, "\xC3\x80"); // the altitude or callsign that all aircraft send
         }
         return me;
     }
