@@ -144,15 +144,9 @@ TEST(ModeSDecoderThreads, DecodersInDifferentThreadsAreIndependent) {
         return addresses;
     };
     const std::string expected = run();
-    std::vector<std::string> results(4);
-    std::vector<std::thread> threads;
-    for (std::string& result : results) {
-        threads.emplace_back([&result, &run] { result = run(); });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(results, std::vector<std::string>(4, expected));
+    std::vector<std::string> results(threadCount);
+    inThreads([&](unsigned thread) { results[thread] = run(); });
+    EXPECT_EQ(results, std::vector<std::string>(threadCount, expected));
     Log::setLogHandler(nullptr);
 }
 

@@ -217,6 +217,18 @@ TEST(ADSBPayloadValues, EmergenciesAndSquawksAreThoseSent) {
     }
 }
 
+TEST(ADSBPayloadValues, SubtypesHaveNamesEvenIfTheyAreRefused) {
+    const test::CapturedLog log;
+    const auto nameIn = [](ADSBMessage&& message, const std::string& firstByte) {
+        message.decode(firstByte + std::string(6, '\0'));
+        return message.fields().at(2).description();
+    };
+    EXPECT_EQ(nameIn(ADSBAirborneVelocityMessageV1(), "\x9B"), "AIR_SPEED");
+    EXPECT_EQ(nameIn(ADSBAirborneVelocityMessageV1(), "\x9C"), "AIR_SPEED_SUPER_SONIC");
+    EXPECT_EQ(nameIn(ADSBAircraftStatusMessageV2(), "\xE0"), "NO_INFO");
+    EXPECT_EQ(nameIn(ADSBAircraftStatusMessageV2(), "\xE2"), "TCAS_RA");
+}
+
 TEST(ADSBPayloadValues, VersionNumbersAndTestDataAreThoseSent) {
     for (const unsigned version : {1U, 2U}) {
         for (const bool supplement : {false, true}) {

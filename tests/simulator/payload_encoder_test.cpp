@@ -79,7 +79,7 @@ TEST(PayloadEncoder, VelocitiesRoundAndStayInRange) {
 }
 
 TEST(PayloadEncoder, CallsignsUseTheCharacterSet) {
-    EXPECT_EQ(wire::bits(identification(1, 7, "AZ 09a?"), 0, 56), 0x0F05A830E40020U);
+    EXPECT_EQ(wire::bitsOf(identification(1, 7, "AZ 09a?"), 0, 56), 0x0F05A830E40020U);
     EXPECT_EQ(identification(4, 3, "ABCDEFGHIJ"), identification(4, 3, "ABCDEFGH"));
     EXPECT_EQ(identificationRegister("KLM1023").substr(1),
               identification(4, 0, "KLM1023").substr(1));

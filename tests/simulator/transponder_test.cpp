@@ -19,8 +19,8 @@ namespace {
 /// stands for the type code in squitters of all formats.
 struct Claim {
     const char* kind;
-    std::size_t position;
-    std::size_t width;
+    unsigned position;
+    unsigned width;
     unsigned (*truth)(const AircraftState&);
 };
 const Claim claims[] = {
@@ -95,7 +95,7 @@ TEST(Transponder, FramesHaveTheValuesOfTheAircraft) {
 TEST(Transponder, FramesCarryTheirAddress) {
     for (const Reply& reply : crowd()) {
         const std::string kind = kindOf(reply.sent);
-        const std::size_t end = 8 * reply.sent.size() - 24;
+        const unsigned end = static_cast<unsigned>(8 * reply.sent.size()) - 24;
         const unsigned overlay = wire::field(reply.sent, end, 24) ^ parity(reply.sent);
         const bool squitter = kind.find('/') != std::string::npos;
         if (squitter || kind == "DF11") {

@@ -1,30 +1,23 @@
 #pragma once
 
+#include "support/bytes.h"
+
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
 /// A simple decoder for the tests of the simulator, by the standards' tables.
 namespace tolvarin::ondrel::simulator::wire {
 
-inline std::uint64_t bits(const std::string& bytes, std::size_t position, std::size_t width) {
-    std::uint64_t value = 0;
-    for (std::size_t i = position; i < position + width; ++i) {
-        const unsigned byte = static_cast<unsigned char>(bytes.at(i / 8));
-        value = value << 1U | ((byte >> (7 - i % 8)) & 1U);
-    }
-    return value;
-}
+using test::bitsOf;
 
-inline unsigned field(const std::string& bytes, std::size_t position, std::size_t width) {
-    return static_cast<unsigned>(bits(bytes, position, width));
+inline unsigned field(const std::string& bytes, unsigned position, unsigned width) {
+    return static_cast<unsigned>(bitsOf(bytes, position, width));
 }
 
 inline std::string hex(const std::string& bytes) {
     std::string text;
-    for (std::size_t i = 0; i < 2 * bytes.size(); ++i) {
-        text += "0123456789ABCDEF"[bits(bytes, 4 * i, 4)];
+    for (unsigned i = 0; i < 2 * bytes.size(); ++i) {
+        text += "0123456789ABCDEF"[bitsOf(bytes, 4 * i, 4)];
     }
     return text;
 }
@@ -34,7 +27,7 @@ inline std::string me(const std::string& frame) {
 }
 
 /// The value of a sign bit and a magnitude of which code 1 is zero.
-inline int signedValue(const std::string& bytes, std::size_t position, std::size_t width) {
+inline int signedValue(const std::string& bytes, unsigned position, unsigned width) {
     const int magnitude = static_cast<int>(field(bytes, position + 1, width)) - 1;
     return field(bytes, position, 1) != 0 ? -magnitude : magnitude;
 }

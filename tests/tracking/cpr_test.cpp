@@ -1,5 +1,7 @@
 #include "cpr.h"
 
+#include "simulator/wire.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -61,12 +63,9 @@ TEST(Cpr, SolvesExamplesToTheLastBit) {
     }
 }
 
-/// The latitude below which there are `zones` zones, to eight decimals as it is published
-/// (RTCA DO-260B, A.1.7.2.d).
+/// The latitude below which there are `zones` zones, to eight decimals as published.
 double edgeOf(int zones) {
-    const double pi = std::acos(-1.0);
-    const double part = (1 - std::cos(pi / 30)) / (1 - std::cos(2 * pi / zones));
-    return std::round(std::acos(std::sqrt(part)) * 180 / pi * 1e8) / 1e8;
+    return std::round(simulator::wire::zoneEdge(zones) * 1e8) / 1e8;
 }
 
 TEST(Cpr, CountsZonesByTheirFormula) {
