@@ -51,28 +51,27 @@ private:
 
     std::string draw() {
         const u32 interrogators[] = {0, 0, 3, 3, 3, 17, 79, 80, 127, 0x388BE1};
-        const unsigned surveillance[] = {0, 4, 5, 16, 20, 21};
-        const unsigned kind = below(20);
-        if (kind < 11) {
-            const u32 sender = address();
+        const unsigned formats[] = {11, 11, 11, 11, 11, 11, 11, 11, 11, 11,   noise,
+                                    0,  4,  5,  16, 20, 21, 17, 18, 19, noise};
+        const unsigned format = oneOf(formats);
+        const u32 sender = address();
+        if (format == 11) {
             return test::allCall(sender, oneOf(interrogators));
         }
-        if (kind < 16) {
-            const unsigned format = oneOf(surveillance);
-            const u32 sender = address();
-            return test::surveillance(format, sender, below(1U << 13));
-        }
-        if (kind < 18) {
-            const unsigned format = 17 + below(3);
-            const u32 sender = address();
+        if (format >= 17 && format <= 19) {
             return test::squitter(sender, format, below(3) == 0 ? below(8) : 0);
         }
-        std::string noise(below(30), '\0');
-        for (char& byte : noise) {
+        if (format != noise) {
+            return test::surveillance(format, sender, below(1U << 13));
+        }
+        std::string bytes(below(30), '\0');
+        for (char& byte : bytes) {
             byte = static_cast<char>(below(256));
         }
-        return noise;
+        return bytes;
     }
+
+    static constexpr unsigned noise = 99;
 
     std::mt19937 _random;
 };
