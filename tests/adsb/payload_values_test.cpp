@@ -25,6 +25,7 @@ namespace tolvarin::ondrel {
 namespace {
 
 using simulator::CprFrame;
+using test::with;
 using Status = ADSBAircraftStatusMessage;
 using test::operator""_hex;
 
@@ -61,12 +62,8 @@ TEST(ADSBPayloadValues, ACallsignHasEightCharactersOfTheCharacterSet) {
         const bool asInAscii = code == 32 || (code >= 48 && code <= 57);
         const char character = static_cast<char>(letter ? 'A' + code - 1 : asInAscii ? code : '?');
         for (unsigned place = 0; place < 8; ++place) {
-            std::string payload = simulator::identification(1 + code % 4, code % 8, "        ");
-            for (unsigned bit = 0; bit < 6; ++bit) {
-                if (((code ^ ' ') & 32 >> bit) != 0) {
-                    payload = test::inverted(payload, {8 + 6 * place + bit});
-                }
-            }
+            const std::string blanks = simulator::identification(1 + code % 4, code % 8, "");
+            const std::string payload = with(blanks, 8 + 6 * place, 6, code);
             const auto message = decoded<ADSBIdentityMessage>(payload);
             std::string callsign(8, ' ');
             callsign.at(place) = character;
@@ -92,8 +89,8 @@ TEST(ADSBPayloadValues, EveryMovementCodeHasItsSpeed) {
     test::CapturedLog log;
     for (const auto& [first, last, firstSpeed, step] : ranges) {
         for (unsigned code = first; code <= last; ++code) {
-            const auto message =
-                decoded<ADSBSurfacePositionMessage>(test::head(5, code >> 4, code << 20) + "   ");
+            const auto message = decoded<ADSBSurfacePositionMessage>(
+                with(simulator::surfacePosition({}), 5, 7, code));
             const double speed = firstSpeed + (code - first) * step;
             EXPECT_EQ(message.movementCode(), code);
             EXPECT_EQ(message.movement(), code >= 1 && code <= 124);
@@ -123,8 +120,8 @@ TEST(ADSBPayloadValues, SurfacePositionsAreThoseSent) {
         const auto timed = decoded<ADSBSurfacePositionMessage>(test::inverted(payload, {20}));
         EXPECT_TRUE(timed.timeApplicability());
     }
-    const std::string unused = test::inverted(simulator::surfacePosition({}), {12, 13});
-    EXPECT_EQ(decoded<ADSBSurfacePositionMessage>(unused).heading(), 0) << "status bit 0";
+    const std::string unknown = with(simulator::surfacePosition({}), 12, 8, 0x7F);
+    EXPECT_EQ(decoded<ADSBSurfacePositionMessage>(unknown).heading(), 0) << "status bit 0";
 }
 
 TEST(ADSBPayloadValues, AirbornePositionsAreThoseSent) {
@@ -177,9 +174,10 @@ TEST(ADSBPayloadValues, GroundSpeedsAndHeadingsAreThoseOfBothComponents) {
             check(other, one);
         }
     }
-    for (const char* unknown : {"\x99\x04\x00\x00\x48\x00", "\x99\x04\x02\x00\x08\x00"}) {
-        const auto message = decoded<ADSBAirborneVelocityMessageV1>(std::string(unknown, 6) + '\0');
-        EXPECT_EQ(message.groundSpeed() + message.heading(), 0) << "a component of code 0";
+    for (const unsigned component : {14U, 25U}) {
+        const auto message = decoded<ADSBAirborneVelocityMessageV1>(
+            with(simulator::groundVelocity({}, -3, 4, false), component, 10, 0));
+        EXPECT_EQ(message.groundSpeed() + message.heading(), 0) << "not available";
     }
 }
 
@@ -195,9 +193,9 @@ TEST(ADSBPayloadValues, VerticalRatesAreThoseSent) {
         EXPECT_EQ(message.nucr(), accuracy);
         EXPECT_EQ(decoded<ADSBAirborneVelocityMessageV2>(payload).verticalRate(), rate);
     }
-    for (const std::string& unknown : {"99 00 00 00 08 00 00"_hex, "99 00 00 00 00 00 00"_hex}) {
-        EXPECT_EQ(decoded<ADSBAirborneVelocityMessageV1>(unknown).verticalRate(), 0);
-    }
+    const std::string down =
+        simulator::groundVelocity({false, false, 0, false, -640, {}}, 1, 1, false);
+    EXPECT_EQ(decoded<ADSBAirborneVelocityMessageV1>(with(down, 37, 9, 0)).verticalRate(), 0);
 }
 
 TEST(ADSBPayloadValues, EmergenciesAndSquawksAreThoseSent) {

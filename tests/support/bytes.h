@@ -53,6 +53,16 @@ inline std::string inverted(std::string frame, const std::vector<unsigned>& posi
     return frame;
 }
 
+/// The bytes with `value` in `width` bits from `position` on.
+inline std::string with(std::string bytes, unsigned position, unsigned width, u32 value) {
+    for (unsigned i = 0; i < width; ++i) {
+        if (bitOf(bytes, position + i) != ((value >> (width - 1 - i) & 1U) != 0)) {
+            bytes = inverted(bytes, {position + i});
+        }
+    }
+    return bytes;
+}
+
 /// The parity of a frame: its polynomial, with the last 24 bits as 0, modulo 0x1FFF409.
 inline u32 plainParity(const std::string& frame, unsigned frameBits) {
     u32 remainder = 0;
