@@ -243,6 +243,7 @@ TEST(ADSBPayloadValues, VersionNumbersAndTestDataAreThoseSent) {
     const test::CapturedLog log;
     const auto later = decoded<ADSBAircraftOperationalStatusMessage>("F8 00 00 00 00 E0 00"_hex);
     EXPECT_EQ(later.versionNumber(), 7);
+    EXPECT_EQ(valueOf(later, ADSBMessageField::VER_NUM), "7");
     EXPECT_EQ(later.version(), MOPSVersionUnknown);
     for (unsigned subtype = 0; subtype < 8; ++subtype) {
         const auto message =
@@ -287,6 +288,8 @@ TEST(ADSBPayloadValues, StayWhereTheNextPayloadDoesNotReplaceThem) {
               "TC=AIR_VEL, ST=AS_SS, VR=0 refused 3");
     EXPECT_EQ(afterBoth<ADSBAirborneVelocityMessageV1>(velocity, "9D 04 02 00 48 00 00"_hex),
               "TC=AIR_VEL, ST=GS, GS=5, HDG=36.8699, VR=0 refused 2");
+    EXPECT_EQ(afterBoth<ADSBAirborneVelocityMessageV1>(velocity, with(velocity, 14, 10, 0)),
+              "TC=AIR_VEL, ST=GS, GS=0, HDG=0, VR=0 valid 10");
     const std::string hijack = simulator::emergencyStatus(5, 07500);
     const std::string noInformation = "E0 40 00 00 00 00 00"_hex;
     const std::string unknown = "E3 40 00 00 00 00 00"_hex;

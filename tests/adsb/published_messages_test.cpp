@@ -131,10 +131,10 @@ TEST(ADSBPublishedMessages, HaveTheDescriptionsAndLogLinesOfTheirBoundaryValues)
         {"F8 00 00 00 00 20"_hex, 0, "TC=OP_STAT, VN=1, NICsa=0", {}},
         {"FF 00 00 00 00 5F"_hex, 2, "TC=OP_STAT, VN=2, NICsa=1", {}},
         {"F8 00 00 00 00 10"_hex, 2, "", {"[CRITICAL][ADSBOpStatMsg] MOPS Version 0 detected."}},
-        {"F8 00 00 00 00 60"_hex,
+        {"F8 00 00 00 00 E0"_hex,
          2,
-         "TC=OP_STAT, VN=3, NICsa=0",
-         {"[CRITICAL][ADSBOpStatMsg] Unsupported MOPS Version 3 detected."}},
+         "TC=OP_STAT, VN=7, NICsa=0",
+         {"[CRITICAL][ADSBOpStatMsg] Unsupported MOPS Version 7 detected."}},
     };
     const ADSBDecoder decoder;
     test::CapturedLog log;
