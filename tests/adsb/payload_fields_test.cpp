@@ -93,15 +93,15 @@ const Row rows[] = {
 TEST(ADSBPayloadFields, AreThoseOfTheClassThatTypeAndVersionChoose) {
     for (const Row& row : rows) {
         for (const int version : {0, 1, 2, 3, 4, -1}) {
-            const bool hasClasses = version >= 0 && version <= 2;
+            const bool isKnownVersion = version >= 0 && version <= 2;
             const Message message = decoded(version, row.payload);
-            if (row.versions.find("0123"[hasClasses ? version : 3]) != std::string::npos) {
+            if (row.versions.find("0123"[isKnownVersion ? version : 3]) != std::string::npos) {
                 ASSERT_NE(message, nullptr) << row.fields;
                 const ADSBMessage& given = *message;
                 EXPECT_EQ(typeid(given), row.type) << row.fields;
                 EXPECT_EQ(listed(given), row.fields);
             } else {
-                EXPECT_TRUE(hasClasses || message == nullptr) << row.fields << version;
+                EXPECT_TRUE(isKnownVersion || message == nullptr) << row.fields << version;
             }
         }
     }
