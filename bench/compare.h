@@ -2,7 +2,7 @@
 /// Measures work and a floor in turns.
 ///
 /// A time alone says little: it depends on the machine and on what else runs. So each benchmark has
-/// a floor, which does only what nobody can leave out. Work and floor take turns, so that both see
+/// a floor, which does only the necessary work. Work and floor take turns, so that both see
 /// the same load of the machine. Reported are
 ///
 ///   work_ns    of the work, for one item

@@ -27,7 +27,7 @@ unsigned identityField(unsigned squawk);
 /// What the air-air surveillance replies DF0 and DF16 have in addition to the address.
 struct AirAirFields {
     bool onGround = false;
-    bool crosslink = false;        ///< CC; sent in DF0 alone
+    bool crosslink = false;        ///< CC; sent only in DF0
     unsigned sensitivityLevel = 0; ///< SL, 0 to 7
     unsigned replyInformation = 0; ///< RI, 0 to 15
     int altitudeFt = 0;            ///< as altitudeField()

@@ -8,7 +8,8 @@
 #include <array>
 #include <string>
 
-/// The tables of counts that end a run. They have several lines, the last one without its end.
+/// The tables of counts that are printed at the end of a run: several lines, the last one without
+/// its end.
 namespace tolvarin::ondrel::client {
 
 /// Counts what a run has decoded.

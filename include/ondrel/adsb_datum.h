@@ -1,5 +1,6 @@
 /// @file
-/// How targets and reports store what is known of an aircraft.
+/// How targets and reports store what is known of an aircraft. Applications use the getters of
+/// ADSBTarget and ADSBTargetReport.
 #pragma once
 
 #include <ondrel/types.h>

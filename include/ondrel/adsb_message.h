@@ -36,8 +36,8 @@ public:
         HDG = 15,                ///< heading in degrees clockwise from north
         SAF = 16,                ///< single antenna flag
         NIC_SUPP_B = 17,         ///< NIC supplement B
-        ALT_SRC = 18,            ///< altitude source, told by the type code
-        ALT_RES = 19,            ///< altitude step in feet, told by the Q bit
+        ALT_SRC = 18,            ///< altitude source, by the type code
+        ALT_RES = 19,            ///< altitude step in feet, by the Q bit
         ALT = 20,                ///< altitude in feet
         T = 21,                  ///< time bit: 1 if the position is synchronised with UTC
         CPR_FMT = 22,            ///< even or odd zone grid of the position
@@ -158,7 +158,7 @@ public:
     bool decode(const void* data, u64 size);
 
     /// A new field list, in the order of positions; fields of one position stand in the order in
-    /// which the message added them. Empty before a decode. Each call makes the texts anew.
+    /// which the message added them. Empty before a decode. Each call makes the texts again.
     virtual std::vector<ADSBMessageField> fields() const;
 
     /// The message as one line of text, in a form of its class.

@@ -16,7 +16,7 @@ namespace tolvarin::ondrel {
 
 /// The record of one aircraft, kept by ADSBTracker and handed out as a copy. Nearly every datum
 /// stands with its last update, when it was last received, and many with their last change, when it
-/// last took a new value. Times are milliseconds since 1970-01-01 UTC as messages bear them; 0
+/// last took a new value. Times are milliseconds since 1970-01-01 UTC as messages have them; 0
 /// means never. A datum once received stays valid however old it grows: compare its last update
 /// with your own time. A datum that was never received is 0, false or empty.
 ///
@@ -187,7 +187,7 @@ public:
     u64 mopsVersionLastChange() const { return _mopsVersion.lastChange; }
     ///@}
 
-    /// Navigation uncertainty category of the position (RTCA DO-260), 0 to 9, best 9; told by the
+    /// Navigation uncertainty category of the position (RTCA DO-260), 0 to 9, best 9; given by the
     /// type code.
     u8 nucp() const { return _nucp.value; }
     /// When it was last received and last changed (milliseconds, 0: never); valid once received. A
@@ -208,7 +208,7 @@ public:
     bool nucrValid() const { return _mopsVersion.value == MOPSVersion0 && _nucr.lastUpdate > 0; }
     ///@}
 
-    /// Navigation integrity category (RTCA DO-260B), 0 to 11, best 11; told by the type code and
+    /// Navigation integrity category (RTCA DO-260B), 0 to 11, best 11; given by the type code and
     /// the supplements.
     u8 nic() const { return _nic.value; }
     /// When it was last received and last changed (milliseconds, 0: never); valid once received. A
@@ -261,7 +261,7 @@ public:
     ///@}
 
     /// Navigation accuracy category of the position (RTCA DO-260B), 0 to 11, best 11. The type code
-    /// tells it at MOPS version 0; what later versions send is not taken over.
+    /// gives it at MOPS version 0; what later versions send is not taken over.
     u8 nacp() const { return _nacp.value; }
     /// When it was last received and last changed (milliseconds, 0: never); valid once changed. A
     /// new MOPS version makes value and last update 0; a value that was 0 before keeps its last
@@ -272,7 +272,7 @@ public:
     bool nacpValid() const { return _nacp.lastChange > 0; }
     ///@}
 
-    /// Surveillance integrity level (RTCA DO-260A), 0 or 2. The type code tells it at MOPS version
+    /// Surveillance integrity level (RTCA DO-260A), 0 or 2. The type code gives it at MOPS version
     /// 0; what later versions send is not taken over.
     u8 sil() const { return _sil.value; }
     /// When it was last received and last changed (milliseconds, 0: never); valid once changed. A

@@ -21,8 +21,8 @@ namespace tolvarin::ondrel {
 
 class TargetTable;
 
-/// Takes decoded messages into a table with one target for each aircraft, and believes them as far
-/// as ModeSDecoder graded them. At most 4095 aircraft, each with a track number of its own.
+/// Takes decoded messages into a table with one target for each aircraft, and uses those that
+/// ModeSDecoder graded high enough. At most 4095 aircraft, each with a track number of its own.
 ///
 /// The tracker has no clock: times come with messages and calls, in milliseconds since 1970-01-01
 /// UTC, and nothing expires by itself. It keeps no pointer to a message. A tracker belongs to one
@@ -78,7 +78,7 @@ public:
 
     /// Sets the altitude check: off at the start, with 4 seconds and 150 feet. When it is on, an
     /// altitude less than `seconds` after the last one accepted is believed only if it lies at most
-    /// `limit` feet from it. Any values are taken; reset() leaves them.
+    /// `limit` feet from it. More than 4294967 seconds wrap around. reset() leaves these values.
     void setAltituteBaroChecking(bool enabled, u32 seconds, u32 limit);
 
     /// Copies of all targets, in ascending order of address; so are all lists below.

@@ -64,7 +64,7 @@ public:
 protected:
     /// A message of that format with no data yet.
     explicit DFMessage(DownlinkFormat format);
-    /// Takes over the bytes and copies the rest. The other message is to be decoded anew.
+    /// Takes over the bytes and copies the rest. Decode the other message again before you use it.
     DFMessage(DFMessage&&) noexcept;
 
     /// Checks the format; every concrete class runs it first. False, with a line in the log, for a
@@ -307,7 +307,7 @@ private:
 };
 
 /// DF-19, military extended squitter: AF, AA, ME, PI; 112 bits. Refused when its parity fails. With
-/// an AF other than 0 the message holds AF alone: the other fields stay invalid and the address 0.
+/// an AF other than 0 the message holds only AF: the other fields stay invalid and the address 0.
 class ONDREL_EXPORT DF19Message : public DFMessage {
 public:
     /// A message with no data yet.

@@ -45,7 +45,7 @@ public:
 
     /// Decodes one reply. `data` holds its bytes, the first on the wire first; a null pointer
     /// counts as no bytes, and bytes behind the frame are ignored. `timeStamp` tells when it was
-    /// received, in milliseconds since 1970-01-01 UTC; with 0, or without it, the message bears the
+    /// received, in milliseconds since 1970-01-01 UTC; with 0, or without it, the message has the
     /// second in which it was built.
     ///
     /// Gives a new message, which the caller owns and deletes; DFMessage::downlinkFormat tells its

@@ -34,9 +34,9 @@ public:
 
     /// How far a reply can be believed; set by ModeSDecoder.
     enum Confidence : i32 {
-        None = 0,   ///< not to be believed; nothing was learnt from it
-        Low = 1,    ///< the address is not confirmed
-        Medium = 2, ///< an all-call reply from a known address, its interrogator not yet reliable
+        None = 0,   ///< an altitude in metres, or an all-call reply that nothing supports
+        Low = 1,    ///< an unknown address, the first reply through an interrogator, AF not 0
+        Medium = 2, ///< an all-call reply of a known address; its interrogator is not yet reliable
         High = 3,   ///< proved by its parity, or by a known and recent address or interrogator
     };
 
@@ -131,7 +131,7 @@ public:
 protected:
     /// A message with no data yet, stamped with the current second.
     explicit ModeSMessage(ModeSMsgType type);
-    /// Takes over the bytes and copies the rest. The other message is to be decoded anew.
+    /// Takes over the bytes and copies the rest. Decode the other message again before you use it.
     ModeSMessage(ModeSMessage&&) noexcept;
 
     /// For decodeImpl(): the 24-bit address of the message. It is not checked.

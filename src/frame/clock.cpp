@@ -1,4 +1,4 @@
-// The system clock, which tests can replace. Decoder and messages read the time here alone.
+// The system clock, which tests can replace. Decoder and messages read the time only here.
 
 #include "clock.h"
 

@@ -28,7 +28,7 @@ u32 sum(std::string_view frame, u8 frameBits);
 void invert(std::string& frame, u8 position);
 
 /// The lowest position whose inversion changes the parity by `difference`; nothing if there is
-/// none. Bits of the parity field do not change it, so they answer only a difference of 0.
+/// none. Bits of the parity field do not change it, so they match only a difference of 0.
 std::optional<u8> findBit(u8 frameBits, u32 difference);
 
 /// The two positions whose inversion changes the parity by `difference`: the pair with the lowest

@@ -243,7 +243,7 @@ void ADSBTarget::decodeCPRPosition() {
     }
 }
 
-// NACp and SIL are set at version 0 alone. Later versions send them in the target status message,
+// NACp and SIL are set only at version 0. Later versions send them in the target status message,
 // which the tracker does not use.
 void ADSBTarget::updateQualityIndicators(u8 typeCode, u64 time) {
     const auto apply = [this, time](const PositionQuality& quality) {

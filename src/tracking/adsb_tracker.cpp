@@ -79,7 +79,7 @@ std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
         return killed;
     }
     // Everything that can run out of memory comes before the first line in the log. So no line
-    // tells of a target that stays in the table.
+    // reports a removal that did not happen.
     TargetTable kept = _targets->without(isSilent);
     for (const ADSBTarget& target : killed) {
         Log::log(Log::Debug, moduleName, "Target #%u killed.", target.trackId());

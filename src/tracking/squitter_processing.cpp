@@ -25,8 +25,8 @@ constexpr u32 mopsV0ConfirmCount = 20; // counted squitters that confirm version
 constexpr u32 longestCPRPairInterval = 10000;
 
 /// Starts to load the record of the aircraft into the cache; the payload is decoded meanwhile. With
-/// thousands of aircraft the record is rarely in the cache, and each of its cache lines would be a
-/// wait for memory.
+/// thousands of aircraft the record is rarely in the cache, and the processor would wait for memory
+/// at each cache line.
 void prefetch([[maybe_unused]] const ADSBTarget& target) {
 #if defined(__GNUC__)
     constexpr std::size_t cacheLine = 64;

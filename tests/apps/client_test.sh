@@ -207,7 +207,7 @@ if command -v script >/dev/null; then
     # on_terminal COMMAND: what a terminal would show goes to err.
     on_terminal() { timeout 60 script -qec "$1" /dev/null >err </dev/null; }
     on_terminal "$client decode longer.txt >/dev/null"
-    expect_line "the bar makes way for a message" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
+    expect_line "the bar is erased before a message" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
     expect "a bar on a terminal" 1 "$(($(grep -ao '\[#*\.*\] *[0-9]* %' err | wc -l) > 2))"
     on_terminal "$client decode longer.txt"
     expect "no bar into the output" 0 "$(grep -ac '\.\.\]' err)"

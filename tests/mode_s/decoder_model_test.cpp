@@ -37,7 +37,7 @@ public:
         return frame;
     }
 
-    /// Mostly 0, so that runs of hits build up; else the time-outs and one second less or more.
+    /// Mostly 0, so that runs of hits build up; otherwise a time-out, plus or minus one second.
     std::int64_t pause() {
         const std::int64_t pauses[] = {1, 1, 2, 30, 59, 60, 60, 61, 61, 540, 599, 600, 601};
         return below(12) == 0 ? oneOf(pauses) : 0;

@@ -156,7 +156,7 @@ void AircraftModel::judgeVersion0(u64 time) {
         _record->happened("version 0 confirmed");
     } else if (confirmed && signs != 0) {
         setConfirmed(false, time);
-        _record->happened("version 0 doubted");
+        _record->happened("version 0 assumed again");
     }
 }
 

@@ -250,7 +250,7 @@ TEST(TrackingModel, GivesTheTargetsReportsAndLogLinesOfTheTracker) {
                               "line for the same squawk",
                               "line for a squawk above 7777",
                               "version 0 confirmed",
-                              "version 0 doubted",
+                              "version 0 assumed again",
                               "change to version 1",
                               "change to version 2"}) {
         EXPECT_GT(events[event], 3U) << event;

@@ -13,7 +13,7 @@ namespace {
 
 using std::chrono::seconds;
 
-/// In a process of its own, which a wait without end does not outlive.
+/// In a process of its own, so that an endless wait ends with it.
 template <class Check>
 void expectAfterInterruption(Check check) {
     EXPECT_EXIT(

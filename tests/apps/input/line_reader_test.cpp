@@ -14,7 +14,7 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-/// The file is gone when the reader is there.
+/// The file is deleted after it was opened.
 LineReader readerOf(const std::string& content) {
     const std::string path =
         testing::TempDir() + "ondrel_line_reader_test." + std::to_string(::getpid());
