@@ -17,7 +17,8 @@ using namespace tolvarin::ondrel;
 namespace {
 
 /// The application chooses the wire format. Here it is a line of text: number, address and time of
-/// the track, then a word for each datum, its value and its times. Only three data are sent, to keep it short.
+/// the track, then a word for each datum, its value and its times. Only three data are sent, to
+/// keep it short.
 std::string send(const ADSBTargetReport& report) {
     std::ostringstream line;
     line << std::setprecision(17);

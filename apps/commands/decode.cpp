@@ -46,7 +46,7 @@ const std::map<std::string, MOPSVersion> versions = {
 } // namespace
 
 DecodeCommand::DecodeCommand(CLI::App& program) : Command(program, "decode", description) {
-    addInputOptions(line(), _input);
+    addReplyInputOptions(line(), _input);
     line()
         .add_option_function<std::string>(
             "--mops", [this](const std::string& name) { _version = versions.at(name); },
@@ -61,7 +61,7 @@ DecodeCommand::DecodeCommand(CLI::App& program) : Command(program, "decode", des
 int DecodeCommand::run() {
     Output output("-");
     Console console(output);
-    Input input(_input, console);
+    ReplyInput input(_input, console);
     PayloadDecoder payloads(_version);
     DecodeSummary summary;
     while (auto reply = input.next()) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/commands/command.h"
-#include "apps/commands/input.h"
+#include "apps/commands/reply_input.h"
 
 #include <ondrel/types.h>
 
@@ -20,7 +20,7 @@ public:
 private:
     std::string form(const DecodedReply& decoded) const;
 
-    InputOptions _input;
+    ReplyInputOptions _input;
     std::optional<MOPSVersion> _version;
     bool _json = false;
     bool _fields = false;

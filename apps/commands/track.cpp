@@ -26,16 +26,11 @@ namespace {
 
 constexpr const char* description = "Track the aircraft of a recording";
 
-constexpr const char* footer = R"(
+constexpr const char* tableHelp = R"(
 The table has a line for each aircraft. A dash stands for what was not received.
-  altitude, vertical    barometric
-  speed, heading        over ground
-  latitude, longitude   north and east are positive
-  MOPS                  the version, with ? until it is confirmed
-  NIC, PIC              integrity of the position
-  messages              the number of messages that the tracker believed
-  age                   time from the aircraft's last message to the newest reply of all
+)";
 
+constexpr const char* footer = R"(
 A reply has the time stamp of its line. A line without a stamp gets the stamp of the line
 before it. If the first reply has no stamp, the clock stamps all replies as they are
 read. A position needs two messages not too far apart in time, so positions are then only
@@ -109,7 +104,7 @@ std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& outp
 class TrackRun {
 public:
     /// All arguments must outlive the run.
-    TrackRun(const TrackOptions& options, Input& input, Output& output, Console& console)
+    TrackRun(const TrackOptions& options, ReplyInput& input, Output& output, Console& console)
         : _options(options), _input(input), _console(console), _sink(makeSink(options, output)),
           _tracking(options.altitudeCheck) {
         if (options.htmlFolder) {
@@ -208,7 +203,7 @@ private:
     }
 
     const TrackOptions& _options;
-    Input& _input;
+    ReplyInput& _input;
     Console& _console;
     std::unique_ptr<AircraftSink> _sink;
     Stamping _stamping;
@@ -223,10 +218,10 @@ private:
 } // namespace
 
 TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", description) {
-    addInputOptions(line(), _input);
+    addReplyInputOptions(line(), _input);
     addOutputOptions();
     addTrackingOptions();
-    line().footer(replySourceHelp() + footer);
+    line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + footer);
 }
 
 void TrackCommand::addOutputOptions() {
@@ -282,7 +277,7 @@ void TrackCommand::addTrackingOptions() {
 int TrackCommand::run() {
     Output output("-");
     Console console(output);
-    Input input(_input, console);
+    ReplyInput input(_input, console);
     TrackRun track(_options, input, output, console);
     noteInterruption();
     const std::vector<ADSBTarget> aircraft = track.run();

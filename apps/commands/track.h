@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/commands/command.h"
-#include "apps/commands/input.h"
+#include "apps/commands/reply_input.h"
 #include "apps/tracking/tracking.h"
 
 #include <ondrel/types.h>
@@ -35,7 +35,7 @@ private:
     void addOutputOptions();
     void addTrackingOptions();
 
-    InputOptions _input;
+    ReplyInputOptions _input;
     TrackOptions _options;
 };
 

@@ -62,25 +62,30 @@ Cell age(const Target& t, u64 newestMs) {
 
 const std::vector<AircraftColumn>& aircraftColumns() {
     static const std::vector<AircraftColumn> columns = {
-        {"address", "address", "", left, address},
-        {"callsign", "callsign", "", left, callsign},
-        {"squawk", "squawk", "", left, squawk},
-        {"altitude", "altitude", "ft", right,
+        {"address", "address", "", "", left, address},
+        {"callsign", "callsign", "", "", left, callsign},
+        {"squawk", "squawk", "", "", left, squawk},
+        {"altitude", "altitude", "ft", "barometric", right,
          numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro>},
-        {"speed", "speed", "kt", right, numberIf<&Target::groundSpeedValid, &Target::groundSpeed>},
-        {"heading", "heading", "deg", right, heading},
-        {"rate", "vertical", "ft/min", right,
+        {"speed", "speed", "kt", "over ground", right,
+         numberIf<&Target::groundSpeedValid, &Target::groundSpeed>},
+        {"heading", "heading", "deg", "over ground", right, heading},
+        {"rate", "vertical", "ft/min", "barometric", right,
          numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro>},
-        {"latitude", "latitude", "deg", right,
+        {"latitude", "latitude", "deg", "north is positive", right,
          numberIf<&Target::positionValid, &Target::latitude, 5>},
-        {"longitude", "longitude", "deg", right,
+        {"longitude", "longitude", "deg", "east is positive", right,
          numberIf<&Target::positionValid, &Target::longitude, 5>},
-        {"status", "status", "", left, groundStatus},
-        {"version", "MOPS", "", left, version},
-        {"nic", "NIC", "", right, numberIf<&Target::nicValid, &Target::nic>},
-        {"pic", "PIC", "", right, numberIf<&Target::picValid, &Target::pic>},
-        {"messages", "messages", "", right, messages},
-        {"age", "age", "s", right, age},
+        {"status", "status", "", "", left, groundStatus},
+        {"version", "MOPS", "", "the version, with ? until it is confirmed", left, version},
+        {"nic", "NIC", "", "integrity of the position", right,
+         numberIf<&Target::nicValid, &Target::nic>},
+        {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right,
+         numberIf<&Target::picValid, &Target::pic>},
+        {"messages", "messages", "", "the number of messages that the tracker believed", right,
+         messages},
+        {"age", "age", "s", "time from the last message of the aircraft to the newest reply of all",
+         right, age},
     };
     return columns;
 }
@@ -91,6 +96,19 @@ std::vector<std::string> aircraftColumnKeys() {
         keys.emplace_back(column.key);
     }
     return keys;
+}
+
+std::string aircraftColumnHelp() {
+    constexpr std::size_t headWidth = 10;
+    std::string lines;
+    for (const AircraftColumn& column : aircraftColumns()) {
+        if (!column.help.empty()) {
+            lines += "  " + toTheLeft(column.head, headWidth) + std::string(columnGap);
+            lines += column.help;
+            lines += '\n';
+        }
+    }
+    return lines;
 }
 
 const AircraftColumn& aircraftColumn(std::string_view key) {

@@ -19,6 +19,7 @@ struct AircraftColumn {
     std::string_view key;  ///< its name on the command line
     std::string_view head; ///< the text above the column
     std::string_view unit; ///< below the head; may be empty
+    std::string_view help; ///< for the help text; empty if the head says it all
     Alignment alignment;
 
     /// The entry of an aircraft, and what the column is sorted by; nothing if the aircraft has no
@@ -31,6 +32,9 @@ const std::vector<AircraftColumn>& aircraftColumns();
 
 /// The keys of all columns.
 std::vector<std::string> aircraftColumnKeys();
+
+/// A help text on the columns, a line for each that has one.
+std::string aircraftColumnHelp();
 
 /// The column with that key, which must exist.
 const AircraftColumn& aircraftColumn(std::string_view key);

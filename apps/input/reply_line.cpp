@@ -13,7 +13,13 @@ namespace {
 constexpr std::size_t tickDigits = 12;
 constexpr u64 ticksPerMs = 12000;
 
+// The forms, for messages and for help texts.
 constexpr std::string_view forms = "*HEX;, @TICKSHEX;, HEX or SECONDS[.FRACTION],HEX";
+constexpr const char* help = R"(  *HEX;                    a reply
+  @TICKSHEX;               after 12 hexadecimal digits of a 12 MHz counter
+  HEX                      a reply alone
+  SECONDS[.FRACTION],HEX   after seconds since 1970-01-01 UTC
+)";
 
 /// A part of the line, or why it cannot be read.
 template <class Value>
@@ -155,6 +161,10 @@ ParsedLine parseReplyLine(std::string_view line) {
     }
     return replyOf(parseSeconds(trimmed(line.substr(0, comma))),
                    parseBytes(trimmed(line.substr(comma + 1))));
+}
+
+std::string replyLineHelp() {
+    return help;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -19,15 +19,12 @@ struct LineError {
 
 using ParsedLine = std::variant<SkippedLine, Reply, LineError>;
 
-/// Reads a line of one of the forms
-///
-///     *HEX;                     a reply
-///     @TICKSHEX;                after 12 hexadecimal digits of a 12 MHz counter
-///     HEX                       a reply alone
-///     SECONDS[.FRACTION],HEX    after decimal seconds since 1970-01-01 UTC
-///
-/// Blanks at both ends and around the comma are ignored; digits may have either case. Stamps are
-/// cut to whole milliseconds. The line may hold any bytes.
+/// Reads a line of one of the forms that replyLineHelp() lists. Blanks at both ends and around the
+/// comma are ignored; digits may have either case. Stamps are cut to whole milliseconds. The line
+/// may hold any bytes.
 ParsedLine parseReplyLine(std::string_view line);
+
+/// The forms for a help text, one on each line.
+std::string replyLineHelp();
 
 } // namespace tolvarin::ondrel::client

@@ -1,5 +1,6 @@
 #include "apps/input/reply_source.h"
 
+#include "apps/input/reply_line.h"
 #include "apps/input/text_source.h"
 
 #include <utility>
@@ -11,12 +12,9 @@ std::unique_ptr<ReplySource> openReplySource(const std::string& path, SourceEven
 }
 
 std::string replySourceHelp() {
-    return R"(FILE is text with one reply on each line. A line has one of these forms:
-  *HEX;                    a reply
-  @TICKSHEX;               after 12 hexadecimal digits of a 12 MHz counter
-  HEX                      a reply alone
-  SECONDS[.FRACTION],HEX   after seconds since 1970-01-01 UTC
-One file may mix them. Blank lines and lines that begin with # are skipped. A line that
+    return "FILE is text with one reply on each line. A line has one of these forms:\n" +
+           replyLineHelp() +
+           R"(One file may mix them. Blank lines and lines that begin with # are skipped. A line that
 cannot be read is reported on standard error as FILE:LINE: REASON, and reading goes on.
 )";
 }

@@ -224,12 +224,12 @@ protected:
 private:
     friend class FieldWriter; // how the library's own messages add their fields
 
-    /// The field list before its texts are made.
+    // The field list before its texts are made.
     struct FieldList {
-        /// A value and the layout that makes its text, or the index of a field in `given`.
+        // A value and the layout that makes its text, or the index of a field in `given`.
         struct Entry {
-            const WireLayout* layout; ///< null: the field is in `given`
-            std::int64_t value;       ///< what the text is made of, or the index
+            const WireLayout* layout; // null: the field is in `given`
+            std::int64_t value;       // what the text is made of, or the index
         };
 
         FieldList() = default;
@@ -238,8 +238,8 @@ private:
         FieldList& operator=(FieldList other) noexcept; // so that both vectors are assigned or none
         ~FieldList() = default;
 
-        std::vector<Entry> entries;          ///< sorted by decode()
-        std::vector<ADSBMessageField> given; ///< to addField()
+        std::vector<Entry> entries;          // sorted by decode()
+        std::vector<ADSBMessageField> given; // to addField()
     };
 
     std::string _data;

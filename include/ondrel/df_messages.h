@@ -71,9 +71,9 @@ protected:
     /// frame of another format.
     bool decodeImpl() override;
 
-    struct Steps; ///< what the library's formats share when they decode
-
 private:
+    friend struct DFSteps; // what the library's formats share when they decode
+
     DownlinkFormat _downlinkFormat;
 };
 

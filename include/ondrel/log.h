@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <string>
-#include <string_view>
 
 namespace tolvarin::ondrel {
 
@@ -70,9 +69,6 @@ public:
 
 private:
     explicit Log() = default;
-
-    static bool shown(Level level);
-    static void write(Level level, const std::string& module, std::string_view message);
 
     static std::atomic<Level> _showLevel;
     static std::atomic<LogHandler*> _logHandler;

@@ -4,9 +4,8 @@
 
 #include <ondrel/adsb_airborne_position_message.h>
 
-#include "cpr_fields.h"
+#include "shared_fields.h"
 #include "surveillance_codes.h"
-#include "tokens.h"
 #include "wire_field.h"
 
 namespace tolvarin::ondrel {

@@ -6,8 +6,8 @@
 
 #include <ondrel/log.h>
 
+#include "shared_fields.h"
 #include "text.h"
-#include "tokens.h"
 #include "wire_field.h"
 
 #include <array>

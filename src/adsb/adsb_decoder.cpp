@@ -11,9 +11,8 @@
 #include <ondrel/adsb_test_message.h>
 #include <ondrel/log.h>
 
-#include "adsb_airborne_velocity_message_v2.h"
-#include "adsb_aircraft_status_message_v0.h"
 #include "keyed_rows.h"
+#include "unexported_messages.h"
 #include "wire_field.h"
 
 #include <algorithm>

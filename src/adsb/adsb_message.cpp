@@ -81,6 +81,16 @@ constexpr std::array<TypeCodeRun, 9> typeCodeRuns = {{
     {31, 31, ADSBMessage::OP_STATUS},
 }};
 
+constexpr bool runsRiseWithoutOverlap() {
+    for (std::size_t i = 1; i < typeCodeRuns.size(); ++i) {
+        if (typeCodeRuns[i].first <= typeCodeRuns[i - 1].last) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(runsRiseWithoutOverlap());
+
 constexpr std::size_t typeCodes = 32;
 
 /// The runs as a table of all codes, so that the type of a code is one look-up.

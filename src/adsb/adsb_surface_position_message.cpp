@@ -5,9 +5,8 @@
 
 #include <ondrel/log.h>
 
-#include "cpr_fields.h"
+#include "shared_fields.h"
 #include "text.h"
-#include "tokens.h"
 #include "wire_field.h"
 
 #include <algorithm>

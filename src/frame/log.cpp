@@ -49,6 +49,21 @@ u64 widen(std::atomic<u64>& width, u64 length) {
     return std::max(current, length);
 }
 
+/// The line with its label and with the module padded to `width`.
+std::string lineOf(Log::Level level, const std::string& module, u64 width,
+                   std::string_view message) {
+    const std::string_view label = entryOrLast(labelRows, level).label;
+    std::string line;
+    line.reserve(label.size() + width + message.size() + 4);
+    line += label;
+    line += '[';
+    line += module;
+    line.append(width - module.size(), ' ');
+    line += "] ";
+    line += message;
+    return line;
+}
+
 void writeToStandardLog(std::string line) {
     line += '\n';
     // One write for each line, so that lines of two threads do not mix. The stream is buffered: the
@@ -57,30 +72,37 @@ void writeToStandardLog(std::string line) {
     std::clog.flush();
 }
 
+void write(const std::atomic<LogHandler*>& installed, std::string line) {
+    // Acquire and release: what the application wrote to its handler before it installed it is
+    // visible in the thread that calls the handler.
+    if (LogHandler* handler = installed.load(std::memory_order_acquire)) {
+        handler->writeLine(line);
+    } else {
+        writeToStandardLog(std::move(line));
+    }
+}
+
 } // namespace
 
 std::atomic<Log::Level> Log::_showLevel{Log::Info};
 std::atomic<LogHandler*> Log::_logHandler{nullptr};
 std::atomic<u64> Log::_moduleWidth{10};
 
-bool Log::shown(Level level) {
-    return level >= _showLevel.load(std::memory_order_relaxed);
-}
-
 void Log::log(Level level, const std::string& module, const std::string& message) {
-    if (shown(level)) {
-        write(level, module, message);
+    if (level >= _showLevel.load(std::memory_order_relaxed)) {
+        const u64 width = widen(_moduleWidth, module.size());
+        write(_logHandler, lineOf(level, module, width, message));
     }
 }
 
 // NOLINTNEXTLINE(cert-dcl50-cpp): a print format is the documented interface
 void Log::log(Level level, const std::string& module, const char* format, ...) {
     // Formatting is the expensive part, so a line that is not shown is not formatted.
-    if (!shown(level)) {
+    if (level < _showLevel.load(std::memory_order_relaxed)) {
         return;
     }
     if (format == nullptr) {
-        write(level, module, {});
+        log(level, module, std::string());
         return;
     }
     // Each thread has its own buffer, so two threads can format at the same time.
@@ -93,27 +115,8 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
     static_cast<void>(std::vsnprintf(buffer.data(), buffer.size(), format, arguments));
     va_end(arguments);
     buffer.back() = '\0';
-    write(level, module, buffer.data());
-}
-
-void Log::write(Level level, const std::string& module, std::string_view message) {
     const u64 width = widen(_moduleWidth, module.size());
-    const std::string_view head = entryOrLast(labelRows, level).label;
-    std::string line;
-    line.reserve(head.size() + width + message.size() + 4);
-    line += head;
-    line += '[';
-    line += module;
-    line.append(width - module.size(), ' ');
-    line += "] ";
-    line += message;
-    // Acquire and release: what the application wrote to its handler before it installed it is
-    // visible in the thread that calls the handler.
-    if (LogHandler* handler = _logHandler.load(std::memory_order_acquire)) {
-        handler->writeLine(line);
-    } else {
-        writeToStandardLog(std::move(line));
-    }
+    write(_logHandler, lineOf(level, module, width, buffer.data()));
 }
 
 void Log::setShowLevel(Level level) {

@@ -12,7 +12,6 @@
 
 #include "bits.h"
 #include "field_places.h"
-#include "hidden.h"
 #include "parity.h"
 
 #include <array>
@@ -86,7 +85,7 @@ bool DFMessage::decodeImpl() {
 }
 
 /// Steps of decodeImpl() that several formats share.
-struct ONDREL_HIDDEN DFMessage::Steps {
+struct DFSteps {
     /// Decodes every field at its place; true if all succeeded. A field that fails does not stop
     /// the others.
     template <class... Fields>
@@ -140,7 +139,7 @@ std::string DF0Message::description() const {
 }
 
 bool DF0Message::decodeImpl() {
-    return DFMessage::decodeImpl() && Steps::decodeOverlaid(*this, _fieldAP, _fieldVS, _fieldAC);
+    return DFMessage::decodeImpl() && DFSteps::decodeOverlaid(*this, _fieldAP, _fieldVS, _fieldAC);
 }
 
 // DF-4
@@ -160,7 +159,7 @@ std::string DF4Message::description() const {
 }
 
 bool DF4Message::decodeImpl() {
-    return DFMessage::decodeImpl() && Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldAC);
+    return DFMessage::decodeImpl() && DFSteps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldAC);
 }
 
 // DF-5
@@ -180,7 +179,7 @@ std::string DF5Message::description() const {
 }
 
 bool DF5Message::decodeImpl() {
-    return DFMessage::decodeImpl() && Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldID);
+    return DFMessage::decodeImpl() && DFSteps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldID);
 }
 
 // DF-11
@@ -203,7 +202,7 @@ bool DF11Message::decodeImpl() {
     if (!DFMessage::decodeImpl()) {
         return false;
     }
-    const bool decoded = Steps::decodeFields(*this, _fieldCA, _fieldAA, _fieldPI);
+    const bool decoded = DFSteps::decodeFields(*this, _fieldCA, _fieldAA, _fieldPI);
     // What the parity leaves of PI is the interrogator identifier. Damage makes a wrong identifier,
     // which the decoder judges. It is no reason to refuse the reply.
     _fieldPI.setParity(calculatedParity());
@@ -229,7 +228,7 @@ std::string DF16Message::description() const {
 
 bool DF16Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           Steps::decodeOverlaid(*this, _fieldAP, _fieldVS, _fieldAC, _fieldMV);
+           DFSteps::decodeOverlaid(*this, _fieldAP, _fieldVS, _fieldAC, _fieldMV);
 }
 
 // DF-17
@@ -250,7 +249,7 @@ std::string DF17Message::description() const {
 
 bool DF17Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           Steps::decodeSquitter(*this, df17Module, _fieldPI, _fieldAA, _fieldCA, _fieldME);
+           DFSteps::decodeSquitter(*this, df17Module, _fieldPI, _fieldAA, _fieldCA, _fieldME);
 }
 
 // DF-18
@@ -271,7 +270,7 @@ std::string DF18Message::description() const {
 
 bool DF18Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           Steps::decodeSquitter(*this, df18Module, _fieldPI, _fieldAA, _fieldCF, _fieldME);
+           DFSteps::decodeSquitter(*this, df18Module, _fieldPI, _fieldAA, _fieldCF, _fieldME);
 }
 
 // DF-19
@@ -299,13 +298,13 @@ bool DF19Message::decodeImpl() {
     if (!DFMessage::decodeImpl()) {
         return false;
     }
-    Steps::decodeFields(*this, _fieldAF);
+    DFSteps::decodeFields(*this, _fieldAF);
     if (_fieldAF.code() != 0) {
         Log::log(Log::Info, df19Module, "AF = %u, reserved for military applications.",
                  static_cast<unsigned>(_fieldAF.code()));
         return true;
     }
-    return Steps::decodeSquitter(*this, df19Module, _fieldPI, _fieldAA, _fieldME);
+    return DFSteps::decodeSquitter(*this, df19Module, _fieldPI, _fieldAA, _fieldME);
 }
 
 // DF-20
@@ -326,7 +325,7 @@ std::string DF20Message::description() const {
 
 bool DF20Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldAC, _fieldMB);
+           DFSteps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldAC, _fieldMB);
 }
 
 // DF-21
@@ -347,7 +346,7 @@ std::string DF21Message::description() const {
 
 bool DF21Message::decodeImpl() {
     return DFMessage::decodeImpl() &&
-           Steps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldID, _fieldMB);
+           DFSteps::decodeOverlaid(*this, _fieldAP, _fieldFS, _fieldID, _fieldMB);
 }
 
 } // namespace tolvarin::ondrel

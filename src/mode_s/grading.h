@@ -2,10 +2,9 @@
 /// What recent replies have proved, and how far that makes the next reply believable.
 ///
 /// Most replies overlay their address on their parity, so noise decodes into some address too. Two
-/// tables tell replies from noise. One has the addresses that came in a frame with a good parity, or
-/// through a reliable interrogator.
-/// The other has the interrogators whose all-call replies come from such addresses. All times are
-/// whole seconds of the system clock.
+/// tables tell replies from noise. One has the addresses that came in a frame with a good parity,
+/// or through a reliable interrogator. The other has the interrogators whose all-call replies come
+/// from such addresses. All times are whole seconds of the system clock.
 #pragma once
 
 #include <ondrel/mode_s_message.h>

@@ -1,43 +1,15 @@
 #include <ondrel/adsb_decoder.h>
 #include <ondrel/adsb_identity_message.h>
 
+#include "support/allocations.h"
 #include "support/bytes.h"
 
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstdlib>
+#include <cstddef>
 #include <memory>
-#include <new>
 #include <string>
 #include <utility>
-
-namespace {
-
-std::atomic<std::size_t> allocations{0};
-
-} // namespace
-
-// These replace the operators of the whole test program. If they were inlined, the compiler would
-// warn about new and free() as a mismatched pair.
-
-[[gnu::noinline]] void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-    ++allocations;
-    return std::malloc(size != 0 ? size : 1);
-}
-
-[[gnu::noinline]] void* operator new(std::size_t size) {
-    void* memory = operator new(size, std::nothrow);
-    return memory != nullptr ? memory : throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
 
 namespace tolvarin::ondrel {
 namespace {
@@ -57,9 +29,9 @@ TEST(ADSBFieldListCost, DecodingAllocatesTheMessageAndOneList) {
     const ADSBDecoder decoder;
     for (const auto& [version, payload] : payloads) {
         std::unique_ptr<ADSBMessage> message;
-        const std::size_t before = allocations;
+        const std::size_t before = test::allocations();
         message.reset(decoder.decode(version, payload));
-        EXPECT_EQ(allocations - before, 2U) << message->description();
+        EXPECT_EQ(test::allocations() - before, 2U) << message->description();
     }
 }
 
@@ -67,9 +39,9 @@ TEST(ADSBFieldListCost, DecodingAgainAllocatesOnceAtMost) {
     ADSBIdentityMessage message;
     const std::string payload = "20 2C C3 71 C3 2C E0"_hex;
     for (std::size_t i = 1; i <= 20; ++i) {
-        const std::size_t before = allocations;
+        const std::size_t before = test::allocations();
         message.decode(payload);
-        EXPECT_LE(allocations - before, 1U);
+        EXPECT_LE(test::allocations() - before, 1U);
         EXPECT_EQ(message.fields().size(), 11 * i);
     }
 }

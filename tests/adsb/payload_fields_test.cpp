@@ -7,10 +7,9 @@
 #include <ondrel/adsb_target_status_message.h>
 #include <ondrel/adsb_test_message.h>
 
-#include "adsb_airborne_velocity_message_v2.h"
-#include "adsb_aircraft_status_message_v0.h"
 #include "support/bytes.h"
 #include "support/captured_log.h"
+#include "unexported_messages.h"
 
 #include <gtest/gtest.h>
 

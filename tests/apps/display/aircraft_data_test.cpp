@@ -117,15 +117,15 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"sil", "", false, 0, 0},
     };
     const std::vector<AircraftDatum> data = dataOf(heardAircraft());
-    for (const Row& row : rows) {
-        const auto datum = std::find_if(data.begin(), data.end(), [&row](const auto& candidate) {
-            return candidate.key == row.key;
-        });
-        ASSERT_NE(datum, data.end()) << row.key;
-        EXPECT_EQ(datum->known() ? datum->value.text : "", row.text) << row.key;
-        EXPECT_EQ(datum->valid, row.valid) << row.key;
-        EXPECT_EQ(datum->lastUpdate, row.lastUpdate) << row.key;
-        EXPECT_EQ(datum->lastChange, row.lastChange) << row.key;
+    ASSERT_EQ(data.size(), std::size(rows));
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        const AircraftDatum& datum = data[i];
+        const Row& row = rows[i];
+        EXPECT_EQ(datum.key, row.key);
+        EXPECT_EQ(datum.known() ? datum.value.text : "", row.text) << row.key;
+        EXPECT_EQ(datum.valid, row.valid) << row.key;
+        EXPECT_EQ(datum.lastUpdate, row.lastUpdate) << row.key;
+        EXPECT_EQ(datum.lastChange, row.lastChange) << row.key;
     }
 }
 

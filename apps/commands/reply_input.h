@@ -17,20 +17,20 @@
 namespace tolvarin::ondrel::client {
 
 /// The options of every command that reads replies.
-struct InputOptions {
+struct ReplyInputOptions {
     std::string path;
     Log::Level logLevel{};
 };
 
 /// Adds FILE and `--log` to the command.
-void addInputOptions(CLI::App& command, InputOptions& options);
+void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options);
 
 /// The source that the user named, and a decoder for its replies. Shows the library's log and what
 /// the source reports on the console.
-class Input {
+class ReplyInput {
 public:
     /// The console must outlive the input.
-    Input(const InputOptions& options, Console& console);
+    ReplyInput(const ReplyInputOptions& options, Console& console);
 
     /// The next reply, or nothing at the end of the input.
     std::optional<Reply> next();

@@ -1,4 +1,4 @@
-#include "apps/commands/input.h"
+#include "apps/commands/reply_input.h"
 
 #include <map>
 
@@ -16,7 +16,7 @@ const std::map<std::string, Log::Level> logLevels = {{"debug", Log::Debug},
 
 } // namespace
 
-void addInputOptions(CLI::App& command, InputOptions& options) {
+void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
     command.add_option("FILE", options.path, "The recording; - for standard input")
         ->required()
         ->type_name("");
@@ -30,13 +30,13 @@ void addInputOptions(CLI::App& command, InputOptions& options) {
         ->check(CLI::IsMember(logLevels).description(""));
 }
 
-Input::Input(const InputOptions& options, Console& console)
+ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
     : _source(openReplySource(
           options.path, {[&console](const std::string& message) { console.write(message); },
                          [&console](u64 read, u64 total) { console.progress(read, total); }})),
       _log(console, options.logLevel) {}
 
-std::optional<Reply> Input::next() {
+std::optional<Reply> ReplyInput::next() {
     auto reply = _source->next();
     if (reply) {
         ++_replies;
