@@ -224,21 +224,21 @@ protected:
 private:
     friend class FieldWriter; // how the library's own messages add their fields
 
+    // A value and the layout that makes its text, or the index of a field that addField() got.
+    struct FieldEntry {
+        const WireLayout* layout; // null: `value` is the index
+        std::int64_t value;
+    };
+
     // The field list before its texts are made.
     struct FieldList {
-        // A value and the layout that makes its text, or the index of a field in `given`.
-        struct Entry {
-            const WireLayout* layout; // null: the field is in `given`
-            std::int64_t value;       // what the text is made of, or the index
-        };
-
         FieldList() = default;
         FieldList(const FieldList&) = default;
         FieldList(FieldList&&) noexcept = default;
         FieldList& operator=(FieldList other) noexcept; // so that both vectors are assigned or none
         ~FieldList() = default;
 
-        std::vector<Entry> entries;          // sorted by decode()
+        std::vector<FieldEntry> entries;     // sorted by decode()
         std::vector<ADSBMessageField> given; // to addField()
     };
 

@@ -240,7 +240,7 @@ bool ADSBMessage::decode(const std::string& data) {
     writer.show(layout::type, _type);
     writer.take(layout::typeCode);
     _valid = decodeImpl();
-    sortByPos(_fields.entries, [this](const FieldList::Entry& entry) {
+    sortByPos(_fields.entries, [this](const FieldEntry& entry) {
         return entry.layout != nullptr ? entry.layout->pos
                                        : _fields.given[index(entry.value)].pos();
     });
@@ -254,7 +254,7 @@ bool ADSBMessage::decode(const void* data, u64 size) {
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
     std::vector<ADSBMessageField> list;
     list.reserve(_fields.entries.size());
-    for (const FieldList::Entry& entry : _fields.entries) {
+    for (const FieldEntry& entry : _fields.entries) {
         list.push_back(entry.layout != nullptr ? fieldOf(*entry.layout, entry.value)
                                                : _fields.given[index(entry.value)]);
     }
