@@ -1,4 +1,4 @@
-// Tracking: mixed traffic, a full table, and the memory of an aircraft.
+// Tracking: a full table, and the memory of an aircraft.
 
 #include "compare.h"
 #include "floor.h"
@@ -14,8 +14,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <map>
-#include <memory>
 #include <new>
 #include <random>
 #include <string>
@@ -59,85 +57,6 @@ struct Frame {
     std::array<char, frameBytes> bytes;
     u8 size;
 };
-
-// A whole reply
-
-struct Heard : Frame {
-    u32 address;
-    u64 timeMs;
-};
-
-/// One allocation for a payload's message, and one for the list of its fields, each with its place
-/// in the wire table and its value.
-void payloadFloor() {
-    constexpr std::size_t messageBytes = sizeof(ADSBAirbornePositionMessageV2);
-    constexpr std::size_t fieldsBytes = 11 * 2 * sizeof(u64);
-    const std::unique_ptr<std::byte[]> message(new std::byte[messageBytes]);
-    benchmark::DoNotOptimize(message.get());
-    const std::unique_ptr<std::byte[]> fields(new std::byte[fieldsBytes]);
-    benchmark::DoNotOptimize(fields.get());
-}
-
-/// Twenty seconds of 500 aircraft in the order of time. Compact in memory, so that reading the
-/// input takes little time.
-std::vector<Heard> makeStream() {
-    simulator::TrafficOptions options;
-    options.aircraft = 500;
-    options.seconds = 20;
-    simulator::Traffic traffic(options);
-    std::vector<Heard> frames;
-    while (const auto reply = traffic.next()) {
-        Heard& frame = frames.emplace_back();
-        frame.size = static_cast<u8>(reply->bytes.copy(frame.bytes.data(), frameBytes));
-        frame.address = reply->truth.address;
-        frame.timeMs = reply->timeMs;
-    }
-    return frames;
-}
-
-bool isSquitter(const Frame& frame) {
-    return static_cast<u8>(frame.bytes.front()) >> 3U == DFMessage::DF17;
-}
-
-const ADSBTarget* hear(ModeSDecoder& decoder, ADSBTracker& tracker, const Heard& frame) {
-    const Message message(
-        decoder.decode(ModeSMessage::Downlink, frame.bytes.data(), frame.size, frame.timeMs));
-    return tracker.procModeSMsg(message.get());
-}
-
-/// Decoding, tracking and deleting all replies of the stream, beside the floor for each: its
-/// allocations, its parity, and two look-ups of its address, one for the decoder and one for the
-/// tracker.
-void mixedTraffic(benchmark::State& state) {
-    const std::vector<Heard> frames = makeStream();
-    ModeSDecoder decoder;
-    ADSBTracker tracker;
-    std::map<u32, std::int64_t> known;
-    for (const Heard& frame : frames) {
-        hear(decoder, tracker, frame);
-        known.emplace(frame.address, 1);
-    }
-    compare(
-        state, frames.size(),
-        [&](std::size_t i) { benchmark::DoNotOptimize(hear(decoder, tracker, frames[i])); },
-        [&](std::size_t i) {
-            const Heard& frame = frames[i];
-            const std::string bytes(frame.bytes.data(), frame.size);
-            if (frame.size == frameBytes) {
-                decodeFloor<DF17Message>(bytes, 112, frame.address, known);
-            } else {
-                decodeFloor<DF4Message>(bytes, 56, frame.address, known);
-            }
-            if (isSquitter(frame)) {
-                payloadFloor();
-            }
-            benchmark::DoNotOptimize(known.find(frame.address));
-        });
-    state.counters["replies"] = static_cast<double>(frames.size());
-    state.counters["aircraft"] = static_cast<double>(tracker.allTargets().size());
-}
-
-BENCHMARK(mixedTraffic)->Name("Track/MixedTraffic")->UseManualTime()->Iterations(turns / 4);
 
 // A full table
 
