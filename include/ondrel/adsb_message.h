@@ -5,6 +5,8 @@
 #include <ondrel/export.h>
 #include <ondrel/types.h>
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -230,15 +232,19 @@ private:
         std::int64_t value;
     };
 
-    // The field list before its texts are made.
+    // The field list before its texts are made. The longest list of the library's messages needs no
+    // memory from the heap; entries of further decodes, or of a client's class, may.
     struct FieldList {
         FieldList() = default;
         FieldList(const FieldList&) = default;
-        FieldList(FieldList&&) noexcept = default;
-        FieldList& operator=(FieldList other) noexcept; // so that both vectors are assigned or none
+        FieldList(FieldList&& other) noexcept;          // leaves the other list empty
+        FieldList& operator=(FieldList other) noexcept; // so that all is assigned or nothing
         ~FieldList() = default;
 
-        std::vector<FieldEntry> entries;     // sorted by decode()
+        std::array<FieldEntry, 11> first{};
+        std::vector<FieldEntry> more;        // behind the first
+        std::size_t count = 0;               // in both
+        std::size_t ordered = 0;             // of these, added by the end of the last decode()
         std::vector<ADSBMessageField> given; // to addField()
     };
 

@@ -12,12 +12,14 @@
 #include <ondrel/log.h>
 
 #include "keyed_rows.h"
+#include "payload_storage.h"
 #include "unexported_messages.h"
 #include "wire_field.h"
 
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <new>
 
 namespace tolvarin::ondrel {
 
@@ -25,29 +27,30 @@ namespace {
 
 const std::string moduleName = "ADSBDecoder";
 
+/// Makes an empty message: in the given memory, or on the heap for null.
 template <class Message>
-ADSBMessage* decodeAs(const std::string& data) {
-    auto message = std::make_unique<Message>();
-    return message->decode(data) ? message.release() : nullptr;
+ADSBMessage* make(void* place) {
+    static_assert(sizeof(Message) <= PayloadStorage::size);
+    return place != nullptr ? new (place) Message : new Message;
 }
 
-using Decode = ADSBMessage* (*)(const std::string&);
+using Make = ADSBMessage* (*)(void* place);
 
 /// The classes of a type, by MOPS version: 0, 1, 2, and 3 for all above. Null means that no class
 /// decodes this type at this version; the decoder then gives null without a line in the log.
 struct Row {
     ADSBMessage::ADSBMessageType key;
-    std::array<Decode, 4> byVersion;
+    std::array<Make, 4> byVersion;
 };
 
 /// For a type whose layout is the same in all versions, also in later ones.
 template <class Message>
-constexpr std::array<Decode, 4> everyVersion = {decodeAs<Message>, decodeAs<Message>,
-                                                decodeAs<Message>, decodeAs<Message>};
+constexpr std::array<Make, 4> everyVersion = {make<Message>, make<Message>, make<Message>,
+                                              make<Message>};
 
 /// For a type whose layout may be another in later versions.
 template <class... Messages>
-constexpr std::array<Decode, 4> versions0To2 = {decodeAs<Messages>..., nullptr};
+constexpr std::array<Make, 4> versions0To2 = {make<Messages>..., nullptr};
 
 constexpr std::array<Row, 9> rows = {{
     {ADSBMessage::ACID, everyVersion<ADSBIdentityMessage>},
@@ -63,7 +66,7 @@ constexpr std::array<Row, 9> rows = {{
                                           ADSBAircraftStatusMessageV2>},
     // This message came with version 1.
     {ADSBMessage::TG_STATUS,
-     {nullptr, decodeAs<ADSBTargetStatusMessageV1>, decodeAs<ADSBTargetStatusMessageV2>, nullptr}},
+     {nullptr, make<ADSBTargetStatusMessageV1>, make<ADSBTargetStatusMessageV2>, nullptr}},
     {ADSBMessage::OP_STATUS,
      versions0To2<ADSBAircraftOperationalStatusMessage, ADSBAircraftOperationalStatusMessage,
                   ADSBAircraftOperationalStatusMessage>},
@@ -71,13 +74,9 @@ constexpr std::array<Row, 9> rows = {{
 }};
 static_assert(keysCountFrom0(rows));
 
-} // namespace
-
-ADSBDecoder::ADSBDecoder() {
-    Log::log(Log::Info, moduleName, "Initialized.");
-}
-
-ADSBMessage* ADSBDecoder::decode(MOPSVersion version, const std::string& data) const {
+/// Chooses the class of a payload. Null if no class decodes it, with a line in the log for a
+/// reserved type code.
+Make classOf(MOPSVersion version, const std::string& data) {
     if (data.size() < payloadBytes) {
         return nullptr;
     }
@@ -89,8 +88,37 @@ ADSBMessage* ADSBDecoder::decode(MOPSVersion version, const std::string& data) c
         return nullptr;
     }
     const u32 column = std::min<u32>(static_cast<u32>(version), MOPSVersionUnknown);
-    const Decode decodeRow = rows[static_cast<u32>(type)].byVersion[column];
-    return decodeRow != nullptr ? decodeRow(data) : nullptr;
+    return rows[static_cast<u32>(type)].byVersion[column];
+}
+
+} // namespace
+
+ADSBDecoder::ADSBDecoder() {
+    Log::log(Log::Info, moduleName, "Initialized.");
+}
+
+ADSBMessage* ADSBDecoder::decode(MOPSVersion version, const std::string& data) const {
+    const Make makeMessage = classOf(version, data);
+    if (makeMessage == nullptr) {
+        return nullptr;
+    }
+    std::unique_ptr<ADSBMessage> message(makeMessage(nullptr));
+    return message->decode(data) ? message.release() : nullptr;
+}
+
+PayloadStorage::~PayloadStorage() {
+    if (_message != nullptr) {
+        _message->~ADSBMessage();
+    }
+}
+
+ADSBMessage* PayloadStorage::decode(MOPSVersion version, const std::string& data) {
+    const Make makeMessage = classOf(version, data);
+    if (makeMessage == nullptr) {
+        return nullptr;
+    }
+    _message = makeMessage(_bytes.data());
+    return _message->decode(data) ? _message : nullptr;
 }
 
 } // namespace tolvarin::ondrel

@@ -25,7 +25,7 @@ namespace {
 
 const std::string moduleName = "ADSBMessage";
 
-constexpr std::size_t longestFieldList = 11; // of the library's messages: one allocation is enough
+constexpr std::size_t longestFieldList = 11; // of the library's messages
 
 std::string typeText(std::int64_t type) {
     return ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type));
@@ -177,14 +177,14 @@ ADSBMessageField fieldOf(const WireLayout& layout, std::int64_t value) {
     return {layout.designator, layout.pos, layout.bits, layout.text(value)};
 }
 
-/// Sorts by position and keeps the order of equal positions. It allocates nothing, and moves few
-/// entries, since messages add most fields in the order of their positions.
-template <class Entries, class PosOf>
-void sortByPos(Entries& entries, PosOf posOf) {
-    const auto isBefore = [&](const auto& a, const auto& b) { return posOf(a) < posOf(b); };
-    for (auto added = entries.begin(); added != entries.end(); ++added) {
-        if (added != entries.begin() && isBefore(*added, *(added - 1))) {
-            const auto place = std::upper_bound(entries.begin(), added, *added, isBefore);
+/// Sorts by position and keeps the order of equal positions. Few fields move, since messages add
+/// most of them in the order of their positions.
+template <class Iterator>
+void sortByPos(Iterator begin, Iterator end) {
+    const auto isBefore = [](const auto& a, const auto& b) { return a.pos() < b.pos(); };
+    for (Iterator added = begin; added != end; ++added) {
+        if (added != begin && isBefore(*added, *(added - 1))) {
+            const Iterator place = std::upper_bound(begin, added, *added, isBefore);
             std::rotate(place, added, added + 1);
         }
     }
@@ -234,16 +234,14 @@ bool ADSBMessage::decode(const std::string& data) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
-    // A second decode() of the same object keeps the entries of the first.
-    _fields.entries.reserve(_fields.entries.size() + longestFieldList);
+    if (_fields.count > 0) { // the entries of the decodes before stay
+        _fields.more.reserve(_fields.count + longestFieldList - _fields.first.size());
+    }
     FieldWriter writer(*this);
     writer.show(layout::type, _type);
     writer.take(layout::typeCode);
     _valid = decodeImpl();
-    sortByPos(_fields.entries, [this](const FieldEntry& entry) {
-        return entry.layout != nullptr ? entry.layout->pos
-                                       : _fields.given[index(entry.value)].pos();
-    });
+    _fields.ordered = _fields.count;
     return _valid;
 }
 
@@ -251,13 +249,18 @@ bool ADSBMessage::decode(const void* data, u64 size) {
     return decode(text::bytes(data, size));
 }
 
+/// Sorts the list that it returns, so that nobody pays for the order of a list that nobody reads.
+/// What was added after the last decode(), or before an exception ended it, stays at the end.
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
     std::vector<ADSBMessageField> list;
-    list.reserve(_fields.entries.size());
-    for (const FieldEntry& entry : _fields.entries) {
+    list.reserve(_fields.count);
+    for (std::size_t i = 0; i < _fields.count; ++i) {
+        const std::size_t inFirst = _fields.first.size();
+        const FieldEntry& entry = i < inFirst ? _fields.first[i] : _fields.more[i - inFirst];
         list.push_back(entry.layout != nullptr ? fieldOf(*entry.layout, entry.value)
                                                : _fields.given[index(entry.value)]);
     }
+    sortByPos(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(_fields.ordered));
     return list;
 }
 
@@ -283,11 +286,18 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
     _fields.given.push_back(field);
-    _fields.entries.push_back({nullptr, static_cast<std::int64_t>(_fields.given.size()) - 1});
+    FieldWriter(*this).append({nullptr, static_cast<std::int64_t>(_fields.given.size()) - 1});
 }
 
+ADSBMessage::FieldList::FieldList(FieldList&& other) noexcept
+    : first(other.first), more(std::move(other.more)), count(std::exchange(other.count, 0)),
+      ordered(std::exchange(other.ordered, 0)), given(std::move(other.given)) {}
+
 ADSBMessage::FieldList& ADSBMessage::FieldList::operator=(FieldList other) noexcept {
-    entries.swap(other.entries);
+    first = other.first;
+    more.swap(other.more);
+    count = other.count;
+    ordered = other.ordered;
     given.swap(other.given);
     return *this;
 }

@@ -63,9 +63,7 @@ public:
     explicit FieldWriter(ADSBMessage& message) : _message(message) {}
 
     /// Adds a value that was calculated from the field's bits.
-    void show(const WireLayout& layout, std::int64_t value) {
-        _message._fields.entries.push_back({&layout, value});
-    }
+    void show(const WireLayout& layout, std::int64_t value) { append({&layout, value}); }
 
     /// Reads the field's bits, adds their value to the list and returns it.
     template <unsigned Pos, unsigned Bits>
@@ -76,6 +74,18 @@ public:
     }
 
 private:
+    friend class ADSBMessage;
+
+    void append(const ADSBMessage::FieldEntry& entry) {
+        ADSBMessage::FieldList& list = _message._fields;
+        if (list.count < list.first.size()) {
+            list.first[list.count] = entry;
+        } else {
+            list.more.push_back(entry);
+        }
+        ++list.count;
+    }
+
     ADSBMessage& _message;
 };
 

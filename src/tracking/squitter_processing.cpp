@@ -6,11 +6,11 @@
 
 #include <ondrel/log.h>
 
+#include "payload_storage.h"
 #include "tracker_steps.h"
 #include "wrapped.h"
 
 #include <cstddef>
-#include <memory>
 
 namespace tolvarin::ondrel {
 
@@ -64,14 +64,14 @@ const ADSBTarget* ADSBTracker::procDF17Msg(const DF17Message* message) {
     const u64 stamp = message->timeStamp();
     target->setLastUpdate(stamp);
     target->setSignalAmplitude(message->signalAmplitude(), stamp);
-    const std::unique_ptr<ADSBMessage> payload(
-        _decoder.decode(target->mopsVersion(), message->constFieldME().data()));
-    if (!payload) { // the aircraft is there, but the squitter is not counted
+    PayloadStorage storage;
+    ADSBMessage* payload = storage.decode(target->mopsVersion(), message->constFieldME().data());
+    if (payload == nullptr) { // the aircraft is there, but the squitter is not counted
         return target;
     }
     payload->setTimeStamp(stamp);
     payload->setSignalAmplitude(message->signalAmplitude());
-    Steps::takePayload(*this, target, payload.get());
+    Steps::takePayload(*this, target, payload);
     Steps::updateMOPSVersion0Certainty(*target, stamp);
     target->increaseStatistic(message->downlinkFormat(), stamp);
     target->increaseStatistic(payload->type(), stamp);

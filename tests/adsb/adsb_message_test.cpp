@@ -29,7 +29,9 @@ using Field = ADSBMessageField;
 /// the last bit is set.
 class DisorderedMessage final : public ADSBMessage {
 public:
-    DisorderedMessage() : ADSBMessage(TEST) { addField({Field::DATA, 9, 1, "z"}); }
+    DisorderedMessage() : ADSBMessage(TEST) { add(9, "z"); }
+
+    void add(u8 pos, const char* value) { addField({Field::DATA, pos, 1, value}); }
 
 protected:
     bool decodeImpl() override {
@@ -56,6 +58,25 @@ TEST(ADSBMessage, ListsFieldsByPositionThenInTheOrderOfAdding) {
     EXPECT_FALSE(message.decode("B8 00 00 00 00 00 00"_hex));
     EXPECT_EQ(listed(message), "TEST 23 b TEST 23 b e e c f c f z a d a d g g ");
     EXPECT_EQ(message.ADSBMessage::description(), "ADS-B Type-23 TEST Message");
+}
+
+TEST(ADSBMessage, ListsLaterFieldsLastUntilTheNextDecode) {
+    DisorderedMessage message;
+    EXPECT_EQ(listed(message), "z ");
+    ASSERT_TRUE(message.decode("B8 00 00 00 00 00 01"_hex));
+    message.add(3, "x");
+    message.add(1, "y");
+    EXPECT_EQ(listed(message), "TEST 23 b e c f z a d g x y ");
+    DisorderedMessage copy = message;
+    DisorderedMessage moved = std::move(message);
+    EXPECT_EQ(listed(copy), listed(moved));
+    EXPECT_EQ(listed(message), "");
+    ASSERT_TRUE(copy.decode("B8 00 00 00 00 00 01"_hex));
+    EXPECT_EQ(listed(copy), "TEST 23 b TEST 23 b y x e e c f c f z a d a d g g ");
+    moved = copy;
+    EXPECT_EQ(listed(moved), listed(copy));
+    message.add(1, "new");
+    EXPECT_EQ(listed(message), "new ");
 }
 
 TEST(ADSBMessage, SortsItsFieldsInTheNextDecodeAfterAnException) {
