@@ -12,6 +12,7 @@
 #include "wrapped.h"
 
 #include <array>
+#include <typeinfo>
 
 namespace tolvarin::ondrel {
 
@@ -39,34 +40,62 @@ constexpr std::array<FlightStatusRow, 6> flightStatusRows = {{
 }};
 static_assert(keysCountFrom0(flightStatusRows));
 
+// dynamic_cast takes a good part of the time of a reply. So the library's own classes, which nearly
+// all messages have, are recognised by their type information; dynamic_cast serves subclasses of a
+// client.
+
+template <class Message>
+bool isExactly(const ModeSMessage* message) {
+    return &typeid(*message) == &typeid(Message);
+}
+
+/// Null if the message is of another class.
+template <class Message>
+const Message* as(const DFMessage* message) {
+    return isExactly<Message>(message) ? static_cast<const Message*>(message)
+                                       : dynamic_cast<const Message*>(message);
+}
+
+template <class... Messages>
+const DFMessage* asDFMessageOf(const ModeSMessage* message) {
+    return (isExactly<Messages>(message) || ...) ? static_cast<const DFMessage*>(message)
+                                                 : dynamic_cast<const DFMessage*>(message);
+}
+
+/// Null for a message of a client that is no DFMessage.
+const DFMessage* asDFMessage(const ModeSMessage* message) {
+    return asDFMessageOf<DF17Message, DF11Message, DF4Message, DF5Message, DF0Message, DF20Message,
+                         DF21Message, DF16Message, DF18Message, DF19Message>(message);
+}
+
 } // namespace
 
 const ADSBTarget* ADSBTracker::procModeSMsg(const ModeSMessage* message) {
     if (message == nullptr || message->modeSMsgType() != ModeSMessage::Downlink) {
         return nullptr;
     }
-    const auto* downlink = dynamic_cast<const DFMessage*>(message);
+    const DFMessage* downlink = asDFMessage(message);
     return downlink != nullptr ? procDFMsg(downlink) : nullptr;
 }
 
 const ADSBTarget* ADSBTracker::procDFMsg(const DFMessage* message) {
     switch (message->downlinkFormat()) {
     case DFMessage::DF0:
-        return procDF0Msg(dynamic_cast<const DF0Message*>(message));
+        return procDF0Msg(as<DF0Message>(message));
     case DFMessage::DF4:
-        return procDF4Msg(dynamic_cast<const DF4Message*>(message));
+        return procDF4Msg(as<DF4Message>(message));
     case DFMessage::DF5:
-        return procDF5Msg(dynamic_cast<const DF5Message*>(message));
+        return procDF5Msg(as<DF5Message>(message));
     case DFMessage::DF11:
-        return procDF11Msg(dynamic_cast<const DF11Message*>(message));
+        return procDF11Msg(as<DF11Message>(message));
     case DFMessage::DF16:
-        return procDF16Msg(dynamic_cast<const DF16Message*>(message));
+        return procDF16Msg(as<DF16Message>(message));
     case DFMessage::DF17:
-        return procDF17Msg(dynamic_cast<const DF17Message*>(message));
+        return procDF17Msg(as<DF17Message>(message));
     case DFMessage::DF20:
-        return procDF20Msg(dynamic_cast<const DF20Message*>(message));
+        return procDF20Msg(as<DF20Message>(message));
     case DFMessage::DF21:
-        return procDF21Msg(dynamic_cast<const DF21Message*>(message));
+        return procDF21Msg(as<DF21Message>(message));
     default: // DF-18 and DF-19, and formats that only a client's class can have
         Log::log(Log::Warning, moduleName, "Unsupported %s message detected.",
                  message->downlinkFormatName().c_str());

@@ -1,8 +1,11 @@
 // The table of aircraft, the altitude check, and pairs of position frames.
 #include <ondrel/adsb_tracker.h>
+#include <ondrel/mode_s_decoder.h>
 
 #include "simulator/frame_encoder.h"
 #include "simulator/payload_encoder.h"
+#include "simulator/traffic.h"
+#include "support/allocations.h"
 #include "support/bytes.h"
 #include "support/captured_log.h"
 #include "support/messages.h"
@@ -83,6 +86,51 @@ TEST_F(ADSBTrackerTest, IgnoresWhatItDoesNotTrack) {
     EXPECT_EQ(log.take(), (Lines{"[WARNING ][ADSBTracker] Unsupported DF-18 message detected.",
                                  "[WARNING ][ADSBTracker] Unsupported DF-19 message detected."}));
     EXPECT_TRUE(tracker.allTargets().empty());
+}
+
+TEST_F(ADSBTrackerTest, TakesMessagesByTheirClassNotByTheirFormat) {
+    class Derived final : public DF17Message {};
+    class Sliced final : public DFMessage {
+    public:
+        explicit Sliced(const DF17Message& squitter) : DFMessage(squitter) {}
+        u8 bits() const override { return 112; }
+        std::vector<const ModeSMessageField*> fields() const override { return {}; }
+        bool decodeImpl() override { return true; }
+    };
+    Derived derived;
+    ASSERT_TRUE(derived.decode(test::squitter(5)));
+    derived.setConfidence(ModeSMessage::High);
+    const Sliced sliced(derived);
+    ASSERT_EQ(sliced.downlinkFormat(), DFMessage::DF17);
+    EXPECT_EQ(tracker.procModeSMsg(&sliced), nullptr);
+    EXPECT_TRUE(tracker.allTargets().empty());
+    EXPECT_NE(tracker.procModeSMsg(&derived), nullptr);
+}
+
+TEST_F(ADSBTrackerTest, ReadsTheRepliesOfAKnownAircraftWithOneAllocationEach) {
+    ModeSDecoder decoder;
+    simulator::TrafficOptions options;
+    options.aircraft = 8;
+    options.seconds = 30;
+    options.damage = {};
+    simulator::Traffic traffic(options);
+    std::vector<std::string> replies;
+    while (const auto reply = traffic.next()) {
+        replies.push_back(reply->bytes);
+    }
+    const auto take = [&](const std::string& reply) {
+        const std::unique_ptr<ModeSMessage> message(decoder.decode(ModeSMessage::Downlink, reply));
+        tracker.procModeSMsg(message.get());
+    };
+    Log::setShowLevel(Log::Panic);
+    for (const std::string& reply : replies) {
+        take(reply); // so that all aircraft and interrogators are known
+    }
+    for (const std::string& reply : replies) {
+        const std::size_t before = test::allocations();
+        take(reply);
+        ASSERT_EQ(test::allocations() - before, 1U) << static_cast<u8>(reply.front()) / 8;
+    }
 }
 
 TEST_F(ADSBTrackerTest, ChecksAltitudesWithinSecondsAndLimit) {
