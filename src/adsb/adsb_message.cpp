@@ -25,8 +25,6 @@ namespace {
 
 const std::string moduleName = "ADSBMessage";
 
-constexpr std::size_t longestFieldList = 11; // of the library's messages
-
 std::string typeText(std::int64_t type) {
     return ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type));
 }
@@ -234,8 +232,10 @@ bool ADSBMessage::decode(const std::string& data) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
-    if (_fields.count > 0) { // the entries of the decodes before stay
-        _fields.more.reserve(_fields.count + longestFieldList - _fields.first.size());
+    // The entries of earlier decodes stay. So room is made once for all that this one adds: at most
+    // as many as `first` holds.
+    if (_fields.count > 0) {
+        _fields.more.reserve(_fields.count);
     }
     FieldWriter writer(*this);
     writer.show(layout::type, _type);

@@ -73,9 +73,7 @@ public:
         return value;
     }
 
-private:
-    friend class ADSBMessage;
-
+    /// Adds an entry as it is.
     void append(const ADSBMessage::FieldEntry& entry) {
         ADSBMessage::FieldList& list = _message._fields;
         if (list.count < list.first.size()) {
@@ -86,6 +84,7 @@ private:
         ++list.count;
     }
 
+private:
     ADSBMessage& _message;
 };
 
