@@ -40,9 +40,9 @@ constexpr std::array<FlightStatusRow, 6> flightStatusRows = {{
 }};
 static_assert(keysCountFrom0(flightStatusRows));
 
-// dynamic_cast takes a good part of the time of a reply. So the library's own classes, which nearly
-// all messages have, are recognised by their type information; dynamic_cast serves subclasses of a
-// client.
+// Nearly all messages have one of the library's own classes, which are recognised by their type
+// information. dynamic_cast serves subclasses of a client. For all messages it would make a
+// surveillance reply 18 % slower (road/Surveillance of the benchmarks).
 
 template <class Message>
 bool isExactly(const ModeSMessage* message) {
