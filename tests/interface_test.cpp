@@ -42,10 +42,10 @@ static_assert(sizeof(ModeSMessage) == 80 && sizeof(DFMessage) == 88);
 static_assert(sizeof(DF0Message) == 176 && sizeof(DF11Message) == 160);
 static_assert(sizeof(DF17Message) == 208 && sizeof(DF20Message) == 224);
 static_assert(sizeof(ModeSMessageField) == 16 && sizeof(ModeSMessageFieldME) == 48);
-static_assert(sizeof(ADSBMessage) == 304 && sizeof(ADSBMessageField) == 40);
-static_assert(sizeof(ADSBIdentityMessage) == 344 && sizeof(ADSBSurfacePositionMessage) == 352);
-static_assert(sizeof(ADSBAirbornePositionMessage) == 336);
-static_assert(sizeof(ADSBAirborneVelocityMessage) == 336);
+static_assert(sizeof(ADSBMessage) == 200 && sizeof(ADSBMessageField) == 40);
+static_assert(sizeof(ADSBIdentityMessage) == 240 && sizeof(ADSBSurfacePositionMessage) == 248);
+static_assert(sizeof(ADSBAirbornePositionMessage) == 232);
+static_assert(sizeof(ADSBAirborneVelocityMessage) == 232);
 #endif
 
 TEST(Interface, MovesOfDecoderAndTrackerAllocateNothingAndWriteNoLine) {

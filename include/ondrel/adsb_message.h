@@ -7,7 +7,6 @@
 
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -116,7 +115,7 @@ private:
     std::string _description;
 };
 
-struct WireLayout;
+struct FieldGroup;
 
 /// The payload of an extended squitter's ME field (RTCA DO-260B, 2.2.3.2). A message decodes seven
 /// bytes into its members and lists them bit field by bit field.
@@ -224,12 +223,12 @@ protected:
     void addField(const ADSBMessageField& field);
 
 private:
-    friend class FieldWriter; // how the library's own messages add their fields
+    friend class PayloadReader; // how the library's own messages read and list their fields
 
-    // A value and the layout that makes its text, or the index of a field that addField() got.
+    // Fields with the payload that holds their values, or one field that addField() got.
     struct FieldEntry {
-        const WireLayout* layout; // null: `value` is the index
-        std::int64_t value;
+        const FieldGroup* group; // null: `payload` is the index of the one field
+        u64 payload;
     };
 
     // The field list before its texts are made. The longest list of the library's messages needs no
@@ -241,7 +240,7 @@ private:
         FieldList& operator=(FieldList other) noexcept; // so that all is assigned or nothing
         ~FieldList() = default;
 
-        std::array<FieldEntry, 11> first{};
+        std::array<FieldEntry, 4> first{};
         std::vector<FieldEntry> more;        // behind the first
         std::size_t count = 0;               // in both
         std::size_t ordered = 0;             // of these, added by the end of the last decode()
@@ -249,6 +248,7 @@ private:
     };
 
     std::string _data;
+    u64 _payload = 0; // the seven bytes of _data as one number, the first byte highest
     bool _valid = false;
     u8 _typeCode = 0;
     ADSBMessageType _type;

@@ -12,58 +12,66 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-std::string feetText(std::int64_t feet) {
-    return decimal(feet) + "FT";
+constexpr u8 firstBaroTypeCode = 9;
+constexpr u8 lastBaroTypeCode = 18;
+
+/// Of a type code that decode() has tested: the codes 20 to 22 are left.
+constexpr AltitudeSource altitudeSourceOf(u64 typeCode) {
+    return typeCode >= firstBaroTypeCode && typeCode <= lastBaroTypeCode ? Baro : Gnss;
+}
+
+std::string feetText(i32 feet) {
+    return std::to_string(feet) + "FT";
+}
+
+std::string altitudeSourceText(u64 typeCode) {
+    return altitudeSourceTokens[altitudeSourceOf(typeCode)];
+}
+
+std::string resolutionText(u64 qBit) {
+    return feetText(qBit != 0 ? Resolution25Ft : Resolution100Ft);
+}
+
+std::string altitudeText(u64 code) {
+    return feetText(squitterAltitudeCode(static_cast<u32>(code)).feet);
 }
 
 namespace layout {
 
 // The type code tells the source of the altitude.
-constexpr ShownField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC, token<altitudeSourceTokens>};
+constexpr WireField<0, 5> altitudeSource{ADSBMessageField::ALT_SRC, altitudeSourceText};
 // One bit with two meanings: single antenna in versions 0 and 1, NIC supplement B in version 2.
 constexpr WireField<7, 1> singleAntenna{ADSBMessageField::SAF};
 constexpr WireField<7, 1> nicSupplementB{ADSBMessageField::NIC_SUPP_B};
-constexpr ShownField<8, 12> altitude{ADSBMessageField::ALT, feetText};
+constexpr WireField<8, 12> altitude{ADSBMessageField::ALT, altitudeText};
 // The Q bit of the altitude.
-constexpr ShownField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES, feetText};
+constexpr WireField<15, 1> altitudeResolution{ADSBMessageField::ALT_RES, resolutionText};
+constexpr FieldGroup fields{altitudeSource,       altitudeResolution, altitude,
+                            cpr_layout::timeBit,  cpr_layout::format, cpr_layout::latitude,
+                            cpr_layout::longitude};
+constexpr FieldGroup antennaFields{singleAntenna};
+constexpr FieldGroup supplementFields{nicSupplementB};
 
 } // namespace layout
-
-constexpr u8 firstBaroTypeCode = 9;
-constexpr u8 lastBaroTypeCode = 18;
-constexpr u8 firstGnssTypeCode = 20;
-constexpr u8 lastGnssTypeCode = 22;
-
-constexpr bool isBetween(u8 value, u8 first, u8 last) {
-    return value >= first && value <= last;
-}
 
 } // namespace
 
 ADSBAirbornePositionMessage::ADSBAirbornePositionMessage() : ADSBMessage(POS_AIR) {}
 
 bool ADSBAirbornePositionMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    if (isBetween(typeCode(), firstBaroTypeCode, lastBaroTypeCode)) {
-        _altitudeSource = Baro;
-    } else if (isBetween(typeCode(), firstGnssTypeCode, lastGnssTypeCode)) {
-        _altitudeSource = Gnss;
-    } else { // not behind decode(), which has tested the type code
+    if (typeByCode(typeCode()) != POS_AIR) { // not behind decode(), which has tested the type code
         return false;
     }
-    writer.show(layout::altitudeSource, _altitudeSource);
-
-    const AltitudeCode code = squitterAltitudeCode(layout::altitude.read(data()));
+    PayloadReader reader(*this);
+    _altitudeSource = altitudeSourceOf(typeCode());
+    const AltitudeCode code = squitterAltitudeCode(reader.read(layout::altitude));
     _altResolution = code.resolution;
-    writer.show(layout::altitudeResolution, _altResolution);
     _altitude = code.feet;
-    writer.show(layout::altitude, _altitude);
-
-    _timeApplicability = writer.take(cpr_layout::timeBit) != 0;
-    _cprFormat = cpr_layout::formatOf(cpr_layout::format.read(data()));
-    writer.show(cpr_layout::format, _cprFormat);
-    _cprLatitude = static_cast<i32>(writer.take(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(writer.take(cpr_layout::longitude));
+    _timeApplicability = reader.read(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::formatOf(reader.read(cpr_layout::format));
+    _cprLatitude = static_cast<i32>(reader.read(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(reader.read(cpr_layout::longitude));
+    reader.list(layout::fields);
     return true;
 }
 
@@ -79,8 +87,9 @@ bool ADSBAirbornePositionMessageV0::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    FieldWriter writer(*this);
-    _singalAntena = writer.take(layout::singleAntenna) != 0;
+    PayloadReader reader(*this);
+    _singalAntena = reader.read(layout::singleAntenna) != 0;
+    reader.list(layout::antennaFields);
     return true;
 }
 
@@ -90,8 +99,9 @@ bool ADSBAirbornePositionMessageV1::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    FieldWriter writer(*this);
-    _singalAntena = writer.take(layout::singleAntenna) != 0;
+    PayloadReader reader(*this);
+    _singalAntena = reader.read(layout::singleAntenna) != 0;
+    reader.list(layout::antennaFields);
     return true;
 }
 
@@ -101,8 +111,9 @@ bool ADSBAirbornePositionMessageV2::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    FieldWriter writer(*this);
-    _nicSupplementB = writer.take(layout::nicSupplementB) != 0;
+    PayloadReader reader(*this);
+    _nicSupplementB = reader.read(layout::nicSupplementB) != 0;
+    reader.list(layout::supplementFields);
     return true;
 }
 

@@ -33,8 +33,8 @@ constexpr std::array<SubtypeNames, 5> subtypeNames = {{
     {"AIR_SPEED_SUPER_SONIC", "AS_SS"},
 }};
 
-std::string subtypeText(std::int64_t subtype) {
-    return subtypeNames[static_cast<std::size_t>(subtype)].field;
+std::string subtypeText(u64 subtype) {
+    return subtypeNames[subtype].field;
 }
 
 // By direction bit.
@@ -44,7 +44,7 @@ constexpr std::array<const char*, 2> verticalTokens = {"UP", "DOWN"};
 
 namespace layout {
 
-constexpr ShownField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL, subtypeText};
+constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AIR_VEL, subtypeText};
 constexpr WireField<10, 3> nucr{ADSBMessageField::NUC_R};
 constexpr WireField<13, 1> eastWestDirection{ADSBMessageField::DIR_EW, token<eastWestTokens>};
 constexpr WireField<14, 10> eastWestVelocity{ADSBMessageField::VEL_EW};
@@ -55,6 +55,11 @@ constexpr WireField<35, 1> verticalRateSource{ADSBMessageField::VR_SRC,
                                               token<altitudeSourceTokens>};
 constexpr WireField<36, 1> verticalRateSign{ADSBMessageField::VR_SIGN, token<verticalTokens>};
 constexpr WireField<37, 9> verticalRate{ADSBMessageField::VR};
+constexpr FieldGroup subtypeFields{subtype};
+constexpr FieldGroup fields{eastWestDirection,  eastWestVelocity,   northSouthDirection,
+                            northSouthVelocity, verticalRateSource, verticalRateSign,
+                            verticalRate};
+constexpr FieldGroup nucrFields{nucr};
 
 } // namespace layout
 
@@ -81,11 +86,11 @@ struct GroundVelocity {
 
 /// All zero if a component is not available, which is code 0: one component alone gives neither
 /// speed nor direction. `scale` is the knots of one step.
-GroundVelocity takeGroundVelocity(FieldWriter& writer, i32 scale) {
-    const bool westward = writer.take(layout::eastWestDirection) != 0;
-    const u32 eastWest = writer.take(layout::eastWestVelocity);
-    const bool southward = writer.take(layout::northSouthDirection) != 0;
-    const u32 northSouth = writer.take(layout::northSouthVelocity);
+GroundVelocity readGroundVelocity(const PayloadReader& reader, i32 scale) {
+    const bool westward = reader.read(layout::eastWestDirection) != 0;
+    const u32 eastWest = reader.read(layout::eastWestVelocity);
+    const bool southward = reader.read(layout::northSouthDirection) != 0;
+    const u32 northSouth = reader.read(layout::northSouthVelocity);
     if (eastWest == 0 || northSouth == 0) {
         return {};
     }
@@ -95,9 +100,9 @@ GroundVelocity takeGroundVelocity(FieldWriter& writer, i32 scale) {
 }
 
 /// Feet per minute, in steps of 64, up positive. 0 if the rate is not available, which is code 0.
-i32 takeVerticalRate(FieldWriter& writer) {
-    const bool downward = writer.take(layout::verticalRateSign) != 0;
-    const auto code = static_cast<i32>(writer.take(layout::verticalRate));
+i32 readVerticalRate(const PayloadReader& reader) {
+    const bool downward = reader.read(layout::verticalRateSign) != 0;
+    const auto code = static_cast<i32>(reader.read(layout::verticalRate));
     const i32 rate = code == 0 ? 0 : (code - 1) * 64;
     return downward ? -rate : rate;
 }
@@ -107,14 +112,14 @@ i32 takeVerticalRate(FieldWriter& writer) {
 ADSBAirborneVelocityMessage::ADSBAirborneVelocityMessage() : ADSBMessage(AIR_VEL) {}
 
 bool ADSBAirborneVelocityMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    const u32 subtype = layout::subtype.read(data());
+    PayloadReader reader(*this);
+    const u32 subtype = reader.read(layout::subtype);
     if (subtype == 0 || subtype >= subtypeNames.size()) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
         return false;
     }
     _velocityType = static_cast<AirborneVelocityType>(subtype);
-    writer.show(layout::subtype, subtype);
+    reader.list(layout::subtypeFields);
     if (_velocityType == AIR_SPEED || _velocityType == AIR_SPEED_SUPER_SONIC) {
         // Such a message has air speed and heading in place of the two components. The aircraft
         // sends it only while it knows no ground speed, and a target has no datum for air speed.
@@ -123,11 +128,12 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
     }
     // Subtype 2 has steps of 4 knots, for components above 1022 knots.
     const GroundVelocity velocity =
-        takeGroundVelocity(writer, _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1);
+        readGroundVelocity(reader, _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1);
     _groundSpeed = velocity.speed;
     _heading = velocity.heading;
-    _verticalRateSource = static_cast<AltitudeSource>(writer.take(layout::verticalRateSource));
-    _verticalRate = takeVerticalRate(writer);
+    _verticalRateSource = static_cast<AltitudeSource>(reader.read(layout::verticalRateSource));
+    _verticalRate = readVerticalRate(reader);
+    reader.list(layout::fields);
     return true;
 }
 
@@ -146,8 +152,9 @@ bool ADSBAirborneVelocityMessageV0::decodeImpl() {
     if (!ADSBAirborneVelocityMessage::decodeImpl()) {
         return false;
     }
-    FieldWriter writer(*this);
-    _nucr = static_cast<u8>(writer.take(layout::nucr));
+    PayloadReader reader(*this);
+    _nucr = static_cast<u8>(reader.read(layout::nucr));
+    reader.list(layout::nucrFields);
     return true;
 }
 

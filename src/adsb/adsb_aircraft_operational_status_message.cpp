@@ -17,6 +17,7 @@ namespace layout {
 
 constexpr WireField<40, 3> versionNumber{ADSBMessageField::VER_NUM};
 constexpr WireField<43, 1> nicSupplementA{ADSBMessageField::NIC_SUPP_A};
+constexpr FieldGroup fields{versionNumber, nicSupplementA};
 
 } // namespace layout
 
@@ -26,8 +27,8 @@ ADSBAircraftOperationalStatusMessage::ADSBAircraftOperationalStatusMessage()
     : ADSBMessage(OP_STATUS) {}
 
 bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    _versionNumber = static_cast<u8>(layout::versionNumber.read(data()));
+    PayloadReader reader(*this);
+    _versionNumber = static_cast<u8>(reader.read(layout::versionNumber));
     // This layout came with version 1. At version 0 type code 31 has another one.
     if (_versionNumber == 0) {
         Log::log(Log::Critical, moduleName, "MOPS Version 0 detected.");
@@ -38,8 +39,8 @@ bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unsupported MOPS Version %u detected.",
                  unsigned{_versionNumber});
     }
-    writer.show(layout::versionNumber, _versionNumber);
-    _nicSupplementA = writer.take(layout::nicSupplementA) != 0;
+    _nicSupplementA = reader.read(layout::nicSupplementA) != 0;
+    reader.list(layout::fields);
     return true;
 }
 

@@ -24,15 +24,18 @@ constexpr std::array<const char*, 8> emergencyTokens = {
     "NO_EMG", "EMERGENCY", "MEDICAL", "MIN_FUEL", "NO_COMM", "HIJACK", "AC_DOWNED", "UNDEFINED",
 };
 
-std::string modeAText(std::int64_t code) {
-    return text::octal(static_cast<u32>(code));
+std::string modeAText(u64 code) {
+    return text::octal(identityCode(static_cast<u32>(code)));
 }
 
 namespace layout {
 
-constexpr ShownField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS, token<subtypeTokens>};
-constexpr ShownField<8, 3> emergencyState{ADSBMessageField::EMG_STATE, token<emergencyTokens>};
-constexpr ShownField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
+constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_AC_STATUS, token<subtypeTokens>};
+constexpr WireField<8, 3> emergencyState{ADSBMessageField::EMG_STATE, token<emergencyTokens>};
+constexpr WireField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
+constexpr FieldGroup subtypeFields{subtype};
+constexpr FieldGroup emergencyFields{emergencyState};
+constexpr FieldGroup modeAFields{modeACode};
 
 } // namespace layout
 
@@ -41,21 +44,22 @@ constexpr ShownField<11, 13> modeACode{ADSBMessageField::MODE_A, modeAText};
 ADSBAircraftStatusMessage::ADSBAircraftStatusMessage() : ADSBMessage(AC_STATUS) {}
 
 bool ADSBAircraftStatusMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    const u32 subtype = layout::subtype.read(data());
+    PayloadReader reader(*this);
+    const u32 subtype = reader.read(layout::subtype);
     if (subtype >= subtypeTokens.size()) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
         _subtype = AircraftStatusSubtype::UNDEFINED;
         return false;
     }
     _subtype = static_cast<AircraftStatusSubtype>(subtype);
-    writer.show(layout::subtype, subtype);
+    reader.list(layout::subtypeFields);
     if (_subtype == AircraftStatusSubtype::EMERGENCY) {
-        _emergencyState = static_cast<EmergencyState>(layout::emergencyState.read(data()));
+        _emergencyState = static_cast<EmergencyState>(reader.read(layout::emergencyState));
     } else { // the bits have another meaning, so the emergency state stays as it was
         Log::log(Log::Critical, moduleName, "Unsupported subtype %u detected.", subtype);
     }
-    writer.show(layout::emergencyState, static_cast<i32>(_emergencyState));
+    reader.list(layout::emergencyFields,
+                layout::emergencyState.payloadWith(static_cast<u64>(_emergencyState)));
     return true;
 }
 
@@ -73,11 +77,11 @@ bool ADSBAircraftStatusMessageV2::decodeImpl() {
     if (!ADSBAircraftStatusMessage::decodeImpl()) {
         return false;
     }
-    FieldWriter writer(*this);
+    PayloadReader reader(*this);
     switch (subtype()) {
     case AircraftStatusSubtype::EMERGENCY:
-        _modeACode = identityCode(layout::modeACode.read(data()));
-        writer.show(layout::modeACode, _modeACode);
+        _modeACode = identityCode(reader.read(layout::modeACode));
+        reader.list(layout::modeAFields);
         return true;
     case AircraftStatusSubtype::TCAS_RA: // resolution advisories are not decoded
         Log::log(Log::Warning, moduleName, "Unsupported TCAS RA message detected.");

@@ -11,6 +11,7 @@
 #include <ondrel/adsb_test_message.h>
 #include <ondrel/log.h>
 
+#include "bits.h"
 #include "keyed_rows.h"
 #include "payload_storage.h"
 #include "unexported_messages.h"

@@ -16,8 +16,8 @@ constexpr std::string_view characters =
     "?ABCDEFGHIJKLMNOPQRSTUVWXYZ????? ???????????????0123456789??????";
 static_assert(characters.size() == 64);
 
-std::string characterText(std::int64_t code) {
-    return std::string(1, characters[static_cast<std::size_t>(code)]);
+std::string characterText(u64 code) {
+    return std::string(1, characters[code]);
 }
 
 namespace layout {
@@ -32,6 +32,8 @@ constexpr WireField<32, 6> character5{ADSBMessageField::CHAR_5, characterText};
 constexpr WireField<38, 6> character6{ADSBMessageField::CHAR_6, characterText};
 constexpr WireField<44, 6> character7{ADSBMessageField::CHAR_7, characterText};
 constexpr WireField<50, 6> character8{ADSBMessageField::CHAR_8, characterText};
+constexpr FieldGroup fields{emitterCategory, character1, character2, character3, character4,
+                            character5,      character6, character7, character8};
 
 } // namespace layout
 
@@ -40,20 +42,14 @@ constexpr WireField<50, 6> character8{ADSBMessageField::CHAR_8, characterText};
 ADSBIdentityMessage::ADSBIdentityMessage() : ADSBMessage(ACID), _callsign(8, ' ') {}
 
 bool ADSBIdentityMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    _emitterCategory = static_cast<u8>(writer.take(layout::emitterCategory));
-    _callsign.clear();
-    const auto addCharacter = [&](const auto& field) {
-        _callsign += characters[writer.take(field)];
-    };
-    addCharacter(layout::character1);
-    addCharacter(layout::character2);
-    addCharacter(layout::character3);
-    addCharacter(layout::character4);
-    addCharacter(layout::character5);
-    addCharacter(layout::character6);
-    addCharacter(layout::character7);
-    addCharacter(layout::character8);
+    PayloadReader reader(*this);
+    _emitterCategory = static_cast<u8>(reader.read(layout::emitterCategory));
+    const auto character = [&](const auto& field) { return characters[reader.read(field)]; };
+    _callsign = {character(layout::character1), character(layout::character2),
+                 character(layout::character3), character(layout::character4),
+                 character(layout::character5), character(layout::character6),
+                 character(layout::character7), character(layout::character8)};
+    reader.list(layout::fields);
     return true;
 }
 

@@ -1,8 +1,9 @@
 // What all payloads share: the sequence of decoding, the field list, and the names of types, type
 // codes and designators (RTCA DO-260B, 2.2.3.2).
 //
-// The field list stores a layout and a number for each field. The texts are made when somebody asks
-// for the list, since the tracker decodes thousands of messages whose list nobody reads.
+// The field list stores which fields a payload has, and the payload. The texts are made when
+// somebody asks for the list, since the tracker decodes thousands of messages whose list nobody
+// reads.
 
 #include <ondrel/adsb_message.h>
 
@@ -16,7 +17,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <cstdint>
 #include <utility>
 
 namespace tolvarin::ondrel {
@@ -25,15 +25,16 @@ namespace {
 
 const std::string moduleName = "ADSBMessage";
 
-std::string typeText(std::int64_t type) {
-    return ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(type));
+std::string typeText(u64 typeCode) {
+    return ADSBMessage::typeName(ADSBMessage::typeByCode(static_cast<u8>(typeCode)));
 }
 
 namespace layout {
 
 // Two fields of the same bits: the type by name, and its code.
-constexpr ShownField<0, 5> type{ADSBMessageField::TYPE, typeText};
+constexpr WireField<0, 5> type{ADSBMessageField::TYPE, typeText};
 constexpr WireField<0, 5> typeCode{ADSBMessageField::TYPE_CODE};
+constexpr FieldGroup fields{type, typeCode};
 
 } // namespace layout
 
@@ -167,12 +168,12 @@ static_assert(keysCountFrom0(designatorRows));
 
 const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
 
-constexpr std::size_t index(std::int64_t number) {
-    return static_cast<std::size_t>(number);
-}
-
-ADSBMessageField fieldOf(const WireLayout& layout, std::int64_t value) {
-    return {layout.designator, layout.pos, layout.bits, layout.text(value)};
+u64 payloadOf(const std::string& data) {
+    u64 payload = 0;
+    for (std::size_t i = 0; i < payloadBytes; ++i) {
+        payload = payload << 8 | static_cast<u8>(data[i]);
+    }
+    return payload;
 }
 
 /// Sorts by position and keeps the order of equal positions. Few fields move, since messages add
@@ -227,7 +228,8 @@ bool ADSBMessage::decode(const std::string& data) {
         return false;
     }
     _data.assign(data, 0, payloadBytes); // bytes behind the payload are not kept
-    _typeCode = static_cast<u8>(layout::typeCode.read(_data));
+    _payload = payloadOf(_data);
+    _typeCode = static_cast<u8>(layout::typeCode.read(_payload));
     if (typeByCode(_typeCode) != _type) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
@@ -237,9 +239,7 @@ bool ADSBMessage::decode(const std::string& data) {
     if (_fields.count > 0) {
         _fields.more.reserve(_fields.count);
     }
-    FieldWriter writer(*this);
-    writer.show(layout::type, _type);
-    writer.take(layout::typeCode);
+    PayloadReader(*this).list(layout::fields);
     _valid = decodeImpl();
     _fields.ordered = _fields.count;
     return _valid;
@@ -253,14 +253,22 @@ bool ADSBMessage::decode(const void* data, u64 size) {
 /// What was added after the last decode(), or before an exception ended it, stays at the end.
 std::vector<ADSBMessageField> ADSBMessage::fields() const {
     std::vector<ADSBMessageField> list;
-    list.reserve(_fields.count);
+    std::size_t ordered = 0;
     for (std::size_t i = 0; i < _fields.count; ++i) {
         const std::size_t inFirst = _fields.first.size();
         const FieldEntry& entry = i < inFirst ? _fields.first[i] : _fields.more[i - inFirst];
-        list.push_back(entry.layout != nullptr ? fieldOf(*entry.layout, entry.value)
-                                               : _fields.given[index(entry.value)]);
+        if (entry.group == nullptr) {
+            list.push_back(_fields.given[entry.payload]);
+        } else {
+            for (const WireLayout& field : *entry.group) {
+                list.push_back(field.of(entry.payload));
+            }
+        }
+        if (i < _fields.ordered) {
+            ordered = list.size();
+        }
     }
-    sortByPos(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(_fields.ordered));
+    sortByPos(list.begin(), list.begin() + static_cast<std::ptrdiff_t>(ordered));
     return list;
 }
 
@@ -286,7 +294,7 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
     _fields.given.push_back(field);
-    FieldWriter(*this).append({nullptr, static_cast<std::int64_t>(_fields.given.size()) - 1});
+    PayloadReader(*this).append({nullptr, _fields.given.size() - 1});
 }
 
 ADSBMessage::FieldList::FieldList(FieldList&& other) noexcept

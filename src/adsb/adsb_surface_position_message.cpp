@@ -58,20 +58,22 @@ double headingOf(u32 code) {
     return code * 360.0 / 128;
 }
 
-std::string speedText(std::int64_t movementCode) {
+std::string speedText(u64 movementCode) {
     return text::fixed(speedOf(static_cast<u8>(movementCode)));
 }
 
-std::string headingText(std::int64_t code) {
+std::string headingText(u64 code) {
     return text::fixed(headingOf(static_cast<u32>(code)));
 }
 
 namespace layout {
 
 constexpr WireField<5, 7> movementCode{ADSBMessageField::MOV_CODE};
-constexpr ShownField<5, 7> groundSpeed{ADSBMessageField::GND_SPD, speedText};
+constexpr WireField<5, 7> groundSpeed{ADSBMessageField::GND_SPD, speedText};
 constexpr WireField<12, 1> headingStatus{ADSBMessageField::HDG_STATE};
-constexpr ShownField<13, 7> heading{ADSBMessageField::HDG, headingText};
+constexpr WireField<13, 7> heading{ADSBMessageField::HDG, headingText};
+constexpr FieldGroup motionFields{movementCode, groundSpeed, headingStatus};
+constexpr FieldGroup headingFields{heading};
 
 } // namespace layout
 
@@ -80,27 +82,25 @@ constexpr ShownField<13, 7> heading{ADSBMessageField::HDG, headingText};
 ADSBSurfacePositionMessage::ADSBSurfacePositionMessage() : ADSBMessage(POS_GND) {}
 
 bool ADSBSurfacePositionMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    _movementCode = static_cast<u8>(writer.take(layout::movementCode));
+    PayloadReader reader(*this);
+    _movementCode = static_cast<u8>(reader.read(layout::movementCode));
     const bool reserved = _movementCode > lastMovementCode;
     if (reserved) {
         Log::log(Log::Critical, moduleName, "Reserved Movement Code: %u.", unsigned{_movementCode});
     }
     _movement = _movementCode != 0 && !reserved;
     _groundSpeed = speedOf(_movementCode);
-    writer.show(layout::groundSpeed, _movementCode);
-
-    _headingValid = writer.take(layout::headingStatus) != 0;
+    _headingValid = reader.read(layout::headingStatus) != 0;
     // Without a set status bit the heading bits mean nothing.
-    const u32 headingCode = _headingValid ? layout::heading.read(data()) : 0;
+    const u32 headingCode = _headingValid ? reader.read(layout::heading) : 0;
     _heading = headingOf(headingCode);
-    writer.show(layout::heading, headingCode);
-
-    _timeApplicability = writer.take(cpr_layout::timeBit) != 0;
-    _cprFormat = cpr_layout::formatOf(cpr_layout::format.read(data()));
-    writer.show(cpr_layout::format, _cprFormat);
-    _cprLatitude = static_cast<i32>(writer.take(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(writer.take(cpr_layout::longitude));
+    _timeApplicability = reader.read(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::formatOf(reader.read(cpr_layout::format));
+    _cprLatitude = static_cast<i32>(reader.read(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(reader.read(cpr_layout::longitude));
+    reader.list(layout::motionFields);
+    reader.list(layout::headingFields, layout::heading.payloadWith(headingCode));
+    reader.list(cpr_layout::fields);
     return true;
 }
 

@@ -23,6 +23,8 @@ constexpr WireField<7, 1> silSupplement{ADSBMessageField::SIL_SUPP};
 constexpr WireField<39, 4> nacp{ADSBMessageField::NAC_P};
 constexpr WireField<43, 1> nicBaro{ADSBMessageField::NIC_BARO};
 constexpr WireField<44, 2> sil{ADSBMessageField::SIL};
+constexpr FieldGroup fields{subtype, nacp, nicBaro, sil};
+constexpr FieldGroup silSupplementFields{silSupplement};
 
 } // namespace layout
 
@@ -31,16 +33,16 @@ constexpr WireField<44, 2> sil{ADSBMessageField::SIL};
 ADSBTargetStatusMessage::ADSBTargetStatusMessage() : ADSBMessage(TG_STATUS) {}
 
 bool ADSBTargetStatusMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    _subtype = static_cast<u8>(layout::subtype.read(data()));
+    PayloadReader reader(*this);
+    _subtype = static_cast<u8>(reader.read(layout::subtype));
     if (_subtype > lastKnownSubtype) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
         return false;
     }
-    writer.show(layout::subtype, _subtype);
-    _nacp = static_cast<u8>(writer.take(layout::nacp));
-    _nicBaro = static_cast<u8>(writer.take(layout::nicBaro));
-    _sil = static_cast<u8>(writer.take(layout::sil));
+    _nacp = static_cast<u8>(reader.read(layout::nacp));
+    _nicBaro = static_cast<u8>(reader.read(layout::nicBaro));
+    _sil = static_cast<u8>(reader.read(layout::sil));
+    reader.list(layout::fields);
     return true;
 }
 
@@ -58,8 +60,9 @@ bool ADSBTargetStatusMessageV2::decodeImpl() {
     if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) {
         return false;
     }
-    FieldWriter writer(*this);
-    _silSupplement = writer.take(layout::silSupplement) != 0;
+    PayloadReader reader(*this);
+    _silSupplement = reader.read(layout::silSupplement) != 0;
+    reader.list(layout::silSupplementFields);
     return true;
 }
 

@@ -26,14 +26,15 @@ std::string bytesOf(u64 value) {
     return bytes;
 }
 
-std::string dataText(std::int64_t value) {
-    return text::hexBytes(bytesOf(static_cast<u64>(value)));
+std::string dataText(u64 value) {
+    return text::hexBytes(bytesOf(value));
 }
 
 namespace layout {
 
 constexpr WireField<5, 3> subtype{ADSBMessageField::SUB_TYPE_TEST};
 constexpr WireField<8, 48> testData{ADSBMessageField::DATA, dataText};
+constexpr FieldGroup fields{subtype, testData};
 
 } // namespace layout
 
@@ -42,12 +43,13 @@ constexpr WireField<8, 48> testData{ADSBMessageField::DATA, dataText};
 ADSBTestMessage::ADSBTestMessage() : ADSBMessage(TEST) {}
 
 bool ADSBTestMessage::decodeImpl() {
-    FieldWriter writer(*this);
-    _subtype = static_cast<u8>(writer.take(layout::subtype));
+    PayloadReader reader(*this);
+    _subtype = static_cast<u8>(reader.read(layout::subtype));
     if (_subtype != 0) { // reserved or of another use; the bits are kept all the same
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
     }
-    _testData = bytesOf(writer.take(layout::testData));
+    _testData = bytesOf(reader.read(layout::testData));
+    reader.list(layout::fields);
     return true;
 }
 

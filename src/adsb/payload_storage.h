@@ -24,7 +24,7 @@ public:
     ADSBMessage* decode(MOPSVersion version, const std::string& data);
 
     /// The sources assert that every class fits.
-    static constexpr std::size_t size = 384;
+    static constexpr std::size_t size = 256;
 
 private:
     alignas(std::max_align_t) std::array<std::byte, size> _bytes; // not initialised: all is written

@@ -8,6 +8,7 @@
 #include "wire_field.h"
 
 #include <array>
+#include <string>
 
 namespace tolvarin::ondrel {
 
@@ -21,16 +22,21 @@ static_assert(Odd == 0 && Even == 1);
 
 namespace cpr_layout {
 
-/// Set if the position is that of an exact 0.2 s epoch of UTC.
-inline constexpr WireField<20, 1> timeBit{ADSBMessageField::T};
-inline constexpr ShownField<21, 1> format{ADSBMessageField::CPR_FMT, token<cprFormatTokens>};
-inline constexpr WireField<22, 17> latitude{ADSBMessageField::CPR_LAT};
-inline constexpr WireField<39, 17> longitude{ADSBMessageField::CPR_LON};
-
 /// The value of the enumeration is the inverse of the F bit: bit 0 is Even, which has the value 1.
-constexpr CPRFormat formatOf(u32 bit) {
+constexpr CPRFormat formatOf(u64 bit) {
     return bit == 0 ? Even : Odd;
 }
+
+inline std::string formatText(u64 bit) {
+    return cprFormatTokens[formatOf(bit)];
+}
+
+/// Set if the position is that of an exact 0.2 s epoch of UTC.
+inline constexpr WireField<20, 1> timeBit{ADSBMessageField::T};
+inline constexpr WireField<21, 1> format{ADSBMessageField::CPR_FMT, formatText};
+inline constexpr WireField<22, 17> latitude{ADSBMessageField::CPR_LAT};
+inline constexpr WireField<39, 17> longitude{ADSBMessageField::CPR_LON};
+inline constexpr FieldGroup fields{timeBit, format, latitude, longitude};
 
 } // namespace cpr_layout
 

@@ -1,77 +1,100 @@
 /// @file
 /// Wire layouts of payloads: for each field its designator, its place in the ME field and how its
-/// value becomes text. A message keeps its layouts as constants beside its decodeImpl(). Positions
+/// bits become text. A message keeps its layouts as constants beside its decodeImpl(). Positions
 /// are those of the figures in RTCA DO-260B less one, since the standard counts ME bits from 1.
 #pragma once
 
 #include <ondrel/adsb_message.h>
 #include <ondrel/types.h>
 
-#include "bits.h"
-
+#include <array>
 #include <cstddef>
-#include <cstdint>
 #include <string>
-#include <string_view>
+#include <type_traits>
 
 namespace tolvarin::ondrel {
 
 constexpr std::size_t payloadBytes = 7; // of an ME field
+constexpr unsigned payloadBits = 8 * payloadBytes;
 
-/// Makes the text of a value.
-using ValueText = std::string (*)(std::int64_t value);
+/// Makes the text of a field from its bits.
+using BitsText = std::string (*)(u64 bits);
 
-inline std::string decimal(std::int64_t value) {
-    return std::to_string(value);
+inline std::string decimal(u64 bits) {
+    return std::to_string(bits);
 }
 
 /// The word of a value in a table. The table must have a word for each value of the field: there is
 /// no test.
 template <const auto& tokens>
-std::string token(std::int64_t value) {
-    return tokens[static_cast<std::size_t>(value)];
+std::string token(u64 value) {
+    return tokens[value];
 }
 
+/// A field of `bits` bits at the ME position `pos`, counted from 0 at the top bit of the first ME
+/// byte. A payload is a number of 56 bits, the first byte highest.
 struct WireLayout {
     ADSBMessageField::Designator designator;
     u8 pos;
     u8 bits;
-    ValueText text;
-};
+    BitsText text;
 
-/// A field of `Bits` bits at the ME position `Pos`, counted from 0 at the top bit of the first ME
-/// byte. Its text is made from a value that the message calculates, such as feet or a speed.
-template <unsigned Pos, unsigned Bits>
-struct ShownField : WireLayout {
-    constexpr explicit ShownField(ADSBMessageField::Designator what, ValueText valueText)
-        : WireLayout{what, Pos, Bits, valueText} {}
-
-    constexpr auto read(std::string_view payload) const { return bits::read<Pos, Bits>(payload); }
-};
-
-/// A field whose text is made from its bits as they are.
-template <unsigned Pos, unsigned Bits>
-struct WireField : ShownField<Pos, Bits> {
-    constexpr explicit WireField(ADSBMessageField::Designator what, ValueText bitsText = decimal)
-        : ShownField<Pos, Bits>(what, bitsText) {}
-};
-
-/// Adds fields to the list of a message while it decodes. The list points to the layouts, since a
-/// text is made when somebody asks for it. So a layout must be a constant of the library.
-class FieldWriter {
-public:
-    explicit FieldWriter(ADSBMessage& message) : _message(message) {}
-
-    /// Adds a value that was calculated from the field's bits.
-    void show(const WireLayout& layout, std::int64_t value) { append({&layout, value}); }
-
-    /// Reads the field's bits, adds their value to the list and returns it.
-    template <unsigned Pos, unsigned Bits>
-    auto take(const WireField<Pos, Bits>& field) {
-        const auto value = field.read(_message.data());
-        show(field, static_cast<std::int64_t>(value));
-        return value;
+    /// The field as a payload shows it.
+    ADSBMessageField of(u64 payload) const {
+        const u64 value = payload >> (payloadBits - pos - bits) & ((u64{1} << bits) - 1);
+        return {designator, pos, bits, text(value)};
     }
+};
+
+/// A field whose place is known to the compiler, to be read. The result is a u32, and a u64 above
+/// 32 bits.
+template <unsigned Pos, unsigned Bits>
+struct WireField : WireLayout {
+    static_assert(Bits >= 1 && Pos + Bits <= payloadBits);
+    static constexpr unsigned behind = payloadBits - Pos - Bits;
+
+    constexpr explicit WireField(ADSBMessageField::Designator what, BitsText bitsText = decimal)
+        : WireLayout{what, Pos, Bits, bitsText} {}
+
+    static constexpr auto read(u64 payload) {
+        using Value = std::conditional_t<Bits <= 32, u32, u64>;
+        return static_cast<Value>(payload >> behind & ((u64{1} << Bits) - 1));
+    }
+
+    /// A payload whose other bits are 0.
+    static constexpr u64 payloadWith(u64 value) { return value << behind; }
+};
+
+/// Fields that a message lists together.
+struct FieldGroup {
+    template <class... Fields>
+    constexpr explicit FieldGroup(const Fields&... fields)
+        : rows{fields...}, count(sizeof...(fields)) {}
+
+    const WireLayout* begin() const { return rows.data(); }
+    const WireLayout* end() const { return rows.data() + count; }
+
+    std::array<WireLayout, 9> rows;
+    std::size_t count;
+};
+
+/// Reads the payload of a message that decodes it, and lists its fields. The list points to the
+/// groups, since a text is made when somebody asks for it. So a group must be a constant of the
+/// library.
+class PayloadReader {
+public:
+    explicit PayloadReader(ADSBMessage& message) : _message(message), _payload(message._payload) {}
+
+    template <class Field>
+    auto read(const Field& /*field*/) const {
+        return Field::read(_payload);
+    }
+
+    /// Lists fields as the payload has them.
+    void list(const FieldGroup& fields) { list(fields, _payload); }
+
+    /// Lists fields as another payload has them.
+    void list(const FieldGroup& fields, u64 payload) { append({&fields, payload}); }
 
     /// Adds an entry as it is.
     void append(const ADSBMessage::FieldEntry& entry) {
@@ -86,6 +109,7 @@ public:
 
 private:
     ADSBMessage& _message;
+    u64 _payload;
 };
 
 } // namespace tolvarin::ondrel
