@@ -105,16 +105,22 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
         log(level, module, std::string());
         return;
     }
-    // Each thread has its own buffer, so two threads can format at the same time.
-    thread_local std::array<char, longestFormatted> buffer;
-    // If formatting fails, the message is what was written until then. The zeros end it there.
-    buffer.fill('\0');
+    std::array<char, longestFormatted> buffer; // not initialised: most lines are much shorter
     std::va_list arguments;
     va_start(arguments, format);
     // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start() above initialises the list
-    static_cast<void>(std::vsnprintf(buffer.data(), buffer.size(), format, arguments));
+    const int length = std::vsnprintf(buffer.data(), buffer.size(), format, arguments);
     va_end(arguments);
-    buffer.back() = '\0';
+    if (length < 0) {
+        // The message is what was written before the failure. No terminator is promised then, so
+        // the same is formatted once more, into zeros that end it.
+        buffer.fill('\0');
+        va_start(arguments, format);
+        // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): va_start() above initialises it
+        static_cast<void>(std::vsnprintf(buffer.data(), buffer.size(), format, arguments));
+        va_end(arguments);
+        buffer.back() = '\0';
+    }
     const u64 width = widen(_moduleWidth, module.size());
     write(_logHandler, lineOf(level, module, width, buffer.data()));
 }

@@ -118,14 +118,21 @@ TEST(Log, CutsAFormattedMessageAt1023CharactersAndNoOther) {
 
 TEST(Log, ShowsWhatAFormatWroteBeforeItFailed) {
     CapturedLog log;
-    Log::log(Log::Info, "abc", "%s", std::string(500, 'm').c_str());
-    log.take();
-    const wchar_t strange[] = {0x110000, 0};
-    Log::log(Log::Info, "abc", "head %ls tail", strange);
-    const Lines lines = log.take();
-    ASSERT_EQ(lines.size(), 1U);
-    EXPECT_EQ(lines[0].rfind("[INFO    ][abc] ", 0), 0U);
-    EXPECT_EQ(lines[0].find('m'), std::string::npos) << "nothing of the message before";
+    const wchar_t strange[] = {0x110000, 0}; // no character
+    const std::string old(1000, 'o');
+    for (const std::size_t length : {0U, 5U, 999U, 1022U, 1023U, 2000U}) {
+        const std::string head(length, 'h');
+        // How much is written depends on the C library. Zeros show it.
+        std::string written(1024, '\0');
+        const int result =
+            std::snprintf(written.data(), written.size(), "%s%ls tail", head.c_str(), strange);
+        ASSERT_LT(result, 0) << "the format fails";
+        Log::log(Log::Info, "abc", "%s", old.c_str());
+        Log::log(Log::Info, "abc", "%s%ls tail", head.c_str(), strange);
+        EXPECT_EQ(log.take(), (Lines{"[INFO    ][abc] " + old,
+                                     std::string("[INFO    ][abc] ") + written.c_str()}))
+            << length;
+    }
 }
 
 TEST(Log, TakesAStringMessageAsItIs) {
