@@ -8,7 +8,6 @@
 #include <ondrel/log.h>
 
 #include "bits.h"
-#include "clock.h"
 #include "grading.h"
 #include "parity.h"
 #include "text.h"
@@ -58,6 +57,12 @@ std::optional<std::string> repair(const DFMessage& message, u32 receivedParity) 
     return std::nullopt;
 }
 
+/// The second in which the message was built: the only reading of the clock for a reply. A stamp
+/// of the caller comes later, so it does not count here.
+Seconds secondOf(const ModeSMessage& message) {
+    return static_cast<Seconds>(message.timeStamp()) / 1000;
+}
+
 /// A new message of the class, decoded; null if the frame does not decode.
 template <class Message>
 std::unique_ptr<Message> decoded(const std::string& data) {
@@ -67,24 +72,25 @@ std::unique_ptr<Message> decoded(const std::string& data) {
 
 /// DF-5 and DF-21: the grade follows from the address alone.
 template <class Message>
-ModeSMessage* decodeIdentityReply(const std::string& data, Grading& grading, Seconds now) {
+ModeSMessage* decodeIdentityReply(const std::string& data, Grading& grading) {
     auto message = decoded<Message>(data);
     if (!message) {
         return nullptr;
     }
-    message->setConfidence(grading.gradeByAddress(message->icaoAddress(), now));
+    message->setConfidence(grading.gradeByAddress(message->icaoAddress(), secondOf(*message)));
     return message.release();
 }
 
 /// DF-0, 4, 16 and 20. No aircraft sends its altitude in metres, so a set M bit means noise: the
 /// reply gets the grade None. A known address is refreshed all the same.
 template <class Message>
-ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading, Seconds now) {
+ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading) {
     auto message = decoded<Message>(data);
     if (!message) {
         return nullptr;
     }
-    const ModeSMessage::Confidence byAddress = grading.gradeByAddress(message->icaoAddress(), now);
+    const ModeSMessage::Confidence byAddress =
+        grading.gradeByAddress(message->icaoAddress(), secondOf(*message));
     const bool inFeet = message->constFieldAC().altitudeUnit() == Feet;
     message->setConfidence(inFeet ? byAddress : ModeSMessage::None);
     return message.release();
@@ -92,7 +98,7 @@ ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading, Sec
 
 /// DF-11: the address is in clear, and the interrogator identifier shows what the reply is worth. A
 /// damaged reply nearly always has an identifier above 79. It keeps the grade None.
-ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading, Seconds now) {
+ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading) {
     auto message = decoded<DF11Message>(data);
     if (!message) {
         return nullptr;
@@ -100,7 +106,7 @@ ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading, Seco
     const ModeSMessageFieldPI& pi = message->constFieldPI();
     if (pi.interrogatorIdValid()) {
         message->setConfidence(
-            grading.gradeAllCall(message->icaoAddress(), pi.interrogatorId(), now));
+            grading.gradeAllCall(message->icaoAddress(), pi.interrogatorId(), secondOf(*message)));
     } else {
         Log::log(Log::Info, moduleName, "Invalid interrogator id, II = %u", pi.interrogatorId());
     }
@@ -110,7 +116,7 @@ ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading, Seco
 /// DF-17 and DF-18, the only formats that are repaired. A good parity proves the address; a
 /// repaired frame counts as a good one.
 template <class Message>
-ModeSMessage* decodeSquitter(const std::string& data, Grading& grading, Seconds now) {
+ModeSMessage* decodeSquitter(const std::string& data, Grading& grading) {
     auto message = std::make_unique<Message>();
     if (!message->decode(data)) {
         const auto repaired = repair(*message, message->constFieldPI().parity());
@@ -125,13 +131,13 @@ ModeSMessage* decodeSquitter(const std::string& data, Grading& grading, Seconds 
         }
     }
     message->setConfidence(ModeSMessage::High);
-    grading.refresh(message->icaoAddress(), now);
+    grading.refresh(message->icaoAddress(), secondOf(*message));
     return message.release();
 }
 
 /// DF-19, which is not repaired. With an AF other than 0 its contents are not public, so the
 /// message has no address and teaches the decoder nothing.
-ModeSMessage* decodeMilitarySquitter(const std::string& data, Grading& grading, Seconds now) {
+ModeSMessage* decodeMilitarySquitter(const std::string& data, Grading& grading) {
     auto message = decoded<DF19Message>(data);
     if (!message) {
         return nullptr;
@@ -141,7 +147,7 @@ ModeSMessage* decodeMilitarySquitter(const std::string& data, Grading& grading, 
         return message.release();
     }
     message->setConfidence(ModeSMessage::High);
-    grading.refresh(message->icaoAddress(), now);
+    grading.refresh(message->icaoAddress(), secondOf(*message));
     return message.release();
 }
 
@@ -166,7 +172,6 @@ ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::s
     if (data.empty()) {
         return nullptr;
     }
-    const Seconds now = clock::seconds(); // read once, so that one reply has one time
     if (type != ModeSMessage::Downlink) {
         Log::log(Log::Debug, moduleName, "Unsupported UF message detected.");
         return nullptr;
@@ -178,25 +183,25 @@ ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::s
     const DFMessage::DownlinkFormat format = DFMessage::downlinkFormatByCode(code);
     switch (format) {
     case DFMessage::DF0:
-        return decodeAltitudeReply<DF0Message>(data, *_grading, now);
+        return decodeAltitudeReply<DF0Message>(data, *_grading);
     case DFMessage::DF4:
-        return decodeAltitudeReply<DF4Message>(data, *_grading, now);
+        return decodeAltitudeReply<DF4Message>(data, *_grading);
     case DFMessage::DF5:
-        return decodeIdentityReply<DF5Message>(data, *_grading, now);
+        return decodeIdentityReply<DF5Message>(data, *_grading);
     case DFMessage::DF11:
-        return decodeAllCallReply(data, *_grading, now);
+        return decodeAllCallReply(data, *_grading);
     case DFMessage::DF16:
-        return decodeAltitudeReply<DF16Message>(data, *_grading, now);
+        return decodeAltitudeReply<DF16Message>(data, *_grading);
     case DFMessage::DF17:
-        return decodeSquitter<DF17Message>(data, *_grading, now);
+        return decodeSquitter<DF17Message>(data, *_grading);
     case DFMessage::DF18:
-        return decodeSquitter<DF18Message>(data, *_grading, now);
+        return decodeSquitter<DF18Message>(data, *_grading);
     case DFMessage::DF19:
-        return decodeMilitarySquitter(data, *_grading, now);
+        return decodeMilitarySquitter(data, *_grading);
     case DFMessage::DF20:
-        return decodeAltitudeReply<DF20Message>(data, *_grading, now);
+        return decodeAltitudeReply<DF20Message>(data, *_grading);
     case DFMessage::DF21:
-        return decodeIdentityReply<DF21Message>(data, *_grading, now);
+        return decodeIdentityReply<DF21Message>(data, *_grading);
     default:
         Log::log(Log::Debug, moduleName, "Undefined DF-%u message detected.",
                  static_cast<unsigned>(format));

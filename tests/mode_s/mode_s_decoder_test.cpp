@@ -147,6 +147,30 @@ TEST_F(ModeSDecoderTest, GradesByTheSystemClockWhateverTheStamps) {
     EXPECT_EQ(reply->confidence(), ModeSMessage::High);
 }
 
+TEST_F(ModeSDecoderTest, ReadsTheClockOnceForAReply) {
+    // Each reading is 600 seconds after the one before. With a second reading, whatever it is for,
+    // the address would not be recent.
+    static std::int64_t reading = 0;
+    clock::setSource([] { return reading += 600; });
+    const auto check = [this](const std::string& frame, char expectedGrade) {
+        const std::int64_t expected = reading + 600;
+        const Message message(decoder.decode(ModeSMessage::Downlink, frame));
+        ASSERT_NE(message, nullptr);
+        EXPECT_EQ(message->timeStamp(), static_cast<u64>(expected) * 1000);
+        EXPECT_EQ(reading, expected);
+        EXPECT_EQ(test::gradeOf(message.get()), expectedGrade);
+    };
+    for (const unsigned format : {17U, 18U, 19U}) {
+        check(squitter(known, format), 'H');
+    }
+    check(inverted(squitter(known, 17), {40}), 'H');
+    for (const unsigned format : {0U, 4U, 5U, 16U, 20U, 21U}) {
+        check(surveillance(format, known, 0x1718), 'H');
+    }
+    check(test::allCall(known, 3), 'L');
+    check(surveillance(4, known, 0x1718), 'H');
+}
+
 TEST_F(ModeSDecoderTest, CopiesAreIndependent) {
     play("sq17=H ii3=L ii3=M*8 ii3=H");
     ModeSDecoder copy(decoder);
