@@ -1,16 +1,9 @@
-// How each field of a Mode S message is read and written as text (ICAO Annex 10 Volume IV,
-// 3.1.2.3). field_places.h has where fields stand; surveillance_codes.cpp has the altitude and
-// identity codes.
-//
-// A field accepts only the positions at which the standard has it. Any other position is refused
-// without a line in the log. The base class has already tested that the bytes reach far enough.
+// The names of fields, and their values as text (ICAO Annex 10 Volume IV, 3.1.2.3).
+// frame_decoding.cpp has how they are read.
 
 #include <ondrel/mode_s_fields.h>
 
-#include "bits.h"
-#include "field_places.h"
 #include "keyed_rows.h"
-#include "surveillance_codes.h"
 #include "text.h"
 
 #include <array>
@@ -51,40 +44,6 @@ static_assert(keysCountFrom0(designatorRows));
 const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
 const auto designatorFullNames = strings(designatorRows, &DesignatorRow::fullName);
 
-/// Reads the three bits that CA, CF, AF and FS share.
-bool readStatus(const std::string& data, u8 pos, u8& value) {
-    if (pos != place::status) {
-        return false;
-    }
-    value = static_cast<u8>(bits::read<place::status, 3>(data));
-    return true;
-}
-
-/// Reads the 24 bits that AP and PI share. They are parity and overlay together; only the message
-/// knows the parity, so it takes the two apart afterwards.
-bool readOverlay(const std::string& data, u8 pos, u32& value) {
-    switch (pos) {
-    case place::shortOverlay:
-        value = bits::read<place::shortOverlay, 24>(data);
-        return true;
-    case place::longOverlay:
-        value = bits::read<place::longOverlay, 24>(data);
-        return true;
-    default:
-        return false;
-    }
-}
-
-/// Reads the seven bytes that MB, ME and MV share. They stay as received: the ADS-B layer reads ME,
-/// and the library interprets neither Comm-B nor ACAS messages.
-bool readPayload(const std::string& data, u8 pos, std::string& value) {
-    if (pos != place::payload) {
-        return false;
-    }
-    value = std::string(&data[place::payload / 8], 7);
-    return true;
-}
-
 } // namespace
 
 bool ModeSMessageField::decode(const void* data, u64 size, u8 pos) {
@@ -105,14 +64,6 @@ const std::string& ModeSMessageField::designatorFullName(Designator designator) 
 
 // AA
 
-bool ModeSMessageFieldAA::decodeImpl(const std::string& data, u8 pos) {
-    if (pos != place::address) {
-        return false;
-    }
-    _icaoAddress = bits::read<place::address, 24>(data);
-    return true;
-}
-
 std::string ModeSMessageFieldAA::description() const {
     return icaoAddressHexString();
 }
@@ -123,36 +74,17 @@ std::string ModeSMessageFieldAA::icaoAddressHexString() const {
 
 // AC
 
-bool ModeSMessageFieldAC::decodeImpl(const std::string& data, u8 pos) {
-    if (pos != place::code) {
-        return false;
-    }
-    const AltitudeCode code = altitudeCode(bits::read<place::code, 13>(data));
-    _altitudeUnit = code.unit;
-    _altitudeResolution = code.resolution;
-    _altitude = code.feet;
-    return true;
-}
-
 std::string ModeSMessageFieldAC::description() const {
     return std::to_string(_altitude);
 }
 
 // AF
 
-bool ModeSMessageFieldAF::decodeImpl(const std::string& data, u8 pos) {
-    return readStatus(data, pos, _code);
-}
-
 std::string ModeSMessageFieldAF::description() const {
     return std::to_string(_code);
 }
 
 // AP
-
-bool ModeSMessageFieldAP::decodeImpl(const std::string& data, u8 pos) {
-    return readOverlay(data, pos, _addressParity);
-}
 
 std::string ModeSMessageFieldAP::description() const {
     return addressParityHexString();
@@ -162,17 +94,7 @@ std::string ModeSMessageFieldAP::addressParityHexString() const {
     return text::hex(_addressParity);
 }
 
-u32 ModeSMessageFieldAP::setParity(u32 parity) {
-    _parity = parity;
-    _icaoAddress = _addressParity ^ parity;
-    return _icaoAddress;
-}
-
 // CA
-
-bool ModeSMessageFieldCA::decodeImpl(const std::string& data, u8 pos) {
-    return readStatus(data, pos, _capability);
-}
 
 std::string ModeSMessageFieldCA::description() const {
     return std::to_string(_capability);
@@ -180,24 +102,11 @@ std::string ModeSMessageFieldCA::description() const {
 
 // CF
 
-bool ModeSMessageFieldCF::decodeImpl(const std::string& data, u8 pos) {
-    return readStatus(data, pos, _code);
-}
-
 std::string ModeSMessageFieldCF::description() const {
     return std::to_string(_code);
 }
 
 // FS
-
-bool ModeSMessageFieldFS::decodeImpl(const std::string& data, u8 pos) {
-    u8 status = 0;
-    if (!readStatus(data, pos, status)) {
-        return false;
-    }
-    _flightStatus = static_cast<FlightStatus>(status);
-    return true;
-}
 
 std::string ModeSMessageFieldFS::description() const {
     switch (_flightStatus) {
@@ -220,23 +129,11 @@ std::string ModeSMessageFieldFS::description() const {
 
 // ID
 
-bool ModeSMessageFieldID::decodeImpl(const std::string& data, u8 pos) {
-    if (pos != place::code) {
-        return false;
-    }
-    _identity = identityCode(bits::read<place::code, 13>(data));
-    return true;
-}
-
 std::string ModeSMessageFieldID::description() const {
     return text::octal(_identity);
 }
 
 // MB
-
-bool ModeSMessageFieldMB::decodeImpl(const std::string& data, u8 pos) {
-    return readPayload(data, pos, _data);
-}
 
 std::string ModeSMessageFieldMB::description() const {
     return dataHexString();
@@ -248,10 +145,6 @@ std::string ModeSMessageFieldMB::dataHexString() const {
 
 // ME
 
-bool ModeSMessageFieldME::decodeImpl(const std::string& data, u8 pos) {
-    return readPayload(data, pos, _data);
-}
-
 std::string ModeSMessageFieldME::description() const {
     return dataHexString();
 }
@@ -262,10 +155,6 @@ std::string ModeSMessageFieldME::dataHexString() const {
 
 // MV
 
-bool ModeSMessageFieldMV::decodeImpl(const std::string& data, u8 pos) {
-    return readPayload(data, pos, _data);
-}
-
 std::string ModeSMessageFieldMV::description() const {
     return dataHexString();
 }
@@ -275,10 +164,6 @@ std::string ModeSMessageFieldMV::dataHexString() const {
 }
 
 // PI
-
-bool ModeSMessageFieldPI::decodeImpl(const std::string& data, u8 pos) {
-    return readOverlay(data, pos, _parityInterrogatorId);
-}
 
 std::string ModeSMessageFieldPI::description() const {
     return parityInterrogatorIdHexString();
@@ -295,28 +180,7 @@ bool ModeSMessageFieldPI::interrogatorIdValid() const {
     return _interrogatorId < 0x80 && (_interrogatorId & 0x70) <= highestCodeLabel;
 }
 
-u32 ModeSMessageFieldPI::setParity(u32 parity) {
-    _parity = parity;
-    _interrogatorId = _parityInterrogatorId ^ parity;
-    return _interrogatorId;
-}
-
-u32 ModeSMessageFieldPI::setInterrogatorId(u32 identifier) {
-    _interrogatorId = identifier;
-    _parity = _parityInterrogatorId ^ identifier;
-    return _parity;
-}
-
 // VS
-
-// One bit. The two bits behind it are not decoded: CC and a spare bit in DF-0, spare bits in DF-16.
-bool ModeSMessageFieldVS::decodeImpl(const std::string& data, u8 pos) {
-    if (pos != place::status) {
-        return false;
-    }
-    _verticalStatus = static_cast<VerticalStatus>(bits::read<place::status, 1>(data));
-    return true;
-}
 
 std::string ModeSMessageFieldVS::description() const {
     return _verticalStatus == OnGround ? "GND" : "AIR";

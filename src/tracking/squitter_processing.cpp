@@ -10,8 +10,6 @@
 #include "tracker_steps.h"
 #include "wrapped.h"
 
-#include <cstddef>
-
 namespace tolvarin::ondrel {
 
 namespace {
@@ -23,19 +21,6 @@ constexpr u32 mopsV0ConfirmCount = 20; // counted squitters that confirm version
 // Milliseconds. In 10 seconds an aircraft flies less than 3 NM. This is half of the difference in
 // height between an even and an odd zone, up to which a pair gives the right zone.
 constexpr u32 longestCPRPairInterval = 10000;
-
-/// Starts to load the record of the aircraft into the cache; the payload is decoded meanwhile. With
-/// thousands of aircraft the record is rarely in the cache, and the processor would wait for memory
-/// at each cache line.
-void prefetch([[maybe_unused]] const ADSBTarget& target) {
-#if defined(__GNUC__)
-    constexpr std::size_t cacheLine = 64;
-    const auto* const bytes = reinterpret_cast<const char*>(&target);
-    for (std::size_t i = 0; i < sizeof target; i += cacheLine) {
-        __builtin_prefetch(bytes + i);
-    }
-#endif
-}
 
 /// Stamps of a pair are compared by their low 32 bits. So two stamps that differ by a multiple of
 /// 2^32 ms (49.7 days) count as equal, and stamps of a 32-bit counter may wrap.
@@ -60,7 +45,6 @@ const ADSBTarget* ADSBTracker::procDF17Msg(const DF17Message* message) {
     if (target == nullptr) {
         return nullptr;
     }
-    prefetch(*target);
     const u64 stamp = message->timeStamp();
     target->setLastUpdate(stamp);
     target->setSignalAmplitude(message->signalAmplitude(), stamp);
