@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <memory>
 #include <sstream>
+#include <vector>
 
 namespace tolvarin::ondrel {
 namespace {
@@ -119,6 +120,15 @@ TEST_F(ModeSDecoderTest, WritesNoLineForNoBytesAndShortReplies) {
         EXPECT_EQ(grade(squitter(known, format).substr(0, test::isLong(format) ? 13 : 6)), '-');
     }
     EXPECT_EQ(log.take(), Lines{});
+}
+
+TEST_F(ModeSDecoderTest, ARepairedFrameKeepsTheBytesBehindIt) {
+    const std::string sent = goodFrame + "12 34 56"_hex;
+    for (const std::vector<unsigned>& wrong : {std::vector{40U}, {40U, 71U}}) {
+        const Message message(decoder.decode(ModeSMessage::Downlink, inverted(sent, wrong)));
+        ASSERT_NE(message, nullptr);
+        EXPECT_EQ(message->data(), sent);
+    }
 }
 
 TEST_F(ModeSDecoderTest, StampsRepliesWithTheCallersTime) {

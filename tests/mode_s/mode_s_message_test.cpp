@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <set>
+#include <string>
 #include <type_traits>
 
 namespace tolvarin::ondrel {
@@ -162,20 +165,62 @@ TEST(DFMessage, DerivedFormatsMayHaveAnyLength) {
     const std::string frame(40, '\xFF');
     for (unsigned bits = 0; bits <= 0xFF; ++bits) {
         OddMessage message(DFMessage::DF24, static_cast<u8>(bits));
-        std::string copy = frame;
-        u8 first = 0;
-        u8 second = 0;
         EXPECT_FALSE(message.decode(""));
         EXPECT_TRUE(message.decode(frame));
-        if (message.fixError1Bit(copy, first, message.calculatedParity())) {
-            EXPECT_LT(first, bits);
-        }
-        if (message.fixError2Bits(copy, first, second, message.calculatedParity())) {
-            EXPECT_LT(second, bits);
-        }
     }
     EXPECT_EQ(OddMessage(DFMessage::DF24, 56).downlinkFormatName(), "DF-24");
     EXPECT_EQ(OddMessage(DFMessage::DF24, 56).description(), "Mode-S DF-24 Message");
+}
+
+/// Every difference of parities that one or two wrong bits make in a long frame.
+std::set<u32> repairableDifferences() {
+    std::set<u32> differences;
+    for (unsigned i = 0; i < 112; ++i) {
+        for (unsigned j = i; j < 112; ++j) {
+            const std::set<unsigned> wrong{i, j};
+            const auto frame = test::inverted(std::string(14, '\0'), {wrong.begin(), wrong.end()});
+            differences.insert(test::plainParity(frame, 112));
+        }
+    }
+    return differences;
+}
+
+// Most of these differences are those of bits that a shorter frame does not have. A frame of a
+// length of its own has its bits where those of a short frame are, as far as there are such bits.
+TEST(DFMessage, RepairsOfAnyLengthInvertBitsOfTheFrameAlone) {
+    const std::set<u32> differences = repairableDifferences();
+    for (unsigned bits = 0; bits <= 0xFF; ++bits) {
+        const OddMessage message(DFMessage::DF24, static_cast<u8>(bits));
+        const unsigned end = bits == 112 ? 112 : std::min(bits, 56U);
+        const std::string frame((bits + 7) / 8, '\0'); // its parity is 0
+        unsigned single = 0;
+        unsigned pairs = 0;
+        for (const u32 difference : differences) {
+            u8 first = 0;
+            u8 second = 0;
+            std::string copy = frame;
+            if (message.fixError1Bit(copy, first, difference)) {
+                ASSERT_LT(first, end);
+                ASSERT_EQ(copy, test::inverted(frame, {first}));
+                ++single;
+            }
+            copy = frame;
+            if (message.fixError2Bits(copy, first, second, difference)) {
+                ASSERT_LT(first, second);
+                ASSERT_LT(second, end);
+                ASSERT_EQ(copy, test::inverted(frame, {first, second}));
+                ++pairs;
+            }
+        }
+        // One difference for each protected bit, for each two of them, and for each with a bit of
+        // the parity field.
+        const unsigned dataBits = std::min(end, bits == 112 ? 88U : 32U);
+        const unsigned parityBits = end - dataBits;
+        EXPECT_EQ(single, dataBits + (parityBits > 0 ? 1 : 0)) << bits;
+        EXPECT_EQ(pairs, dataBits * (dataBits - 1) / 2 + (parityBits > 0 ? dataBits : 0) +
+                             (parityBits > 1 ? 1 : 0))
+            << bits;
+    }
 }
 
 TEST(ModeSMessage, AMessageWithoutBitsHasParity0) {
