@@ -28,6 +28,8 @@ const std::string df17Module = "DF17Message";
 const std::string df18Module = "DF18Message";
 const std::string df19Module = "DF19Message";
 
+const std::string parityFailed = "Parity check failed.";
+
 /// Reads the three bits that CA, CF, AF and FS share.
 bool readStatus(const std::string& data, u8 pos, u8& value) {
     if (pos != place::status) {
@@ -212,7 +214,7 @@ struct DFSteps {
                                Fields&... fields) {
         const bool decoded = decodeFields(message, aa, fields..., pi);
         if (pi.setInterrogatorId(0) != message.calculatedParity()) {
-            Log::log(Log::Info, module, "Parity check failed.");
+            Log::log(Log::Info, module, parityFailed);
             return false;
         }
         message.setIcaoAddress(aa.icaoAddress());

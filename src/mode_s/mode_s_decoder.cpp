@@ -35,26 +35,27 @@ std::string inverted(std::string frame, std::initializer_list<u8> positions) {
 /// Searches for the one or two inverted bits that explain why the parity failed. Gives the frame
 /// with these bits inverted back; nothing if no such bits exist. Writes the result to the log.
 ///
-/// One bit is more likely than two, so it is tried first. Positions count from 0. A frame that is
-/// too short is not repaired.
+/// One bit is more likely than two, so it goes first. But a single bit is also a pair, with a bit
+/// of the parity field. So a frame without a pair is beyond repair, and one search shows it.
+/// Positions count from 0. A frame that is too short is not repaired.
 std::optional<std::string> repair(const DFMessage& message, u32 receivedParity) {
+    constexpr u8 frameBits = parity::longBits; // of all formats that are repaired
+    const u32 difference = message.calculatedParity() ^ receivedParity;
+    const auto pair = parity::findBitPair(frameBits, difference);
     const char* format = message.downlinkFormatName().c_str();
     const std::string& frame = message.data();
-    if (frame.size() >= message.size()) {
-        const u32 difference = message.calculatedParity() ^ receivedParity;
-        if (const auto bit = parity::findBit(message.bits(), difference)) {
-            Log::log(Log::Info, moduleName, "Fix 1 bit error in %s message at %u.", format,
-                     unsigned{*bit});
-            return inverted(frame, {*bit});
-        }
-        if (const auto pair = parity::findBitPair(message.bits(), difference)) {
-            Log::log(Log::Info, moduleName, "Fix 2 bits error in %s message at %u and %u.", format,
-                     unsigned{pair->first}, unsigned{pair->second});
-            return inverted(frame, {pair->first, pair->second});
-        }
+    if (!pair || frame.size() < frameBits / 8) {
+        Log::log(Log::Info, moduleName, "Unable to fix error in %s message.", format);
+        return std::nullopt;
     }
-    Log::log(Log::Info, moduleName, "Unable to fix error in %s message.", format);
-    return std::nullopt;
+    if (const auto bit = parity::findBit(frameBits, difference)) {
+        Log::log(Log::Info, moduleName, "Fix 1 bit error in %s message at %u.", format,
+                 unsigned{*bit});
+        return inverted(frame, {*bit});
+    }
+    Log::log(Log::Info, moduleName, "Fix 2 bits error in %s message at %u and %u.", format,
+             unsigned{pair->first}, unsigned{pair->second});
+    return inverted(frame, {pair->first, pair->second});
 }
 
 /// The second in which the message was built: the only reading of the clock for a reply. A stamp

@@ -5,15 +5,12 @@
 
 #include <algorithm>
 #include <array>
-#include <bitset>
 #include <cstddef>
-#include <cstdint>
+#include <initializer_list>
 
 namespace tolvarin::ondrel::parity {
 
 namespace {
-
-using u16 = std::uint16_t;
 
 constexpr u32 generator = 0x1FFF409; // of degree 24: 25 bits
 constexpr u32 topBit = 1U << 24;
@@ -68,46 +65,84 @@ constexpr ByteSums makeByteSums() {
 
 constexpr ByteSums byteSums = makeByteSums();
 
-// The search for an entry is a look-up by its key: bits 6 to 17 of the entry, which differ between
-// all entries that are not zero. Keys are linear, as the parity is: the key of a difference of two
-// entries is the difference of their keys. So for each first bit of a pair, one exclusive-or and
-// one look-up give the only candidate for the second bit. 4096 bytes of positions fit into the
-// first-level cache.
-constexpr u32 keyOf(u32 value) {
-    return value >> 6 & 0xFFF;
+/// Two bits of a long frame, the lower first. In a free slot both are 0.
+struct Pair {
+    u8 first;
+    u8 second;
+};
+
+constexpr u32 sumOf(Pair pair) {
+    return entries[pair.first] ^ entries[pair.second];
 }
 
-/// Position by key. A key without an entry gives position 0, so the caller compares the entry.
-constexpr std::array<u8, 0x1000> makePositions() {
-    std::array<u8, 0x1000> positions{};
-    // All entries that are not zero, and the first zero entry (88).
-    for (std::size_t i = protectedBits + 1; i-- > 0;) {
-        positions[keyOf(entries[i])] = static_cast<u8>(i);
+// The lowest pair for each sum of two entries, in a hash table of 16 KB (cuckoo hashing). A sum has
+// two slots: its lower 13 bits name one, its upper 13 bits the other. Its pair is in one of the
+// two. So each search reads two slots and ends, and the processor need not guess where: pairSearch
+// of the benchmarks takes 0.55 of the time of std::unordered_map.
+constexpr unsigned slotBits = 13;
+using PairTable = std::array<Pair, 1U << slotBits>;
+
+constexpr std::size_t lowerSlot(u32 sum) {
+    return sum % (1U << slotBits);
+}
+
+constexpr std::size_t upperSlot(u32 sum) {
+    return (sum >> (parityBits - slotBits)) % (1U << slotBits);
+}
+
+/// A pair whose slot is used takes it all the same. The pair from there goes to its other slot.
+constexpr void insert(PairTable& table, Pair pair) {
+    std::size_t slot = lowerSlot(sumOf(pair));
+    while (pair.second != 0) {
+        const Pair displaced = table[slot];
+        table[slot] = pair;
+        pair = displaced;
+        const u32 sum = sumOf(pair);
+        slot = slot == lowerSlot(sum) ? upperSlot(sum) : lowerSlot(sum);
     }
-    return positions;
 }
 
-constexpr std::array<u16, longBits> makeKeys() {
-    std::array<u16, longBits> keys{};
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        keys[i] = static_cast<u16>(keyOf(entries[i]));
-    }
-    return keys;
-}
-
-constexpr std::array<u8, 0x1000> positions = makePositions();
-constexpr std::array<u16, longBits> keys = makeKeys();
-
-constexpr bool everyEntryIsFound() {
-    for (std::size_t i = 0; i <= protectedBits; ++i) {
-        if (positions[keys[i]] != i) {
-            return false;
+/// Calls `visit` with the lowest pair for each sum. The entries of the parity field are 0. So its
+/// first bit makes a pair of each protected bit, and its first two bits are the lowest pair for 0.
+template <class Visit>
+constexpr void forEachPair(Visit visit) {
+    for (u8 second = 1; second <= protectedBits; ++second) {
+        for (u8 first = 0; first < second; ++first) {
+            visit(Pair{first, second});
         }
     }
-    return true;
+    visit(Pair{protectedBits, protectedBits + 1});
 }
 
-static_assert(everyEntryIsFound());
+constexpr PairTable makePairTable() {
+    PairTable table{};
+    forEachPair([&table](Pair pair) { insert(table, pair); });
+    return table;
+}
+
+constexpr PairTable pairTable = makePairTable();
+
+/// The lowest pair with this sum. If there is none, a pair behind every frame.
+constexpr Pair findPair(u32 sum) {
+    for (const std::size_t slot : {lowerSlot(sum), upperSlot(sum)}) {
+        if (sumOf(pairTable[slot]) == sum) {
+            return pairTable[slot];
+        }
+    }
+    return {longBits, longBits};
+}
+
+constexpr bool everyPairIsFound() {
+    bool found = true;
+    forEachPair([&found](Pair pair) {
+        const Pair other = findPair(sumOf(pair));
+        found = found && other.first == pair.first && other.second == pair.second;
+    });
+    return found;
+}
+
+// Also shows that no two pairs have the same sum.
+static_assert(everyPairIsFound());
 
 /// The entry of a frame's first bit. A short frame uses the second half of the table: its last bit
 /// has the same power of x as that of a long frame.
@@ -118,44 +153,6 @@ constexpr unsigned offset(u8 frameBits) {
 /// The table position behind a frame's last bit. Messages of a client can have other lengths.
 constexpr unsigned end(u8 frameBits) {
     return std::min<unsigned>(offset(frameBits) + frameBits, longBits);
-}
-
-/// The lowest table position from `first` on whose entry is `value`; longBits when there is none.
-unsigned findEntry(unsigned first, u32 value) {
-    if (value == 0) { // the entry of every bit of the parity field
-        return std::max<unsigned>(first, protectedBits);
-    }
-    const unsigned position = positions[keyOf(value)];
-    return position >= first && entries[position] == value ? position : longBits;
-}
-
-/// Table positions; the second is longBits or more when there is no such pair.
-using EntryPair = std::pair<unsigned, unsigned>;
-
-/// Whether a pair that explains `difference` must contain a bit of the parity field, whose entry is
-/// zero. The generator has the factor x + 1, so each entry that is not zero has an odd number of
-/// ones. Two of these together have an even number of ones. So an odd difference is one entry and a
-/// zero entry, and a difference of 0 is two zero entries.
-bool pairsWithZeroEntry(u32 difference) {
-    return difference == 0 || std::bitset<parityBits>(difference).count() % 2 != 0;
-}
-
-/// The second bit is the lowest bit of the parity field that is behind the first bit.
-EntryPair findPairWithZeroEntry(unsigned start, u32 difference) {
-    const unsigned first = findEntry(start, difference);
-    return {first, std::max<unsigned>(first + 1, protectedBits)};
-}
-
-/// At most 88 steps, where trying all pairs takes 6216 sums over the frame.
-EntryPair findPairOfEntries(unsigned start, u32 difference) {
-    const u32 differenceKey = keyOf(difference);
-    for (unsigned first = start; first < protectedBits; ++first) {
-        const unsigned second = positions[differenceKey ^ keys[first]];
-        if (second > first && entries[second] == (difference ^ entries[first])) {
-            return {first, second};
-        }
-    }
-    return {longBits, longBits};
 }
 
 } // namespace
@@ -178,22 +175,21 @@ void invert(std::string& frame, u8 position) {
 
 std::optional<u8> findBit(u8 frameBits, u32 difference) {
     const unsigned start = offset(frameBits);
-    const unsigned position = findEntry(start, difference);
-    if (position >= end(frameBits)) {
+    const Pair found = findPair(difference);
+    // With a bit of the parity field, the first bit alone makes the difference.
+    if (found.second < protectedBits || found.first < start || found.first >= end(frameBits)) {
         return std::nullopt;
     }
-    return static_cast<u8>(position - start);
+    return static_cast<u8>(found.first - start);
 }
 
 std::optional<std::pair<u8, u8>> findBitPair(u8 frameBits, u32 difference) {
     const unsigned start = offset(frameBits);
-    const auto [first, second] = pairsWithZeroEntry(difference)
-                                     ? findPairWithZeroEntry(start, difference)
-                                     : findPairOfEntries(start, difference);
-    if (second >= end(frameBits)) {
+    const Pair found = findPair(difference);
+    if (found.first < start || found.second >= end(frameBits)) {
         return std::nullopt;
     }
-    return std::pair{static_cast<u8>(first - start), static_cast<u8>(second - start)};
+    return std::pair{static_cast<u8>(found.first - start), static_cast<u8>(found.second - start)};
 }
 
 } // namespace tolvarin::ondrel::parity
