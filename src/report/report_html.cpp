@@ -5,39 +5,49 @@
 #include <ondrel/adsb_target_report.h>
 
 #include "hidden.h"
-#include "html_document.h"
 #include "text.h"
 
+#include <cstddef>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace tolvarin::ondrel {
 
 namespace {
 
-using Cells = std::initializer_list<std::string>;
+using Cells = std::initializer_list<std::string_view>;
 
-void addRow(HtmlElement& table, const char* cellName, Cells cells) {
-    HtmlElement& row = table.addChild(HtmlElement("tr"));
-    for (const std::string& cell : cells) {
-        row.addChild(HtmlElement(cellName, cell));
+struct CellTags {
+    std::string_view opening;
+    std::string_view closing;
+};
+
+constexpr CellTags columnTags = {"        <th>", "</th>\n"};
+constexpr CellTags dataTags = {"        <td>", "</td>\n"};
+
+void addRow(std::string& page, const CellTags& tags, Cells cells) {
+    page += "      <tr>\n";
+    for (const std::string_view cell : cells) {
+        page += tags.opening;
+        page += cell;
+        page += tags.closing;
     }
+    page += "      </tr>\n";
 }
 
-void addBreak(HtmlElement& body) {
-    body.addChild(HtmlElement("br")).isVoid = true;
+/// The beginning of a section, up to the row of column names.
+void beginSection(std::string& page, std::string_view heading, Cells columns) {
+    page += "    <h2>";
+    page += heading;
+    page += "</h2>\n"
+            "    <br>\n"
+            "    <table border=\"1\" cellspacing=\"0\" class=\"general_table\">\n";
+    addRow(page, columnTags, columns);
 }
 
-/// A section of the page; gives its table with the row of column names.
-HtmlElement& addSection(HtmlElement& body, const char* heading, Cells columns) {
-    body.addChild(HtmlElement("h2", heading));
-    addBreak(body);
-    HtmlElement& table = body.addChild(HtmlElement("table"));
-    table.addAttribute("border", 1)
-        .addAttribute("cellspacing", 0)
-        .addAttribute("class", "general_table");
-    addRow(table, "th", columns);
-    return table;
+void endSection(std::string& page) {
+    page += "    </table>\n";
 }
 
 const char* mopsVersionText(MOPSVersion version) {
@@ -61,29 +71,28 @@ const char* mopsVersionText(MOPSVersion version) {
 /// the data is used here, so no new datum enters the page by itself.
 struct ONDREL_HIDDEN ADSBTargetReport::Page {
     /// Both rows show the time of the last message. A number is valid if the report is.
-    static void addIdentification(HtmlElement& body, const ADSBTargetReport& r) {
-        HtmlElement& table =
-            addSection(body, "Identification", {"Item", "Valid", "Value", "Last Update"});
+    static void addIdentification(std::string& page, const ADSBTargetReport& r) {
+        beginSection(page, "Identification", {"Item", "Valid", "Value", "Last Update"});
         const std::string time = timeToString(r._lastUpdate);
-        addRow(table, "td",
+        addRow(page, dataTags,
                {"Track Number", boolToString(r.valid()), std::to_string(r._trackId), time});
-        addRow(table, "td",
+        addRow(page, dataTags,
                {"ICAO Address", boolToString(r._icaoAddressValid), r.icaoAddressString(), time});
+        endSection(page);
     }
 
     /// An item that is not valid has neither value nor times. The MOPS version is always shown,
     /// since every aircraft has one, assumed or confirmed. A squawk shows no last change.
-    static void addStaticData(HtmlElement& body, const ADSBTargetReport& r) {
-        HtmlElement& table =
-            addSection(body, "Static", {"Item", "Valid", "Value", "Last Change", "Last Update"});
-        const auto add = [&table](const char* item, bool valid, const std::string& value,
-                                  u64 change, u64 update) {
+    static void addStaticData(std::string& page, const ADSBTargetReport& r) {
+        beginSection(page, "Static", {"Item", "Valid", "Value", "Last Change", "Last Update"});
+        const auto add = [&page](const char* item, bool valid, const std::string& value, u64 change,
+                                 u64 update) {
             if (valid) {
                 addRow(
-                    table, "td",
+                    page, dataTags,
                     {item, boolToString(valid), value, timeToString(change), timeToString(update)});
             } else {
-                addRow(table, "td", {item, boolToString(valid), "", "", ""});
+                addRow(page, dataTags, {item, boolToString(valid), "", "", ""});
             }
         };
         const auto addDatum = [&add](const char* item, const auto& datum,
@@ -100,15 +109,15 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
         addDatum("Ground Status", r._groundStatus, r._groundStatus.value ? "GND" : "AIR");
         addDatum("SPI", r._spiStatus, r._spiStatus.value ? "SPI" : "NO SPI");
         addDatum("Alert Status", r._alertStatus, r._alertStatus.value ? "ALERT" : "NO ALERT");
+        endSection(page);
     }
 
     /// Data that change all the time, so the section has no column for the last change. An item
     /// that is not valid has neither value nor time.
-    static void addTacticalData(HtmlElement& body, const ADSBTargetReport& r) {
-        HtmlElement& table =
-            addSection(body, "Tectical", {"Item", "Valid", "Value", "Last Update"});
-        const auto add = [&table](const char* item, const auto& datum, const std::string& value) {
-            addRow(table, "td",
+    static void addTacticalData(std::string& page, const ADSBTargetReport& r) {
+        beginSection(page, "Tectical", {"Item", "Valid", "Value", "Last Update"});
+        const auto add = [&page](const char* item, const auto& datum, const std::string& value) {
+            addRow(page, dataTags,
                    {item, boolToString(datum.valid), datum.valid ? value : "",
                     datum.valid ? timeToString(datum.lastUpdate) : ""});
         };
@@ -121,14 +130,15 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
         add("Barometric Vertical Rate", r._verticalRateBaro,
             std::to_string(r._verticalRateBaro.value));
         add("Signal Amplitude", r._signalAmplitude, std::to_string(r._signalAmplitude.value));
+        endSection(page);
     }
 
     /// An item that is not valid has no value, but its times are shown.
-    static void addQualityIndicators(HtmlElement& body, const ADSBTargetReport& r) {
-        HtmlElement& table = addSection(body, "Quality Indicators",
-                                        {"Item", "Valid", "Value", "Last Change", "Last Update"});
-        const auto add = [&table](const char* item, const auto& datum) {
-            addRow(table, "td",
+    static void addQualityIndicators(std::string& page, const ADSBTargetReport& r) {
+        beginSection(page, "Quality Indicators",
+                     {"Item", "Valid", "Value", "Last Change", "Last Update"});
+        const auto add = [&page](const char* item, const auto& datum) {
+            addRow(page, dataTags,
                    {item, boolToString(datum.valid), datum.valid ? std::to_string(datum.value) : "",
                     timeToString(datum.lastChange), timeToString(datum.lastUpdate)});
         };
@@ -141,21 +151,32 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
         add("PIC", r._pic);
         add("NACp", r._nacp);
         add("SIL", r._sil);
+        endSection(page);
     }
 };
 
 std::string ADSBTargetReport::toHtml(const std::string& style) const {
-    const std::string title = "ADS-B Target Report";
-    HtmlDocument document(title);
-    document.root.addAttribute("lang", "en");
-    document.head->addChild(HtmlElement("style", style)).addAttribute("type", "text/css");
-    document.body->addChild(HtmlElement("h1", title));
-    addBreak(*document.body);
-    Page::addIdentification(*document.body, *this);
-    Page::addStaticData(*document.body, *this);
-    Page::addTacticalData(*document.body, *this);
-    Page::addQualityIndicators(*document.body, *this);
-    return document.toString();
+    constexpr std::size_t fullPage = 5600; // with all data, short of a callsign of unusual length
+    std::string page;
+    page.reserve(fullPage + style.size());
+    page += "<!DOCTYPE html>\n"
+            "<html lang=\"en\">\n"
+            "  <head>\n"
+            "    <title>ADS-B Target Report</title>\n"
+            "    <style type=\"text/css\">";
+    page += style;
+    page += "</style>\n"
+            "  </head>\n"
+            "  <body>\n"
+            "    <h1>ADS-B Target Report</h1>\n"
+            "    <br>\n";
+    Page::addIdentification(page, *this);
+    Page::addStaticData(page, *this);
+    Page::addTacticalData(page, *this);
+    Page::addQualityIndicators(page, *this);
+    page += "  </body>\n"
+            "</html>\n";
+    return page;
 }
 
 } // namespace tolvarin::ondrel

@@ -45,13 +45,15 @@ Date dateOf(u64 daysSince1970) {
     return {year, month, dayOfYear - (daysIn5Months * monthFromMarch + 2) / 5 + 1};
 }
 
-/// Decimal, padded on the left with zeros.
-std::string padded(u64 number, std::size_t width) {
-    std::string digits = std::to_string(number);
-    if (digits.size() < width) {
-        digits.insert(0, width - digits.size(), '0');
+/// Appends the number in decimal, padded on the left with zeros.
+void appendPadded(std::string& text, u64 number, std::size_t width) {
+    std::array<char, 20> digits; // of the largest number
+    std::size_t start = digits.size();
+    while (number != 0 || digits.size() - start < width) {
+        digits[--start] = static_cast<char>('0' + number % 10);
+        number /= 10;
     }
-    return digits;
+    text.append(&digits[start], digits.size() - start);
 }
 
 /// Degrees, minutes and seconds, then the letter of the hemisphere: 52.2572 gives "521526N".
@@ -67,8 +69,12 @@ std::string angle(double degrees, std::size_t degreeDigits, char positive, char 
     const double fraction = magnitude - whole;
     const double minutes = std::floor(fraction * 60.0);
     const double seconds = std::round((fraction - minutes / 60.0) * 3600.0);
-    return padded(static_cast<u64>(whole), degreeDigits) + padded(static_cast<u64>(minutes), 2) +
-           padded(static_cast<u64>(seconds), 2) + (degrees > 0.0 ? positive : negative);
+    std::string text;
+    appendPadded(text, static_cast<u64>(whole), degreeDigits);
+    appendPadded(text, static_cast<u64>(minutes), 2);
+    appendPadded(text, static_cast<u64>(seconds), 2);
+    text += degrees > 0.0 ? positive : negative;
+    return text;
 }
 
 } // namespace
@@ -83,9 +89,20 @@ std::string ADSBTargetReport::timeToString(u64 time) {
     }
     const u64 seconds = time / 1000;
     const Date date = dateOf(seconds / 86400);
-    return std::to_string(date.year) + '-' + padded(date.month, 2) + '-' + padded(date.day, 2) +
-           'T' + padded(seconds / 3600 % 24, 2) + ':' + padded(seconds / 60 % 60, 2) + ':' +
-           padded(seconds % 60, 2) + '.' + padded(time % 1000, 3) + 'Z';
+    std::string text;
+    text.reserve(24); // "2023-11-14T22:13:20.123Z"
+    const auto add = [&text](u64 number, std::size_t width, char mark) {
+        appendPadded(text, number, width);
+        text += mark;
+    };
+    add(date.year, 4, '-');
+    add(date.month, 2, '-');
+    add(date.day, 2, 'T');
+    add(seconds / 3600 % 24, 2, ':');
+    add(seconds / 60 % 60, 2, ':');
+    add(seconds % 60, 2, '.');
+    add(time % 1000, 3, 'Z');
+    return text;
 }
 
 // Six columns, padded with blanks and not with zeros.
