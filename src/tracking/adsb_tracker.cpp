@@ -8,7 +8,6 @@
 
 #include "target_table.h"
 
-#include <bitset>
 #include <limits>
 #include <utility>
 
@@ -17,10 +16,6 @@ namespace tolvarin::ondrel {
 namespace {
 
 const std::string moduleName = "ADSBTracker";
-
-constexpr u32 firstTrackId = 1;
-constexpr u32 lastTrackId = 4095; // twelve bits, and 0 means none
-constexpr u32 mostTargets = lastTrackId - firstTrackId + 1;
 
 /// The table of a tracker. A null pointer, as in a tracker that was moved from, means an empty
 /// table.
@@ -102,9 +97,6 @@ ADSBTarget* ADSBTracker::createTarget(u32 icaoAddress) {
     if (trackId == 0) {
         return nullptr;
     }
-    if (!_targets) {
-        _targets = std::make_unique<TargetTable>();
-    }
     auto target = std::make_shared<ADSBTarget>(icaoAddress);
     target->_trackId = trackId;
     ADSBTarget* created = target.get();
@@ -120,25 +112,15 @@ const ADSBTarget* ADSBTracker::findConstTarget(u32 icaoAddress) const {
     return findTarget(icaoAddress);
 }
 
-/// The lowest free number from _nextTrackId on. After 4095 the search goes on at 1. 0 if the table
-/// is full. No list of free numbers is kept, since a report can set any number, also one that is in
-/// use. So this walks over all targets, but only for a new aircraft.
+/// The lowest free number from _nextTrackId on. 0 if the table is full.
 u32 ADSBTracker::getNextTrackId() {
-    if (tableOf(_targets).size() >= mostTargets) {
-        return 0;
+    if (!_targets) {
+        _targets = std::make_unique<TargetTable>();
     }
-    std::bitset<lastTrackId + 1> used;
-    tableOf(_targets).forEach([&](const ADSBTarget& target) {
-        if (target.trackId() <= lastTrackId) {
-            used.set(target.trackId());
-        }
-    });
-    const auto inRange = [](u32 id) { return id <= lastTrackId ? id : firstTrackId; };
-    u32 trackId = inRange(_nextTrackId);
-    while (used.test(trackId)) {
-        trackId = inRange(trackId + 1);
+    const u32 trackId = _targets->freeTrackId(_nextTrackId);
+    if (trackId != 0) {
+        _nextTrackId = trackId + 1;
     }
-    _nextTrackId = trackId + 1;
     return trackId;
 }
 

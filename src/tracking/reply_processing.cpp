@@ -6,6 +6,7 @@
 
 #include <ondrel/log.h>
 
+#include "bits.h"
 #include "datum_rules.h"
 #include "keyed_rows.h"
 #include "tracker_steps.h"
@@ -56,16 +57,33 @@ const Message* as(const DFMessage* message) {
                                        : dynamic_cast<const Message*>(message);
 }
 
-template <class... Messages>
-const DFMessage* asDFMessageOf(const ModeSMessage* message) {
-    return (isExactly<Messages>(message) || ...) ? static_cast<const DFMessage*>(message)
-                                                 : dynamic_cast<const DFMessage*>(message);
+/// The class of the library for the format that the bytes of a message tell; null if there is none.
+const std::type_info* classByFormat(const ModeSMessage& message) {
+    static constexpr std::array<const std::type_info*, DFMessage::DF24> classes = [] {
+        std::array<const std::type_info*, DFMessage::DF24> byFormat{};
+        byFormat[DFMessage::DF0] = &typeid(DF0Message);
+        byFormat[DFMessage::DF4] = &typeid(DF4Message);
+        byFormat[DFMessage::DF5] = &typeid(DF5Message);
+        byFormat[DFMessage::DF11] = &typeid(DF11Message);
+        byFormat[DFMessage::DF16] = &typeid(DF16Message);
+        byFormat[DFMessage::DF17] = &typeid(DF17Message);
+        byFormat[DFMessage::DF18] = &typeid(DF18Message);
+        byFormat[DFMessage::DF19] = &typeid(DF19Message);
+        byFormat[DFMessage::DF20] = &typeid(DF20Message);
+        byFormat[DFMessage::DF21] = &typeid(DF21Message);
+        return byFormat;
+    }();
+    if (message.data().empty()) {
+        return nullptr;
+    }
+    const auto code = bits::read<0, 5>(message.data());
+    return code < classes.size() ? classes[code] : nullptr;
 }
 
 /// Null for a message of a client that is no DFMessage.
 const DFMessage* asDFMessage(const ModeSMessage* message) {
-    return asDFMessageOf<DF17Message, DF11Message, DF4Message, DF5Message, DF0Message, DF20Message,
-                         DF21Message, DF16Message, DF18Message, DF19Message>(message);
+    return &typeid(*message) == classByFormat(*message) ? static_cast<const DFMessage*>(message)
+                                                        : dynamic_cast<const DFMessage*>(message);
 }
 
 } // namespace

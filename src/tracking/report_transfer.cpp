@@ -4,6 +4,7 @@
 #include <ondrel/adsb_target_report.h>
 #include <ondrel/adsb_tracker.h>
 
+#include "target_table.h"
 #include "tracker_steps.h"
 
 namespace tolvarin::ondrel {
@@ -18,7 +19,9 @@ const ADSBTarget* ADSBTracker::procTargetReport(const ADSBTargetReport* report) 
     if (target == nullptr) {
         return nullptr;
     }
-    target->_trackId = report->trackId(); // taken as it is, also if another target has it
+    // Taken as it is, also if another target has it.
+    _targets->noteRenumbering(target->_trackId, report->trackId());
+    target->_trackId = report->trackId();
     target->setLastUpdate(report->lastUpdate());
     Steps::takeIdentity(*target, *report);
     Steps::takeMotion(*this, *target, *report);

@@ -6,6 +6,7 @@
 #include <ondrel/types.h>
 
 #include "address_table.h"
+#include "track_numbers.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -30,10 +31,37 @@ public:
         return target != nullptr ? target->get() : nullptr;
     }
 
-    /// Enters a target under its address.
+    /// Enters a target under its address, which must have none.
     void enter(std::shared_ptr<ADSBTarget> target) {
+        const u32 trackId = target->trackId();
         auto& entry = _targets[target->icaoAddr()];
         entry = std::move(target);
+        _numbers.add(trackId);
+    }
+
+    /// The lowest free track number from `start` on, in the order of TrackNumbers; 0 if the table
+    /// is full.
+    u32 freeTrackId(u32 start) {
+        if (size() >= mostTargets) {
+            return 0;
+        }
+        if (_renumberingsSeen != *_renumberings) { // another table changed a number
+            _numbers = {};
+            forEach([this](const ADSBTarget& target) { _numbers.add(target.trackId()); });
+            _renumberingsSeen = *_renumberings;
+        }
+        return _numbers.firstFree(start);
+    }
+
+    /// To be called when a target of this table gets another number.
+    void noteRenumbering(u32 before, u32 after) {
+        const bool numbersAreRight = _renumberingsSeen == *_renumberings;
+        ++*_renumberings;
+        if (numbersAreRight) {
+            _numbers.remove(before);
+            _numbers.add(after);
+            _renumberingsSeen = *_renumberings;
+        }
     }
 
     /// Calls `visit` with each target, in no particular order.
@@ -65,6 +93,8 @@ public:
     template <class Condition>
     TargetTable without(Condition condition) const {
         TargetTable kept;
+        kept._renumberings = _renumberings;
+        kept._renumberingsSeen = *_renumberings;
         _targets.forEach([&](u32 /*address*/, const auto& target) {
             if (!condition(*target)) {
                 kept.enter(target);
@@ -75,6 +105,10 @@ public:
 
 private:
     AddressTable<std::shared_ptr<ADSBTarget>> _targets;
+    TrackNumbers _numbers; // right if no renumbering came after those seen
+    u64 _renumberingsSeen = 0;
+    /// How often a target got another number, in all tables that share targets.
+    std::shared_ptr<u64> _renumberings = std::make_shared<u64>(0);
 };
 
 } // namespace tolvarin::ondrel

@@ -35,11 +35,14 @@ protected:
         return hear(simulator::df4(address, {}, altitude), stamp);
     }
     const ADSBTarget* hearReport(u32 address, u32 trackId) {
+        return hearReport(tracker, address, trackId);
+    }
+    static const ADSBTarget* hearReport(ADSBTracker& by, u32 address, u32 trackId) {
         ADSBTargetReport report;
         report.setIcaoAddress(address);
         report.setLastUpdate(1000);
         report.setTrackId(trackId);
-        return tracker.procTargetReport(&report);
+        return by.procTargetReport(&report);
     }
     void fill(u32 count) {
         for (u32 i = 1; i <= count; ++i) {
@@ -222,6 +225,23 @@ TEST_F(ADSBTrackerTest, NumbersNewAircraftInTurn) {
     fill(4094);
     hearReport(0x1002, 4095);
     EXPECT_EQ(hear(40)->trackId(), 2U);
+}
+
+TEST_F(ADSBTrackerTest, KnowsTheNumbersThatACopyGivesToSharedTargets) {
+    fill(3);
+    ADSBTracker copy(tracker);
+    hearReport(0x1001, 4);
+    const auto hearByCopy = [&copy](u32 address) {
+        return copy.procModeSMsg(graded(simulator::df4(address, {}, 10000), 1000).get());
+    };
+    EXPECT_EQ(hearByCopy(40)->trackId(), 5U);
+    EXPECT_EQ(hear(50)->trackId(), 5U);
+    hearReport(copy, 0x1002, 6);
+    EXPECT_EQ(hear(51)->trackId(), 7U);
+    EXPECT_EQ(tracker.killTargets(3).size(), 1U);
+    hearReport(copy, 0x1002, 8);
+    EXPECT_EQ(hear(52)->trackId(), 9U);
+    EXPECT_EQ(hearByCopy(41)->trackId(), 6U);
 }
 
 TEST_F(ADSBTrackerTest, Holds4095Aircraft) {
