@@ -9,6 +9,7 @@
 
 #include <ondrel/log.h>
 
+#include "bits.h"
 #include "clock.h"
 #include "keyed_rows.h"
 #include "text.h"
@@ -168,14 +169,6 @@ static_assert(keysCountFrom0(designatorRows));
 
 const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
 
-u64 payloadOf(const std::string& data) {
-    u64 payload = 0;
-    for (std::size_t i = 0; i < payloadBytes; ++i) {
-        payload = payload << 8 | static_cast<u8>(data[i]);
-    }
-    return payload;
-}
-
 /// Sorts by position and keeps the order of equal positions. Few fields move, since messages add
 /// most of them in the order of their positions.
 template <class Iterator>
@@ -227,8 +220,9 @@ bool ADSBMessage::decode(const std::string& data) {
     if (data.size() < payloadBytes) {
         return false;
     }
-    _data.assign(data, 0, payloadBytes); // bytes behind the payload are not kept
-    _payload = payloadOf(_data);
+    _data = data;
+    _data.resize(payloadBytes); // bytes behind the payload are not kept
+    _payload = bits::read<0, payloadBits>(_data);
     _typeCode = static_cast<u8>(layout::typeCode.read(_payload));
     if (typeByCode(_typeCode) != _type) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
