@@ -1,6 +1,6 @@
 /// @file
-/// A hash table by aircraft address. The decoder stores when each address was last proved; the
-/// tracker stores its targets.
+/// A hash table by aircraft address. The decoder stores when the first few thousand addresses were
+/// last proved; the tracker stores its targets.
 #pragma once
 
 #include <ondrel/types.h>

@@ -10,9 +10,8 @@
 #include <ondrel/mode_s_message.h>
 #include <ondrel/types.h>
 
-#include "address_table.h"
+#include "proved_addresses.h"
 
-#include <cstdint>
 #include <map>
 
 namespace tolvarin::ondrel {
@@ -21,10 +20,10 @@ namespace tolvarin::ondrel {
 /// are never removed: there are at most 2^24 addresses and 80 interrogators.
 class Grading {
 public:
-    using Seconds = std::int64_t;
+    using Seconds = ProvedAddresses::Seconds;
 
     /// Notes that the address has proved itself: a squitter with good parity carried it.
-    void refresh(u32 address, Seconds now) { _icaoAddresses[address] = now; }
+    void refresh(u32 address, Seconds now) { _icaoAddresses.set(address, now); }
 
     /// Grades a surveillance or Comm-B reply. It is High, and refreshes the address, if the address
     /// proved itself in the last 600 seconds; else it is Low.
@@ -46,7 +45,7 @@ private:
         u32 hitCount = 0; ///< replies in the current unbroken run
     };
 
-    AddressTable<Seconds> _icaoAddresses; ///< the second in which each address last proved itself
+    ProvedAddresses _icaoAddresses;
     std::map<u32, InterrogatorRecord> _interrogators;
 };
 

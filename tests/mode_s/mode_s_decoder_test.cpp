@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
 #include <sstream>
 #include <vector>
@@ -179,6 +180,19 @@ TEST_F(ModeSDecoderTest, ReadsTheClockOnceForAReply) {
     }
     check(test::allCall(known, 3), 'L');
     check(surveillance(4, known, 0x1718), 'H');
+}
+
+TEST_F(ModeSDecoderTest, GradesAlikeWhateverTheClockShows) {
+    constexpr std::int64_t beyond32Bits = 5'000'000'000;
+    for (const std::int64_t start : {-beyond32Bits, std::int64_t{-300}, beyond32Bits}) {
+        clock.advance(start - clock.seconds());
+        ModeSDecoder receiver;
+        play(receiver, "sq17=H +600 df4=H +601 df4=L");
+        clock.advance(-1);
+        play(receiver, "df4=H"); // an old address counts again if the clock is set back
+        clock.advance(-beyond32Bits);
+        play(receiver, "df4=H +601 df4=L");
+    }
 }
 
 TEST_F(ModeSDecoderTest, CopiesAreIndependent) {
