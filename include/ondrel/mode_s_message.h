@@ -62,6 +62,9 @@ public:
     /// stays.
     bool decode(const std::string& data);
 
+    /// The same; takes over the bytes.
+    bool decode(std::string&& data);
+
     /// The same for `size` bytes of any byte type; a null pointer counts as no bytes.
     bool decode(const void* data, u64 size);
 

@@ -66,15 +66,15 @@ Seconds secondOf(const ModeSMessage& message) {
 
 /// A new message of the class, decoded; null if the frame does not decode.
 template <class Message>
-std::unique_ptr<Message> decoded(const std::string& data) {
+std::unique_ptr<Message> decoded(std::string&& data) {
     auto message = std::make_unique<Message>();
-    return message->decode(data) ? std::move(message) : nullptr;
+    return message->decode(std::move(data)) ? std::move(message) : nullptr;
 }
 
 /// DF-5 and DF-21: the grade follows from the address alone.
 template <class Message>
-ModeSMessage* decodeIdentityReply(const std::string& data, Grading& grading) {
-    auto message = decoded<Message>(data);
+ModeSMessage* decodeIdentityReply(std::string&& data, Grading& grading) {
+    auto message = decoded<Message>(std::move(data));
     if (!message) {
         return nullptr;
     }
@@ -85,8 +85,8 @@ ModeSMessage* decodeIdentityReply(const std::string& data, Grading& grading) {
 /// DF-0, 4, 16 and 20. No aircraft sends its altitude in metres, so a set M bit means noise: the
 /// reply gets the grade None. A known address is refreshed all the same.
 template <class Message>
-ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading) {
-    auto message = decoded<Message>(data);
+ModeSMessage* decodeAltitudeReply(std::string&& data, Grading& grading) {
+    auto message = decoded<Message>(std::move(data));
     if (!message) {
         return nullptr;
     }
@@ -99,8 +99,8 @@ ModeSMessage* decodeAltitudeReply(const std::string& data, Grading& grading) {
 
 /// DF-11: the address is in clear, and the interrogator identifier shows what the reply is worth. A
 /// damaged reply nearly always has an identifier above 79. It keeps the grade None.
-ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading) {
-    auto message = decoded<DF11Message>(data);
+ModeSMessage* decodeAllCallReply(std::string&& data, Grading& grading) {
+    auto message = decoded<DF11Message>(std::move(data));
     if (!message) {
         return nullptr;
     }
@@ -117,14 +117,14 @@ ModeSMessage* decodeAllCallReply(const std::string& data, Grading& grading) {
 /// DF-17 and DF-18, the only formats that are repaired. A good parity proves the address; a
 /// repaired frame counts as a good one.
 template <class Message>
-ModeSMessage* decodeSquitter(const std::string& data, Grading& grading) {
+ModeSMessage* decodeSquitter(std::string&& data, Grading& grading) {
     auto message = std::make_unique<Message>();
-    if (!message->decode(data)) {
-        const auto repaired = repair(*message, message->constFieldPI().parity());
+    if (!message->decode(std::move(data))) {
+        auto repaired = repair(*message, message->constFieldPI().parity());
         if (!repaired) {
             return nullptr;
         }
-        if (!message->decode(*repaired)) { // the repair changed the format bits
+        if (!message->decode(std::move(*repaired))) { // the repair changed the format bits
             // Programs read this line, so its misspelling stays.
             Log::log(Log::Critical, moduleName, "Faild to decode %s message after CRC fixing.",
                      message->downlinkFormatName().c_str());
@@ -138,8 +138,8 @@ ModeSMessage* decodeSquitter(const std::string& data, Grading& grading) {
 
 /// DF-19, which is not repaired. With an AF other than 0 its contents are not public, so the
 /// message has no address and teaches the decoder nothing.
-ModeSMessage* decodeMilitarySquitter(const std::string& data, Grading& grading) {
-    auto message = decoded<DF19Message>(data);
+ModeSMessage* decodeMilitarySquitter(std::string&& data, Grading& grading) {
+    auto message = decoded<DF19Message>(std::move(data));
     if (!message) {
         return nullptr;
     }
@@ -150,6 +150,63 @@ ModeSMessage* decodeMilitarySquitter(const std::string& data, Grading& grading) 
     message->setConfidence(ModeSMessage::High);
     grading.refresh(message->icaoAddress(), secondOf(*message));
     return message.release();
+}
+
+/// The bytes of a downlink, of which there is at least one.
+ModeSMessage* decodeDownlink(std::string&& data, Grading& grading) {
+    const auto code = static_cast<u8>(bits::read<0, 5>(data));
+    const DFMessage::DownlinkFormat format = DFMessage::downlinkFormatByCode(code);
+    switch (format) {
+    case DFMessage::DF0:
+        return decodeAltitudeReply<DF0Message>(std::move(data), grading);
+    case DFMessage::DF4:
+        return decodeAltitudeReply<DF4Message>(std::move(data), grading);
+    case DFMessage::DF5:
+        return decodeIdentityReply<DF5Message>(std::move(data), grading);
+    case DFMessage::DF11:
+        return decodeAllCallReply(std::move(data), grading);
+    case DFMessage::DF16:
+        return decodeAltitudeReply<DF16Message>(std::move(data), grading);
+    case DFMessage::DF17:
+        return decodeSquitter<DF17Message>(std::move(data), grading);
+    case DFMessage::DF18:
+        return decodeSquitter<DF18Message>(std::move(data), grading);
+    case DFMessage::DF19:
+        return decodeMilitarySquitter(std::move(data), grading);
+    case DFMessage::DF20:
+        return decodeAltitudeReply<DF20Message>(std::move(data), grading);
+    case DFMessage::DF21:
+        return decodeIdentityReply<DF21Message>(std::move(data), grading);
+    default:
+        Log::log(Log::Debug, moduleName, "Undefined DF-%u message detected.",
+                 static_cast<unsigned>(format));
+        return nullptr;
+    }
+}
+
+/// Takes over the bytes. So each reply is copied once, wherever its bytes come from.
+ModeSMessage* decodeReply(ModeSMessage::ModeSMsgType type, std::string&& data,
+                          std::unique_ptr<Grading>& grading) {
+    if (data.empty()) {
+        return nullptr;
+    }
+    if (type != ModeSMessage::Downlink) {
+        Log::log(Log::Debug, moduleName, "Unsupported UF message detected.");
+        return nullptr;
+    }
+    if (!grading) { // that of a new decoder, or of one that was moved from
+        grading = std::make_unique<Grading>();
+    }
+    return decodeDownlink(std::move(data), *grading);
+}
+
+/// A stamp of 0 means that the caller has none. The message then keeps its time of construction.
+ModeSMessage* stamped(ModeSMessage* message, u64 timeStamp) {
+    if (message != nullptr && timeStamp > 0) {
+        message->setTimeSource(ModeSMessage::External);
+        message->setTimeStamp(timeStamp);
+    }
+    return message;
 }
 
 } // namespace
@@ -170,64 +227,21 @@ ModeSDecoder& ModeSDecoder::operator=(ModeSDecoder&&) noexcept = default;
 ModeSDecoder::~ModeSDecoder() = default;
 
 ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::string& data) {
-    if (data.empty()) {
-        return nullptr;
-    }
-    if (type != ModeSMessage::Downlink) {
-        Log::log(Log::Debug, moduleName, "Unsupported UF message detected.");
-        return nullptr;
-    }
-    if (!_grading) { // a new decoder, or one that was moved from
-        _grading = std::make_unique<Grading>();
-    }
-    const auto code = static_cast<u8>(bits::read<0, 5>(data));
-    const DFMessage::DownlinkFormat format = DFMessage::downlinkFormatByCode(code);
-    switch (format) {
-    case DFMessage::DF0:
-        return decodeAltitudeReply<DF0Message>(data, *_grading);
-    case DFMessage::DF4:
-        return decodeAltitudeReply<DF4Message>(data, *_grading);
-    case DFMessage::DF5:
-        return decodeIdentityReply<DF5Message>(data, *_grading);
-    case DFMessage::DF11:
-        return decodeAllCallReply(data, *_grading);
-    case DFMessage::DF16:
-        return decodeAltitudeReply<DF16Message>(data, *_grading);
-    case DFMessage::DF17:
-        return decodeSquitter<DF17Message>(data, *_grading);
-    case DFMessage::DF18:
-        return decodeSquitter<DF18Message>(data, *_grading);
-    case DFMessage::DF19:
-        return decodeMilitarySquitter(data, *_grading);
-    case DFMessage::DF20:
-        return decodeAltitudeReply<DF20Message>(data, *_grading);
-    case DFMessage::DF21:
-        return decodeIdentityReply<DF21Message>(data, *_grading);
-    default:
-        Log::log(Log::Debug, moduleName, "Undefined DF-%u message detected.",
-                 static_cast<unsigned>(format));
-        return nullptr;
-    }
+    return decodeReply(type, std::string(data), _grading);
 }
 
 ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const std::string& data,
                                    u64 timeStamp) {
-    ModeSMessage* message = decode(type, data);
-    // A stamp of 0 means that the caller has none. The message then keeps its time of construction.
-    if (message != nullptr && timeStamp > 0) {
-        message->setTimeSource(ModeSMessage::External);
-        message->setTimeStamp(timeStamp);
-    }
-    return message;
+    return stamped(decode(type, data), timeStamp);
 }
 
 ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const void* data, u64 size) {
-    return decode(type, text::bytes(data, size));
+    return decodeReply(type, text::bytes(data, size), _grading);
 }
 
 ModeSMessage* ModeSDecoder::decode(ModeSMessage::ModeSMsgType type, const void* data, u64 size,
                                    u64 timeStamp) {
-    return decode(type, text::bytes(data, size), timeStamp);
+    return stamped(decode(type, data, size), timeStamp);
 }
 
 } // namespace tolvarin::ondrel

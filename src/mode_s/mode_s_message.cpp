@@ -9,6 +9,7 @@
 #include "text.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace tolvarin::ondrel {
 
@@ -31,15 +32,17 @@ std::string ModeSMessage::description() const {
 }
 
 bool ModeSMessage::decode(const std::string& data) {
-    // A message may be decoded again from its own data(), which needs no copy.
-    if (&data != &_data) {
-        _data = data;
-    }
-    if (_data.size() < size()) { // parity and fields keep what they held
+    return decode(std::string(data));
+}
+
+bool ModeSMessage::decode(std::string&& data) {
+    _data = std::move(data);
+    const u8 frameBits = bits();
+    if (_data.size() < frameBits / 8U) { // parity and fields keep what they held
         _valid = false;
         return false;
     }
-    _calculatedParity = calculateParity();
+    _calculatedParity = parity::sum(_data, frameBits);
     _valid = decodeImpl();
     return _valid;
 }
