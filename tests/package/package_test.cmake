@@ -1,5 +1,6 @@
 # Builds and runs a consumer in each of the ways in which a project can use ondrel: against the installed
-# build, as a subdirectory, and against an installed static library. Without SOURCES the first only.
+# build, as a subdirectory, and against an installed static library, by another compiler too. Without SOURCES
+# the first only.
 #
 #   cmake -DBUILD=dir -DSOURCES=dir -DCONSUMER=dir -DWORK=dir -DGENERATOR=name -DCOMPILER=file
 #         -DFLAGS=flags -P package_test.cmake
@@ -35,4 +36,11 @@ if(SOURCES)
     # The library of a subdirectory is static, unless its parent asks for a shared one.
     run(${CMAKE_COMMAND} --install ${WORK}/subdirectory --prefix ${WORK}/static)
     consumer(against_static -DCMAKE_PREFIX_PATH=${WORK}/static)
+
+    find_program(CLANG clang++)
+    if(CLANG)
+        consumer(by_clang -DCMAKE_PREFIX_PATH=${WORK}/static -DCMAKE_CXX_COMPILER=${CLANG})
+    else()
+        message("clang++ is not installed, so no program of another compiler was linked")
+    endif()
 endif()
