@@ -7,12 +7,18 @@
 
 namespace tolvarin::ondrel {
 
-/// A datum of an aircraft with its times, in milliseconds since 1970-01-01 UTC; 0 means never.
+/// A datum of an aircraft, and when it was received. Times are milliseconds since 1970-01-01 UTC; 0
+/// means never.
 template <class Value>
 struct ADSBDatum {
     Value value{};      ///< 0, false or empty until the first one is received
     u64 lastUpdate = 0; ///< when it was last received
-    u64 lastChange = 0; ///< when it last took a new value; stays 0 where changes are not kept
+};
+
+/// A datum that also tells when it took another value.
+template <class Value>
+struct ADSBTrackedDatum : ADSBDatum<Value> {
+    u64 lastChange = 0; ///< when it last took a new value
 };
 
 /// A position in degrees (WGS 84), north and east positive.

@@ -346,41 +346,42 @@ private:
     void resetQualityIndicators();
 
     // The data that most replies touch stand first. Among thousands of aircraft a record is not in
-    // the cache, and each cache line that a reply needs of it costs time.
+    // the cache, and each cache line that a reply needs of it costs time: in the order of their
+    // meaning, mixed replies of 2000 aircraft take 2 % longer (road of the benchmarks).
     u32 _icaoAddr;
     u32 _trackId = 0;
     u64 _lastUpdate = 0;
     ADSBDatum<i32> _altitudeBaro;
-    ADSBDatum<GroundStatus> _groundStatus;
+    ADSBTrackedDatum<GroundStatus> _groundStatus;
     u64 _statisticLastUpdate = 0;
-    ADSBDatum<bool> _spiStatus;
-    ADSBDatum<bool> _alertStatus;
+    ADSBTrackedDatum<bool> _spiStatus;
+    ADSBTrackedDatum<bool> _alertStatus;
     ADSBDatum<u8> _signalAmplitude;
     std::array<u32, DFMessage::DF24 + 1> _statisticDfCounts{};
     std::array<u32, ADSBMessage::RESERVED + 1> _statisticADSBCounts{};
 
-    ADSBDatum<MOPSVersion> _mopsVersion;
+    ADSBTrackedDatum<MOPSVersion> _mopsVersion;
     bool _mopsVersionConfirmed = false;
     bool _headingValid = false;
     CPRFrame _cprOdd;
     CPRFrame _cprEven;
     ADSBDatum<ADSBPosition> _position;
-    ADSBDatum<u8> _nucp;
-    ADSBDatum<u8> _nic;
-    ADSBDatum<u8> _pic;
-    ADSBDatum<u8> _nacp;
-    ADSBDatum<u8> _sil;
+    ADSBTrackedDatum<u8> _nucp;
+    ADSBTrackedDatum<u8> _nic;
+    ADSBTrackedDatum<u8> _pic;
+    ADSBTrackedDatum<u8> _nacp;
+    ADSBTrackedDatum<u8> _sil;
     ADSBDatum<bool> _nicSupplementA;
     ADSBDatum<bool> _nicSupplementB;
     ADSBDatum<bool> _nicSupplementC;
     ADSBDatum<double> _groundSpeed;
     ADSBDatum<double> _heading;
     ADSBDatum<i32> _verticalRateBaro;
-    ADSBDatum<u8> _nucr;
-    ADSBDatum<u32> _squawk;
+    ADSBTrackedDatum<u8> _nucr;
+    ADSBTrackedDatum<u32> _squawk;
     ADSBDatum<u8> _transponderCommCapability;
-    ADSBDatum<std::string> _callsign;
-    ADSBDatum<u8> _emitterCategory;
+    ADSBTrackedDatum<std::string> _callsign;
+    ADSBTrackedDatum<u8> _emitterCategory;
 };
 
 } // namespace tolvarin::ondrel

@@ -418,8 +418,8 @@ private:
 
     struct Page; // the document that toHtml() builds
 
-    template <class Value>
-    struct Datum : ADSBDatum<Value> {
+    template <class Value, template <class> class Stored = ADSBDatum>
+    struct Datum : Stored<Value> {
         bool valid = false;
 
         void set(const Value& newValue, bool isValid) {
@@ -427,6 +427,8 @@ private:
             valid = isValid;
         }
     };
+    template <class Value>
+    using TrackedDatum = Datum<Value, ADSBTrackedDatum>;
 
     static std::string boolToString(bool value);
     static std::string timeToString(u64 time);
@@ -435,29 +437,29 @@ private:
     u64 _lastUpdate = 0;
     u32 _icaoAddress = 0;
     bool _icaoAddressValid = false;
-    Datum<std::string> _callsign;
-    Datum<u8> _emitterCategory;
-    Datum<u32> _squawk;
+    TrackedDatum<std::string> _callsign;
+    TrackedDatum<u8> _emitterCategory;
+    TrackedDatum<u32> _squawk;
     Datum<ADSBPosition> _position;
     Datum<u8> _signalAmplitude;
     Datum<i32> _altitudeBaro;
     Datum<double> _groundSpeed;
     Datum<double> _heading;
     Datum<i32> _verticalRateBaro;
-    Datum<bool> _groundStatus;
-    Datum<bool> _spiStatus;
-    Datum<bool> _alertStatus;
-    ADSBDatum<MOPSVersion> _mopsVersion;
+    TrackedDatum<bool> _groundStatus;
+    TrackedDatum<bool> _spiStatus;
+    TrackedDatum<bool> _alertStatus;
+    ADSBTrackedDatum<MOPSVersion> _mopsVersion;
     bool _mopsVersionConfirmed = false;
-    Datum<u8> _nucp;
-    Datum<u8> _nucr;
-    Datum<u8> _nic;
+    TrackedDatum<u8> _nucp;
+    TrackedDatum<u8> _nucr;
+    TrackedDatum<u8> _nic;
     Datum<bool> _nicSuppA;
     Datum<bool> _nicSuppB;
     Datum<bool> _nicSuppC;
-    Datum<u8> _pic;
-    Datum<u8> _nacp;
-    Datum<u8> _sil;
+    TrackedDatum<u8> _pic;
+    TrackedDatum<u8> _nacp;
+    TrackedDatum<u8> _sil;
 };
 
 } // namespace tolvarin::ondrel

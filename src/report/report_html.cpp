@@ -137,17 +137,20 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
     static void addQualityIndicators(std::string& page, const ADSBTargetReport& r) {
         beginSection(page, "Quality Indicators",
                      {"Item", "Valid", "Value", "Last Change", "Last Update"});
-        const auto add = [&page](const char* item, const auto& datum) {
+        const auto addWithChange = [&page](const char* item, const auto& datum, u64 change) {
             addRow(page, dataTags,
                    {item, boolToString(datum.valid), datum.valid ? std::to_string(datum.value) : "",
-                    timeToString(datum.lastChange), timeToString(datum.lastUpdate)});
+                    timeToString(change), timeToString(datum.lastUpdate)});
+        };
+        const auto add = [&](const char* item, const auto& datum) {
+            addWithChange(item, datum, datum.lastChange);
         };
         add("NUCp", r._nucp);
         add("NUCr", r._nucr);
         add("NIC", r._nic);
-        add("NICsuppA", r._nicSuppA);
-        add("NICsuppB", r._nicSuppB);
-        add("NICsuppC", r._nicSuppC);
+        addWithChange("NICsuppA", r._nicSuppA, 0);
+        addWithChange("NICsuppB", r._nicSuppB, 0);
+        addWithChange("NICsuppC", r._nicSuppC, 0);
         add("PIC", r._pic);
         add("NACp", r._nacp);
         add("SIL", r._sil);

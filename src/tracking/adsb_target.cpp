@@ -276,7 +276,7 @@ void ADSBTarget::updateQualityIndicators(u8 typeCode, u64 time) {
 // Time 0 means never: the last updates are gone with the values. NUCr and the supplements come from
 // other messages, so they stay.
 void ADSBTarget::resetQualityIndicators() {
-    for (ADSBDatum<u8>* indicator : {&_nucp, &_nic, &_pic, &_nacp, &_sil}) {
+    for (ADSBTrackedDatum<u8>* indicator : {&_nucp, &_nic, &_pic, &_nacp, &_sil}) {
         track(*indicator, u8{0}, 0);
     }
 }

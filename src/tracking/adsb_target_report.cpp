@@ -24,7 +24,7 @@ ADSBTargetReport ADSBTarget::report() const {
     r._verticalRateBaro = {_verticalRateBaro, verticalRateBaroValid()};
     // A report has one bit for the ground status, so an unknown status reads as airborne.
     r._groundStatus = {
-        {_groundStatus.value == OnGround, _groundStatus.lastUpdate, _groundStatus.lastChange},
+        {{_groundStatus.value == OnGround, _groundStatus.lastUpdate}, _groundStatus.lastChange},
         groundStatusValid()};
     r._spiStatus = {_spiStatus, spiStatusValid()};
     r._alertStatus = {_alertStatus, alertStatusValid()};

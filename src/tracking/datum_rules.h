@@ -18,13 +18,13 @@ void update(ADSBDatum<Value>& datum, const Value& value, u64 time) {
 /// Whether the tracked rule counts the value as a change. The first value always is a change, also
 /// if it equals the default. A datum whose last change was reset to 0 counts as new.
 template <class Value>
-bool wouldChange(const ADSBDatum<Value>& datum, const Value& value) {
+bool wouldChange(const ADSBTrackedDatum<Value>& datum, const Value& value) {
     return value != datum.value || datum.lastChange == 0;
 }
 
 /// The tracked rule: as the plain rule, and keeps when the value changed.
 template <class Value>
-void track(ADSBDatum<Value>& datum, const Value& value, u64 time) {
+void track(ADSBTrackedDatum<Value>& datum, const Value& value, u64 time) {
     if (wouldChange(datum, value)) {
         datum.value = value;
         datum.lastChange = time;
