@@ -64,8 +64,9 @@ int DecodeCommand::run() {
     ReplyInput input(_input, console);
     PayloadDecoder payloads(_version);
     DecodeSummary summary;
-    while (auto reply = input.next()) {
-        DecodedReply decoded = input.decode(*std::move(reply));
+    Reply reply;
+    while (input.next(reply)) {
+        DecodedReply decoded = input.decode(std::move(reply));
         if (!decoded.refused()) {
             decoded.payload = payloads.decode(*decoded.message);
         }

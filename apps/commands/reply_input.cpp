@@ -36,12 +36,10 @@ ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
                          [&console](u64 read, u64 total) { console.progress(read, total); }})),
       _log(console, options.logLevel) {}
 
-std::optional<Reply> ReplyInput::next() {
-    auto reply = _source->next();
-    if (reply) {
-        ++_replies;
-    }
-    return reply;
+bool ReplyInput::next(Reply& reply) {
+    const bool given = _source->next(reply);
+    _replies += given ? 1U : 0U;
+    return given;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -10,7 +10,6 @@
 #include <ondrel/types.h>
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -32,12 +31,12 @@ public:
     /// The console must outlive the input.
     ReplyInput(const ReplyInputOptions& options, Console& console);
 
-    /// The next reply, or nothing at the end of the input.
-    std::optional<Reply> next();
+    /// Puts the next reply into `reply`. False at the end of the input.
+    bool next(Reply& reply);
 
     /// Decodes replies in the order in which they came: how far one is believed depends on the
     /// replies before it.
-    DecodedReply decode(Reply reply) { return decodeReply(_decoder, std::move(reply)); }
+    DecodedReply decode(Reply&& reply) { return decodeReply(_decoder, std::move(reply)); }
 
     const std::string& name() const { return _source->name(); }
     u64 unreadable() const { return _source->unreadable(); }

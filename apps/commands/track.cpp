@@ -124,9 +124,10 @@ public:
     /// Reads to the end of the input or until an interruption, and shows what there is then. Gives
     /// the aircraft that were tracked to the end.
     std::vector<ADSBTarget> run() {
-        while (auto reply = next()) {
-            moveTo(*reply->stampMs);
-            take(_input.decode(*std::move(reply)));
+        Reply reply;
+        while (next(reply)) {
+            moveTo(*reply.stampMs);
+            take(_input.decode(std::move(reply)));
         }
         killSilent();
         std::vector<ADSBTarget> all = sortedAircraft();
@@ -138,20 +139,21 @@ public:
     TrackingCounts counts() const { return _tracking.counts(); }
 
 private:
-    /// The next reply with its stamp, when its time has come.
-    std::optional<Reply> next() {
-        auto reply = _input.next();
-        if (reply) {
-            const bool first = !_stamping.begun();
-            _stamping.stamp(*reply);
-            if (first && _stamping.byClock()) {
-                reportMissingStamps();
-            }
-            if (_pace) {
-                _pace->waitFor(*reply->stampMs);
-            }
+    /// Puts the next reply into `reply`, with its stamp, when its time has come. False at the end
+    /// of the input and after an interruption.
+    bool next(Reply& reply) {
+        if (!_input.next(reply)) {
+            return false;
         }
-        return interrupted() ? std::nullopt : reply;
+        const bool first = !_stamping.begun();
+        _stamping.stamp(reply);
+        if (first && _stamping.byClock()) {
+            reportMissingStamps();
+        }
+        if (_pace) {
+            _pace->waitFor(*reply.stampMs);
+        }
+        return !interrupted();
     }
 
     void reportMissingStamps() {

@@ -13,6 +13,10 @@ namespace tolvarin::ondrel::client {
 /// 0 to 15 for a hexadecimal digit of either case.
 std::optional<u8> hexDigit(char character);
 
+/// Reads two hexadecimal digits for each byte. Gives false for an odd number of digits and for
+/// other characters; the bytes are then of no use.
+bool readHexBytes(std::string_view digits, std::string& bytes);
+
 /// Two upper-case digits for each byte.
 std::string hexBytes(std::string_view bytes);
 

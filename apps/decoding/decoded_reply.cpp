@@ -34,7 +34,7 @@ std::string DecodedReply::formatName() const {
     return "DF-" + std::to_string(DFMessage::downlinkFormatByCode(code));
 }
 
-DecodedReply decodeReply(ModeSDecoder& decoder, Reply reply) {
+DecodedReply decodeReply(ModeSDecoder& decoder, Reply&& reply) {
     // To the decoder, 0 is "no stamp".
     const ModeSMessage* message =
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0));

@@ -46,7 +46,7 @@ struct DecodedReply {
 };
 
 /// Decodes a reply of at least one byte, without its payload.
-DecodedReply decodeReply(ModeSDecoder& decoder, Reply reply);
+DecodedReply decodeReply(ModeSDecoder& decoder, Reply&& reply);
 
 /// "None", "Low", "Medium" or "High".
 std::string_view confidenceName(ModeSMessage::Confidence confidence);

@@ -2,8 +2,12 @@
 
 #include "apps/common/text.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstddef>
 #include <limits>
+#include <optional>
+#include <system_error>
 #include <utility>
 
 namespace tolvarin::ondrel::client {
@@ -21,17 +25,25 @@ constexpr const char* help = R"(  *HEX;                    a reply
   SECONDS[.FRACTION],HEX   after seconds since 1970-01-01 UTC
 )";
 
-/// A part of the line, or why it cannot be read.
-template <class Value>
-using Result = std::variant<Value, LineError>;
+/// Why a line or a part of it cannot be read; nothing if it was read.
+using Problem = std::optional<std::string>;
+
+bool isBlank(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+bool isDecimalDigit(char character) {
+    return character >= '0' && character <= '9';
+}
 
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view blanks = " \t\r\n\v\f";
-    const std::size_t begin = text.find_first_not_of(blanks);
-    if (begin == std::string_view::npos) {
-        return {};
+    while (!text.empty() && isBlank(text.front())) {
+        text.remove_prefix(1);
     }
-    return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
+    while (!text.empty() && isBlank(text.back())) {
+        text.remove_suffix(1);
+    }
+    return text;
 }
 
 /// A character in a form that is safe on a terminal.
@@ -42,35 +54,33 @@ std::string shown(char character) {
     return character == ' ' ? "a blank" : "byte 0x" + hexBytes({&character, 1});
 }
 
-LineError wrongDigit(char character, std::string_view kind) {
-    return {shown(character) + " is not a " + std::string(kind) + " digit; expected " +
-            std::string(forms)};
+std::string wrongDigit(char character, std::string_view kind) {
+    return shown(character) + " is not a " + std::string(kind) + " digit; expected " +
+           std::string(forms);
 }
 
-Result<std::string> parseBytes(std::string_view digits) {
+/// Why the digits are no bytes.
+std::string bytesError(std::string_view digits) {
     for (const char character : digits) {
         if (!hexDigit(character)) {
             return wrongDigit(character, "hexadecimal");
         }
     }
     if (digits.empty()) {
-        return LineError{"the reply is empty; expected two hexadecimal digits for each byte"};
+        return "the reply is empty; expected two hexadecimal digits for each byte";
     }
-    if (digits.size() % 2 != 0) {
-        return LineError{"the reply has an odd number of hexadecimal digits (" +
-                         std::to_string(digits.size()) + "); expected two for each byte"};
-    }
-    std::string bytes;
-    bytes.reserve(digits.size() / 2);
-    for (std::size_t i = 0; i < digits.size(); i += 2) {
-        const unsigned high = *hexDigit(digits[i]);
-        const unsigned low = *hexDigit(digits[i + 1]);
-        bytes += static_cast<char>(high << 4U | low);
-    }
-    return bytes;
+    return "the reply has an odd number of hexadecimal digits (" + std::to_string(digits.size()) +
+           "); expected two for each byte";
 }
 
-Result<u64> parseTicks(std::string_view digits) {
+Problem readBytes(std::string_view digits, Reply& reply) {
+    if (digits.empty() || !readHexBytes(digits, reply.bytes)) {
+        return bytesError(digits);
+    }
+    return std::nullopt;
+}
+
+Problem readTicks(std::string_view digits, Reply& reply) {
     u64 ticks = 0;
     for (const char character : digits) {
         const auto digit = hexDigit(character);
@@ -79,88 +89,91 @@ Result<u64> parseTicks(std::string_view digits) {
         }
         ticks = ticks << 4U | *digit;
     }
-    return ticks / ticksPerMs;
+    reply.stampMs = ticks / ticksPerMs;
+    return std::nullopt;
 }
 
-/// Appends decimal digits to the number. Gives false if it would exceed the largest u64.
-bool appendDigits(u64& value, std::string_view digits) {
-    for (const char character : digits) {
-        const auto digit = static_cast<u64>(character - '0');
-        if (value > (std::numeric_limits<u64>::max() - digit) / 10) {
-            return false;
-        }
-        value = value * 10 + digit;
+/// Milliseconds of the digits behind a decimal point.
+u64 thousandths(std::string_view fraction) {
+    u64 value = 0;
+    for (std::size_t i = 0; i < 3; ++i) {
+        const char digit = i < fraction.size() ? fraction[i] : '0';
+        value = value * 10 + static_cast<u64>(digit - '0');
     }
-    return true;
+    return value;
 }
 
-Result<u64> parseSeconds(std::string_view text) {
-    const std::size_t point = text.find('.');
-    const std::string_view whole = text.substr(0, point);
-    std::string fraction(point == std::string_view::npos ? "000" : text.substr(point + 1));
-    for (const std::string_view digits : {whole, std::string_view(fraction)}) {
-        const std::size_t wrong = digits.find_first_not_of("0123456789");
-        if (wrong != std::string_view::npos) {
-            return wrongDigit(digits[wrong], "decimal");
-        }
-        if (digits.empty()) {
-            return LineError{"the time stamp is incomplete; expected SECONDS or SECONDS.FRACTION"};
-        }
+Problem readSeconds(std::string_view text, Reply& reply) {
+    u64 seconds = 0;
+    const auto whole = std::from_chars(text.data(), text.data() + text.size(), seconds);
+    const std::string_view rest = text.substr(static_cast<std::size_t>(whole.ptr - text.data()));
+    if (!rest.empty() && rest.front() != '.') {
+        return wrongDigit(rest.front(), "decimal");
     }
-    fraction.resize(3, '0');
-    u64 milliseconds = 0;
-    if (!appendDigits(milliseconds, whole) || !appendDigits(milliseconds, fraction)) {
-        return LineError{"the time stamp is too large; expected seconds since 1970-01-01"};
+    const std::string_view fraction = rest.empty() ? "0" : rest.substr(1);
+    if (rest.size() == text.size() || fraction.empty()) {
+        return "the time stamp is incomplete; expected SECONDS or SECONDS.FRACTION";
     }
-    return milliseconds;
-}
-
-ParsedLine replyOf(const std::optional<Result<u64>>& stamp, Result<std::string> bytes) {
-    Reply reply;
-    if (stamp) {
-        if (const auto* error = std::get_if<LineError>(&*stamp)) {
-            return *error;
-        }
-        reply.stampMs = std::get<u64>(*stamp);
+    const auto* wrong = std::find_if_not(fraction.begin(), fraction.end(), isDecimalDigit);
+    if (wrong != fraction.end()) {
+        return wrongDigit(*wrong, "decimal");
     }
-    if (const auto* error = std::get_if<LineError>(&bytes)) {
-        return *error;
+    const u64 milliseconds = thousandths(fraction);
+    if (whole.ec != std::errc() ||
+        seconds > (std::numeric_limits<u64>::max() - milliseconds) / 1000) {
+        return "the time stamp is too large; expected seconds since 1970-01-01";
     }
-    reply.bytes = std::get<std::string>(std::move(bytes));
-    return reply;
+    reply.stampMs = seconds * 1000 + milliseconds;
+    return std::nullopt;
 }
 
 /// A line that begins with `*` or `@`.
-ParsedLine parseMarked(std::string_view line) {
+Problem readMarked(std::string_view line, Reply& reply) {
     if (line.back() != ';') {
-        return LineError{"the line does not end with ';'; expected " + std::string(forms)};
+        return "the line does not end with ';'; expected " + std::string(forms);
     }
     const std::string_view digits = line.substr(1, line.size() - 2);
     if (line.front() == '*') {
-        return replyOf(std::nullopt, parseBytes(digits));
+        return readBytes(digits, reply);
     }
     if (digits.size() < tickDigits) {
-        return LineError{"the counter is too short; expected 12 hexadecimal digits behind '@'"};
+        return "the counter is too short; expected 12 hexadecimal digits behind '@'";
     }
-    return replyOf(parseTicks(digits.substr(0, tickDigits)), parseBytes(digits.substr(tickDigits)));
+    if (auto problem = readTicks(digits.substr(0, tickDigits), reply)) {
+        return problem;
+    }
+    return readBytes(digits.substr(tickDigits), reply);
+}
+
+/// A line that is neither blank nor a comment, without blanks at its ends.
+Problem readReply(std::string_view line, Reply& reply) {
+    if (line.front() == '*' || line.front() == '@') {
+        return readMarked(line, reply);
+    }
+    const std::size_t comma = line.find(',');
+    if (comma == std::string_view::npos) {
+        return readBytes(line, reply);
+    }
+    if (auto problem = readSeconds(trimmed(line.substr(0, comma)), reply)) {
+        return problem;
+    }
+    return readBytes(trimmed(line.substr(comma + 1)), reply);
 }
 
 } // namespace
 
-ParsedLine parseReplyLine(std::string_view line) {
+LineContent readReplyLine(std::string_view line, Reply& reply, std::string& error) {
     line = trimmed(line);
     if (line.empty() || line.front() == '#') {
-        return SkippedLine{};
+        return LineContent::Nothing;
     }
-    if (line.front() == '*' || line.front() == '@') {
-        return parseMarked(line);
+    reply.stampMs.reset();
+    auto problem = readReply(line, reply);
+    if (problem) {
+        error = *std::move(problem);
+        return LineContent::Error;
     }
-    const std::size_t comma = line.find(',');
-    if (comma == std::string_view::npos) {
-        return replyOf(std::nullopt, parseBytes(line));
-    }
-    return replyOf(parseSeconds(trimmed(line.substr(0, comma))),
-                   parseBytes(trimmed(line.substr(comma + 1))));
+    return LineContent::Reply;
 }
 
 std::string replyLineHelp() {

@@ -4,25 +4,22 @@
 
 #include <string>
 #include <string_view>
-#include <variant>
 
 /// The text form of a reply, one on each line.
 namespace tolvarin::ondrel::client {
 
-/// A line without a reply: blank, or a comment that begins with `#`.
-struct SkippedLine {};
-
-/// A line that cannot be read.
-struct LineError {
-    std::string reason; ///< what is wrong, and what is expected instead
+/// What a line holds.
+enum class LineContent {
+    Reply,
+    Nothing, ///< the line is blank, or a comment that begins with `#`
+    Error,   ///< the line cannot be read
 };
-
-using ParsedLine = std::variant<SkippedLine, Reply, LineError>;
 
 /// Reads a line of one of the forms that replyLineHelp() lists. Blanks at both ends and around the
 /// comma are ignored; digits may have either case. Stamps are cut to whole milliseconds. The line
-/// may hold any bytes.
-ParsedLine parseReplyLine(std::string_view line);
+/// may hold any bytes. What does not apply is of no use afterwards: `reply` without a reply, and
+/// `error` without an error. `error` says what is wrong, and what is expected instead.
+LineContent readReplyLine(std::string_view line, Reply& reply, std::string& error);
 
 /// The forms for a help text, one on each line.
 std::string replyLineHelp();

@@ -6,7 +6,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace tolvarin::ondrel::client {
@@ -20,9 +19,10 @@ public:
     ReplySource& operator=(const ReplySource&) = delete;
     virtual ~ReplySource() = default;
 
-    /// Waits for the next reply. Gives nothing at the end of the input and after an interruption.
-    /// Throws Failure when the input cannot be read any further.
-    virtual std::optional<Reply> next() = 0;
+    /// Waits for the next reply and puts it into `reply`. Gives false at the end of the input and
+    /// after an interruption; `reply` is then of no use. Throws Failure when the input cannot be
+    /// read any further.
+    virtual bool next(Reply& reply) = 0;
 
     /// What messages call the source, such as its path.
     virtual const std::string& name() const = 0;

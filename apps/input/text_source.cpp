@@ -3,18 +3,17 @@
 #include "apps/input/reply_line.h"
 
 #include <utility>
-#include <variant>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
-ParsedLine parse(const Line& line) {
+LineContent read(const Line& line, Reply& reply, std::string& error) {
     if (line.tooLong) {
-        return LineError{"the line has more than " + std::to_string(LineReader::longest) +
-                         " characters"};
+        error = "the line has more than " + std::to_string(LineReader::longest) + " characters";
+        return LineContent::Error;
     }
-    return parseReplyLine(line.text);
+    return readReplyLine(line.text, reply, error);
 }
 
 } // namespace
@@ -23,17 +22,18 @@ TextSource::TextSource(File file, SourceEvents events)
     : _events(std::move(events)), _totalBytes(file.remaining()),
       _lines(std::move(file), [this] { _events.reading(_lines.bytesRead(), _totalBytes); }) {}
 
-std::optional<Reply> TextSource::next() {
+bool TextSource::next(Reply& reply) {
+    std::string error;
     while (const auto line = _lines.next()) {
-        ParsedLine parsed = parse(*line);
-        if (auto* reply = std::get_if<Reply>(&parsed)) {
-            return std::move(*reply);
+        const LineContent content = read(*line, reply, error);
+        if (content == LineContent::Reply) {
+            return true;
         }
-        if (const auto* error = std::get_if<LineError>(&parsed)) {
-            report(*line, error->reason);
+        if (content == LineContent::Error) {
+            report(*line, error);
         }
     }
-    return std::nullopt;
+    return false;
 }
 
 void TextSource::report(const Line& line, const std::string& reason) {

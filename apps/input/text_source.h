@@ -6,7 +6,6 @@
 
 #include <ondrel/types.h>
 
-#include <optional>
 #include <string>
 
 namespace tolvarin::ondrel::client {
@@ -17,7 +16,7 @@ class TextSource final : public ReplySource {
 public:
     TextSource(File file, SourceEvents events);
 
-    std::optional<Reply> next() override;
+    bool next(Reply& reply) override;
     const std::string& name() const override { return _lines.file().name(); }
     u64 unreadable() const override { return _unreadable; }
 

@@ -2,14 +2,13 @@
 
 #include "apps/common/text.h"
 #include "apps/decoding/decoded_reply.h"
-#include "apps/input/reply_line.h"
+#include "apps/reply_of_line.h"
 
 #include "simulator/frame_encoder.h"
 #include "simulator/payload_encoder.h"
 
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 /// Lines of a recording and what they decode to.
@@ -22,7 +21,7 @@ inline DecodedReply decodedLast(const std::vector<std::string>& lines,
     PayloadDecoder payloads(version);
     DecodedReply last;
     for (const std::string& line : lines) {
-        last = decodeReply(decoder, std::get<Reply>(parseReplyLine(line)));
+        last = decodeReply(decoder, replyOf(line));
         if (!last.refused()) {
             last.payload = payloads.decode(*last.message);
         }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/common/text.h"
-#include "apps/input/reply_line.h"
+#include "apps/reply_of_line.h"
 #include "apps/tracking/tracking.h"
 
 #include "simulator/frame_encoder.h"
@@ -9,7 +9,6 @@
 #include <optional>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -21,7 +20,7 @@ public:
                           const std::optional<AltitudeCheck>& check = std::nullopt)
         : tracking(check) {
         for (const std::string& line : lines) {
-            auto reply = std::get<Reply>(parseReplyLine(line));
+            Reply reply = replyOf(line);
             tracking.moveTo(reply.stampMs.value_or(0));
             tracking.take(decodeReply(_decoder, std::move(reply)));
         }

@@ -2,14 +2,33 @@
 
 #include <gtest/gtest.h>
 
+#include <cctype>
+#include <string>
+
 namespace tolvarin::ondrel::client {
 
 namespace {
+
+TEST(Text, OfHexadecimalDigitsIsReadInFullOrNotAtAll) {
+    std::string bytes = "as before";
+    EXPECT_TRUE(readHexBytes("00fFa5", bytes));
+    EXPECT_EQ(hexBytes(bytes), "00FFA5");
+    for (int character = 0; character < 256; ++character) {
+        const auto digit = static_cast<char>(character);
+        const bool known = std::isxdigit(character) != 0;
+        EXPECT_EQ(readHexBytes(std::string{'0', digit, '1', '2'}, bytes), known) << character;
+        EXPECT_EQ(readHexBytes(std::string{'1', '2', digit, '0'}, bytes), known) << character;
+        EXPECT_EQ(hexDigit(digit).has_value(), known) << character;
+    }
+    EXPECT_FALSE(readHexBytes("123", bytes));
+}
 
 TEST(Text, OfNumbersHasNoNegativeZeroAndTellsTheTime) {
     EXPECT_EQ(decimalText(-0.04, 1), "0.0");
     EXPECT_EQ(decimalText(-0.06, 1), "-0.1");
     EXPECT_EQ(decimalText(-0.0, 0), "0");
+    EXPECT_EQ(secondsText(5), "0.005");
+    EXPECT_EQ(secondsText(1700000000020), "1700000000.020");
     EXPECT_EQ(timeText(1641427457080), "2022-01-06T00:04:17.080Z");
     EXPECT_EQ(timeText(23456248059), "23456248.059"); // as far as the counter goes
     EXPECT_EQ(timeText(23456248060), "1970-09-29T11:37:28.060Z");

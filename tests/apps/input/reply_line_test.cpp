@@ -6,7 +6,6 @@
 
 #include <optional>
 #include <string>
-#include <variant>
 
 namespace tolvarin::ondrel::client {
 
@@ -44,17 +43,20 @@ TEST(ReplyLine, GivesBytesAndStamp) {
         {"18446744073709551.615,00", "00", 18446744073709551615ULL},
         {"9007199254740.993,00", "00", 9007199254740993ULL},
     };
+    Reply reply;
+    std::string error;
     for (const Row& row : rows) {
-        const ParsedLine parsed = parseReplyLine(row.line);
-        ASSERT_TRUE(std::holds_alternative<Reply>(parsed)) << row.line;
-        EXPECT_EQ(hexBytes(std::get<Reply>(parsed).bytes), row.hex) << row.line;
-        EXPECT_EQ(std::get<Reply>(parsed).stampMs, row.stampMs) << row.line;
+        EXPECT_EQ(readReplyLine(row.line, reply, error), LineContent::Reply) << row.line;
+        EXPECT_EQ(hexBytes(reply.bytes), row.hex) << row.line;
+        EXPECT_EQ(reply.stampMs, row.stampMs) << row.line;
     }
 }
 
 TEST(ReplyLine, SkipsBlankLinesAndComments) {
+    Reply reply;
+    std::string error;
     for (const char* line : {"", " ", "\t \r", "#", "# *5DA0;", "  #5DA0"}) {
-        EXPECT_TRUE(std::holds_alternative<SkippedLine>(parseReplyLine(line))) << line;
+        EXPECT_EQ(readReplyLine(line, reply, error), LineContent::Nothing) << line;
     }
 }
 
@@ -90,12 +92,12 @@ TEST(ReplyLine, TellsWhatIsWrong) {
         {"18446744073709551.616,00", "the time stamp is too large"},
         {"99999999999999999999999999,00", "the time stamp is too large"},
     };
+    Reply reply;
+    std::string error;
     for (const Row& row : rows) {
-        const ParsedLine parsed = parseReplyLine(row.line);
-        ASSERT_TRUE(std::holds_alternative<LineError>(parsed)) << row.line;
-        const std::string& text = std::get<LineError>(parsed).reason;
-        EXPECT_EQ(text.substr(0, row.reason.size()), row.reason) << text;
-        EXPECT_NE(text.find("; expected "), std::string::npos) << text;
+        EXPECT_EQ(readReplyLine(row.line, reply, error), LineContent::Error) << row.line;
+        EXPECT_EQ(error.substr(0, row.reason.size()), row.reason) << error;
+        EXPECT_NE(error.find("; expected "), std::string::npos) << error;
     }
 }
 
