@@ -65,23 +65,32 @@ int DecodeCommand::run() {
     PayloadDecoder payloads(_version);
     DecodeSummary summary;
     Reply reply;
+    std::string text;
     while (input.next(reply)) {
         DecodedReply decoded = input.decode(std::move(reply));
         if (!decoded.refused()) {
             decoded.payload = payloads.decode(*decoded.message);
         }
         summary.count(decoded);
-        output << form(decoded);
+        text.clear();
+        append(text, decoded);
+        output << text;
     }
     output.close();
     console.write(summary.text(input.unreadable()));
     return input.status();
 }
 
-/// One or more lines with their ends.
-std::string DecodeCommand::form(const DecodedReply& decoded) const {
-    const std::string line = _json ? replyJson(decoded).dump() : replyText(decoded);
-    return line + '\n' + (_fields ? fieldsText(decoded) : "");
+/// Appends one or more lines with their ends.
+void DecodeCommand::append(std::string& text, const DecodedReply& decoded) const {
+    if (_json) {
+        text += replyJson(decoded).dump() + '\n';
+        return;
+    }
+    appendReply(text, decoded);
+    if (_fields) {
+        appendFields(text, decoded);
+    }
 }
 
 } // namespace tolvarin::ondrel::client

@@ -18,7 +18,7 @@ public:
     int run() override;
 
 private:
-    std::string form(const DecodedReply& decoded) const;
+    void append(std::string& text, const DecodedReply& decoded) const;
 
     ReplyInputOptions _input;
     std::optional<MOPSVersion> _version;

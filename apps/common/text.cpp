@@ -75,9 +75,11 @@ std::string squawkText(u32 squawk) {
 }
 
 std::string secondsText(u64 milliseconds) {
-    const std::string fraction = std::to_string(milliseconds % 1000);
-    return std::to_string(milliseconds / 1000) + "." + std::string(3 - fraction.size(), '0') +
-           fraction;
+    // The 1 keeps the zeros behind the point, whose place it takes.
+    std::string text =
+        std::to_string(milliseconds / 1000) + std::to_string(1000 + milliseconds % 1000);
+    text[text.size() - 4] = '.';
+    return text;
 }
 
 std::string timeText(u64 milliseconds) {
@@ -103,15 +105,25 @@ std::string decimalText(double number, int decimals) {
     return text;
 }
 
+void appendToTheRight(std::string& text, std::string_view column, std::size_t width) {
+    text.append(width - std::min(width, column.size()), ' ');
+    text += column;
+}
+
+void appendToTheLeft(std::string& text, std::string_view column, std::size_t width) {
+    text += column;
+    text.append(width - std::min(width, column.size()), ' ');
+}
+
 std::string toTheRight(std::string_view text, std::size_t width) {
-    std::string padded(width - std::min(width, text.size()), ' ');
-    padded += text;
+    std::string padded;
+    appendToTheRight(padded, text, width);
     return padded;
 }
 
 std::string toTheLeft(std::string_view text, std::size_t width) {
-    std::string padded(text);
-    padded.resize(std::max(text.size(), width), ' ');
+    std::string padded;
+    appendToTheLeft(padded, text, width);
     return padded;
 }
 

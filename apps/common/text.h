@@ -39,6 +39,12 @@ std::string decimalText(double number, int decimals);
 /// Stands between two columns.
 constexpr std::string_view columnGap = "  ";
 
+/// Appends a column with blanks in front up to the width; a longer one as it is.
+void appendToTheRight(std::string& text, std::string_view column, std::size_t width);
+
+/// The same with blanks behind.
+void appendToTheLeft(std::string& text, std::string_view column, std::size_t width);
+
 /// The text with blanks in front up to the width; longer text stays as it is.
 std::string toTheRight(std::string_view text, std::size_t width);
 

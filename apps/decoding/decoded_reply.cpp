@@ -10,17 +10,17 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-/// The seven bytes of the ME field; empty for a message without one.
-std::string meBytes(const DFMessage& message) {
+/// The seven bytes of the ME field; null for a message without one.
+const std::string* meBytes(const DFMessage& message) {
     switch (message.downlinkFormat()) {
     case DFMessage::DF17:
-        return static_cast<const DF17Message&>(message).constFieldME().data();
+        return &static_cast<const DF17Message&>(message).constFieldME().data();
     case DFMessage::DF18:
-        return static_cast<const DF18Message&>(message).constFieldME().data();
+        return &static_cast<const DF18Message&>(message).constFieldME().data();
     case DFMessage::DF19:
-        return static_cast<const DF19Message&>(message).constFieldME().data();
+        return &static_cast<const DF19Message&>(message).constFieldME().data();
     default:
-        return {};
+        return nullptr;
     }
 }
 
@@ -61,14 +61,14 @@ std::string AdsbPayload::description() const {
 }
 
 std::optional<AdsbPayload> PayloadDecoder::decode(const DFMessage& message) {
-    const std::string bytes = meBytes(message);
-    if (bytes.empty()) {
+    const std::string* bytes = meBytes(message);
+    if (bytes == nullptr || bytes->empty()) { // a DF-19 can lack it
         return std::nullopt;
     }
     AdsbPayload payload;
-    payload.typeCode = static_cast<u8>(static_cast<u8>(bytes.front()) >> 3U);
+    payload.typeCode = static_cast<u8>(static_cast<u8>(bytes->front()) >> 3U);
     payload.version = versionOf(message.icaoAddress());
-    payload.message.reset(_decoder.decode(payload.version, bytes));
+    payload.message.reset(_decoder.decode(payload.version, *bytes));
     if (payload.message && payload.message->type() == ADSBMessage::OP_STATUS) {
         noteVersion(message.icaoAddress(), *payload.message);
     }

@@ -8,11 +8,11 @@
 #include <ondrel/mode_s_decoder.h>
 #include <ondrel/types.h>
 
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 /// What the library makes of one reply.
 namespace tolvarin::ondrel::client {
@@ -67,7 +67,7 @@ private:
 
     ADSBDecoder _decoder;
     std::optional<MOPSVersion> _version;
-    std::map<u32, MOPSVersion> _announced; ///< by address
+    std::unordered_map<u32, MOPSVersion> _announced; ///< by address
 };
 
 } // namespace tolvarin::ondrel::client

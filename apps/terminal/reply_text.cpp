@@ -10,8 +10,9 @@ namespace tolvarin::ondrel::client {
 namespace {
 
 constexpr std::size_t stampWidth = 14;     // "1700000000.000"
-constexpr std::size_t formatWidth = 5;     // "DF-17"
-constexpr std::size_t confidenceWidth = 7; // "refused"
+constexpr std::size_t formatWidth = 7;     // "DF-17" and the gap to the next column
+constexpr std::size_t addressWidth = 8;    // "40621D" and the gap
+constexpr std::size_t confidenceWidth = 9; // "refused" and the gap
 
 // For the list of fields. Positions and widths have at most two digits.
 constexpr std::string_view listIndentation = "    ";
@@ -19,67 +20,75 @@ constexpr std::size_t positionWidth = 4;
 constexpr std::size_t bitsWidth = 2;
 constexpr std::size_t nameWidth = 10; // "NIC_SUPP_B"
 
-std::string columns(const DecodedReply& decoded, const std::string& address,
-                    std::string_view confidence) {
+void appendColumns(std::string& text, const DecodedReply& decoded, std::string_view address,
+                   std::string_view confidence) {
     const auto& stamp = decoded.reply.stampMs;
-    std::string line = toTheRight(stamp ? secondsText(*stamp) : "-", stampWidth);
-    line += columnGap;
-    line += toTheLeft(decoded.formatName(), formatWidth);
-    line += columnGap;
-    line += address;
-    line += columnGap;
-    line += toTheLeft(confidence, confidenceWidth);
-    line += columnGap;
-    return line;
+    appendToTheRight(text, stamp ? secondsText(*stamp) : "-", stampWidth);
+    text += columnGap;
+    appendToTheLeft(text, decoded.formatName(), formatWidth);
+    appendToTheLeft(text, address, addressWidth);
+    appendToTheLeft(text, confidence, confidenceWidth);
 }
 
 /// One line for a field of a reply or of a payload.
 template <class Field>
-std::string fieldLine(const Field& field) {
-    std::string line(listIndentation);
-    line += toTheRight(std::to_string(field.pos()), positionWidth);
-    line += columnGap;
-    line += toTheRight(std::to_string(field.bits()), bitsWidth);
-    line += columnGap;
-    line += toTheLeft(field.name(), nameWidth);
-    line += columnGap;
-    line += field.description() + '\n';
-    return line;
+void appendField(std::string& text, const Field& field) {
+    text += listIndentation;
+    appendToTheRight(text, std::to_string(field.pos()), positionWidth);
+    text += columnGap;
+    appendToTheRight(text, std::to_string(field.bits()), bitsWidth);
+    text += columnGap;
+    appendToTheLeft(text, field.name(), nameWidth);
+    text += columnGap;
+    text += field.description();
+    text += '\n';
 }
 
-std::string payloadFields(const AdsbPayload& payload) {
-    std::string lines(listIndentation);
+void appendPayloadFields(std::string& text, const AdsbPayload& payload) {
+    text += listIndentation;
     if (!payload.message) {
-        return lines + "ME: " + payload.description() + '\n';
+        text += "ME: " + payload.description() + '\n';
+        return;
     }
-    lines += "ME, read as in MOPS version " + std::to_string(payload.version) + '\n';
+    text += "ME, read as in MOPS version " + std::to_string(payload.version) + '\n';
     for (const ADSBMessageField& field : payload.message->fields()) {
-        lines += fieldLine(field);
+        appendField(text, field);
     }
-    return lines;
 }
 
 } // namespace
 
-std::string replyText(const DecodedReply& decoded) {
+void appendReply(std::string& text, const DecodedReply& decoded) {
     if (decoded.refused()) {
-        return columns(decoded, "------", "refused") + hexBytes(decoded.reply.bytes);
+        appendColumns(text, decoded, "------", "refused");
+        text += hexBytes(decoded.reply.bytes);
+        text += '\n';
+        return;
     }
     const DFMessage& message = *decoded.message;
-    return columns(decoded, hex24(message.icaoAddress()), confidenceName(message.confidence())) +
-           message.description() + (decoded.payload ? " | " + decoded.payload->description() : "") +
-           (decoded.repaired() ? " [repaired]" : "");
+    appendColumns(text, decoded, hex24(message.icaoAddress()),
+                  confidenceName(message.confidence()));
+    text += message.description();
+    if (decoded.payload) {
+        text += " | ";
+        text += decoded.payload->description();
+    }
+    text += decoded.repaired() ? " [repaired]\n" : "\n";
 }
 
-std::string fieldsText(const DecodedReply& decoded) {
+void appendFields(std::string& text, const DecodedReply& decoded) {
     if (decoded.refused()) {
-        return {};
+        return;
     }
-    std::string lines = std::string(listIndentation) + decoded.formatName() + '\n';
+    text += listIndentation;
+    text += decoded.formatName();
+    text += '\n';
     for (const ModeSMessageField* field : decoded.message->fields()) {
-        lines += fieldLine(*field);
+        appendField(text, *field);
     }
-    return decoded.payload ? lines + payloadFields(*decoded.payload) : lines;
+    if (decoded.payload) {
+        appendPayloadFields(text, *decoded.payload);
+    }
 }
 
 } // namespace tolvarin::ondrel::client

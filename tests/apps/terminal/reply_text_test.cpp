@@ -13,6 +13,18 @@ namespace {
 const std::string text = "DF-17  40621D  High     CA: 5; AA: 40621D; ME: 58C382D690C8AC"
                          " | TC=POS_AIR, AT=BARO, ALT=38000, CPR=EVEN, LAT=93000, LON=51372";
 
+std::string replyText(const DecodedReply& decoded) {
+    std::string line;
+    appendReply(line, decoded);
+    return line;
+}
+
+std::string fieldsText(const DecodedReply& decoded) {
+    std::string lines;
+    appendFields(lines, decoded);
+    return lines;
+}
+
 TEST(ReplyText, IsOneLineInColumns) {
     const struct {
         std::string line;
@@ -30,7 +42,7 @@ TEST(ReplyText, IsOneLineInColumns) {
         {"00000000000000", "             -  DF-0   000000  Low      VS: AIR; AC: -1000"},
     };
     for (const auto& row : rows) {
-        EXPECT_EQ(replyText(decodedLast({row.line})), row.text);
+        EXPECT_EQ(replyText(decodedLast({row.line})), row.text + "\n");
     }
 }
 
