@@ -1,0 +1,133 @@
+// The client beside the library: how much a recording costs more than its replies in memory.
+
+#include "compare.h"
+
+#include "apps/decoding/decoded_reply.h"
+#include "apps/input/reply_source.h"
+#include "apps/terminal/reply_text.h"
+
+#include "simulator/recording.h"
+
+#include <ondrel/adsb_tracker.h>
+
+#include <cstddef>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tolvarin::ondrel::bench {
+namespace {
+
+/// Twenty seconds of 200 aircraft: as a file, which the system keeps in memory, and as replies.
+class Recording {
+public:
+    Recording() {
+        simulator::TrafficOptions options;
+        options.aircraft = 200;
+        options.seconds = 20;
+        options.damage.oneBit = 0.05;
+        options.damage.manyBits = 0.02;
+        simulator::Traffic traffic(options);
+        std::ofstream file(_path);
+        writeRecording(file, traffic, simulator::LineForm::Seconds, options.startMs);
+        file.close();
+        const auto source = open();
+        client::Reply reply;
+        while (source->next(reply)) {
+            _replies.push_back(reply);
+        }
+    }
+    Recording(const Recording&) = delete;
+    Recording& operator=(const Recording&) = delete;
+    ~Recording() { std::remove(_path.c_str()); }
+
+    std::unique_ptr<client::ReplySource> open() const {
+        return client::openReplySource(_path, {[](const std::string&) {}, [](u64, u64) {}});
+    }
+
+    const std::vector<client::Reply>& replies() const { return _replies; }
+
+private:
+    std::string _path = std::filesystem::temp_directory_path() / "ondrel_client_bench.csv";
+    std::vector<client::Reply> _replies;
+};
+
+/// Takes each reply out of the file. Begins again for reply 0.
+class Reader {
+public:
+    explicit Reader(const Recording& recording) : _recording(recording) {}
+
+    client::Reply& read(std::size_t i) {
+        if (i == 0) {
+            _source = _recording.open();
+        }
+        _source->next(_reply);
+        return _reply;
+    }
+
+private:
+    const Recording& _recording;
+    std::unique_ptr<client::ReplySource> _source;
+    client::Reply _reply;
+};
+
+std::unique_ptr<ModeSMessage> decoded(ModeSDecoder& decoder, const client::Reply& reply) {
+    return std::unique_ptr<ModeSMessage>(
+        decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0)));
+}
+
+/// Reading, decoding and tracking beside the decoding and tracking alone; 1.5 is the aim.
+void trackRecording(benchmark::State& state) {
+    const Recording recording;
+    const auto& replies = recording.replies();
+    Reader reader(recording);
+    ModeSDecoder decoder;
+    ADSBTracker tracker;
+    ModeSDecoder floorDecoder;
+    ADSBTracker floorTracker;
+    compare(
+        state, replies.size(),
+        [&](std::size_t i) {
+            const auto message = decodeReply(decoder, std::move(reader.read(i))).message;
+            benchmark::DoNotOptimize(tracker.procModeSMsg(message.get()));
+        },
+        [&](std::size_t i) {
+            const auto message = decoded(floorDecoder, replies[i]);
+            benchmark::DoNotOptimize(floorTracker.procModeSMsg(message.get()));
+        });
+}
+
+/// Reading, decoding and the line of text beside the decoding alone; 5 is the aim. The payloads
+/// and the descriptions of the library alone take nearly 5.
+void decodeRecordingToText(benchmark::State& state) {
+    const Recording recording;
+    const auto& replies = recording.replies();
+    Reader reader(recording);
+    ModeSDecoder decoder;
+    client::PayloadDecoder payloads(std::nullopt);
+    ModeSDecoder floorDecoder;
+    std::string text;
+    compare(
+        state, replies.size(),
+        [&](std::size_t i) {
+            client::DecodedReply reply = decodeReply(decoder, std::move(reader.read(i)));
+            if (!reply.refused()) {
+                reply.payload = payloads.decode(*reply.message);
+            }
+            text.clear();
+            appendReply(text, reply);
+            benchmark::DoNotOptimize(text.data());
+        },
+        [&](std::size_t i) { benchmark::DoNotOptimize(decoded(floorDecoder, replies[i])); });
+}
+
+BENCHMARK(trackRecording)->Apply(inTurns);
+BENCHMARK(decodeRecordingToText)->Apply(inTurns);
+
+} // namespace
+} // namespace tolvarin::ondrel::bench
