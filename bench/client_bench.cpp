@@ -17,7 +17,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel::bench {
@@ -62,21 +61,19 @@ class Reader {
 public:
     explicit Reader(const Recording& recording) : _recording(recording) {}
 
-    client::Reply& read(std::size_t i) {
+    void read(std::size_t i, client::Reply& reply) {
         if (i == 0) {
             _source = _recording.open();
         }
-        _source->next(_reply);
-        return _reply;
+        _source->next(reply);
     }
 
 private:
     const Recording& _recording;
     std::unique_ptr<client::ReplySource> _source;
-    client::Reply _reply;
 };
 
-std::unique_ptr<ModeSMessage> decoded(ModeSDecoder& decoder, const client::Reply& reply) {
+std::unique_ptr<ModeSMessage> decodedAlone(ModeSDecoder& decoder, const client::Reply& reply) {
     return std::unique_ptr<ModeSMessage>(
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0)));
 }
@@ -88,16 +85,18 @@ void trackRecording(benchmark::State& state) {
     Reader reader(recording);
     ModeSDecoder decoder;
     ADSBTracker tracker;
+    client::Reply reply;
     ModeSDecoder floorDecoder;
     ADSBTracker floorTracker;
     compare(
         state, replies.size(),
         [&](std::size_t i) {
-            const auto message = decodeReply(decoder, std::move(reader.read(i))).message;
+            reader.read(i, reply);
+            const auto message = decodeReply(decoder, reply);
             benchmark::DoNotOptimize(tracker.procModeSMsg(message.get()));
         },
         [&](std::size_t i) {
-            const auto message = decoded(floorDecoder, replies[i]);
+            const auto message = decodedAlone(floorDecoder, replies[i]);
             benchmark::DoNotOptimize(floorTracker.procModeSMsg(message.get()));
         });
 }
@@ -110,20 +109,20 @@ void decodeRecordingToText(benchmark::State& state) {
     Reader reader(recording);
     ModeSDecoder decoder;
     client::PayloadDecoder payloads(std::nullopt);
-    ModeSDecoder floorDecoder;
+    client::DecodedReply decoded;
     std::string text;
+    ModeSDecoder floorDecoder;
     compare(
         state, replies.size(),
         [&](std::size_t i) {
-            client::DecodedReply reply = decodeReply(decoder, std::move(reader.read(i)));
-            if (!reply.refused()) {
-                reply.payload = payloads.decode(*reply.message);
-            }
+            reader.read(i, decoded.reply);
+            decoded.message = decodeReply(decoder, decoded.reply);
+            decoded.payload = payloads.decode(decoded.message.get());
             text.clear();
-            appendReply(text, reply);
+            appendReply(text, decoded);
             benchmark::DoNotOptimize(text.data());
         },
-        [&](std::size_t i) { benchmark::DoNotOptimize(decoded(floorDecoder, replies[i])); });
+        [&](std::size_t i) { benchmark::DoNotOptimize(decodedAlone(floorDecoder, replies[i])); });
 }
 
 BENCHMARK(trackRecording)->Apply(inTurns);

@@ -6,7 +6,6 @@
 #include "apps/terminal/summaries.h"
 
 #include <map>
-#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -64,13 +63,11 @@ int DecodeCommand::run() {
     ReplyInput input(_input, console);
     PayloadDecoder payloads(_version);
     DecodeSummary summary;
-    Reply reply;
+    DecodedReply decoded;
     std::string text;
-    while (input.next(reply)) {
-        DecodedReply decoded = input.decode(std::move(reply));
-        if (!decoded.refused()) {
-            decoded.payload = payloads.decode(*decoded.message);
-        }
+    while (input.next(decoded.reply)) {
+        decoded.message = input.decode(decoded.reply);
+        decoded.payload = payloads.decode(decoded.message.get());
         summary.count(decoded);
         text.clear();
         append(text, decoded);

@@ -11,7 +11,6 @@
 
 #include <memory>
 #include <string>
-#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -36,7 +35,9 @@ public:
 
     /// Decodes replies in the order in which they came: how far one is believed depends on the
     /// replies before it.
-    DecodedReply decode(Reply&& reply) { return decodeReply(_decoder, std::move(reply)); }
+    std::unique_ptr<const DFMessage> decode(const Reply& reply) {
+        return decodeReply(_decoder, reply);
+    }
 
     const std::string& name() const { return _source->name(); }
     u64 unreadable() const { return _source->unreadable(); }

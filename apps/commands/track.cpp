@@ -17,7 +17,6 @@
 #include <cmath>
 #include <cstddef>
 #include <memory>
-#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -127,7 +126,7 @@ public:
         Reply reply;
         while (next(reply)) {
             moveTo(*reply.stampMs);
-            take(_input.decode(std::move(reply)));
+            take(_input.decode(reply).get());
         }
         killSilent();
         std::vector<ADSBTarget> all = sortedAircraft();
@@ -175,8 +174,8 @@ private:
         }
     }
 
-    void take(const DecodedReply& decoded) {
-        const ADSBTarget* aircraft = _tracking.take(decoded);
+    void take(const DFMessage* message) {
+        const ADSBTarget* aircraft = _tracking.take(message);
         if (_pages && aircraft != nullptr) {
             _history.note(*aircraft);
         }

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstddef>
-#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -34,13 +33,12 @@ std::string DecodedReply::formatName() const {
     return "DF-" + std::to_string(DFMessage::downlinkFormatByCode(code));
 }
 
-DecodedReply decodeReply(ModeSDecoder& decoder, Reply&& reply) {
+std::unique_ptr<const DFMessage> decodeReply(ModeSDecoder& decoder, const Reply& reply) {
     // To the decoder, 0 is "no stamp".
     const ModeSMessage* message =
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0));
     // Every downlink message is a DFMessage.
-    return {std::move(reply),
-            std::unique_ptr<const DFMessage>(static_cast<const DFMessage*>(message)), std::nullopt};
+    return std::unique_ptr<const DFMessage>(static_cast<const DFMessage*>(message));
 }
 
 std::string_view confidenceName(ModeSMessage::Confidence confidence) {
@@ -60,17 +58,17 @@ std::string AdsbPayload::description() const {
            ", MOPS version " + std::to_string(version) + ")";
 }
 
-std::optional<AdsbPayload> PayloadDecoder::decode(const DFMessage& message) {
-    const std::string* bytes = meBytes(message);
+std::optional<AdsbPayload> PayloadDecoder::decode(const DFMessage* message) {
+    const std::string* bytes = message != nullptr ? meBytes(*message) : nullptr;
     if (bytes == nullptr || bytes->empty()) { // a DF-19 can lack it
         return std::nullopt;
     }
     AdsbPayload payload;
     payload.typeCode = static_cast<u8>(static_cast<u8>(bytes->front()) >> 3U);
-    payload.version = versionOf(message.icaoAddress());
+    payload.version = versionOf(message->icaoAddress());
     payload.message.reset(_decoder.decode(payload.version, *bytes));
     if (payload.message && payload.message->type() == ADSBMessage::OP_STATUS) {
-        noteVersion(message.icaoAddress(), *payload.message);
+        noteVersion(message->icaoAddress(), *payload.message);
     }
     return payload;
 }

@@ -45,8 +45,8 @@ struct DecodedReply {
     std::string formatName() const;
 };
 
-/// Decodes a reply of at least one byte, without its payload.
-DecodedReply decodeReply(ModeSDecoder& decoder, Reply&& reply);
+/// The message of a reply of at least one byte; null if the decoder refuses it.
+std::unique_ptr<const DFMessage> decodeReply(ModeSDecoder& decoder, const Reply& reply);
 
 /// "None", "Low", "Medium" or "High".
 std::string_view confidenceName(ModeSMessage::Confidence confidence);
@@ -58,8 +58,9 @@ public:
     /// last operational status of the aircraft announced, and 0 before the first one.
     explicit PayloadDecoder(std::optional<MOPSVersion> version) : _version(version) {}
 
-    /// The payload of a DF-17, a DF-18, and a DF-19 that carries one; nothing for other messages.
-    std::optional<AdsbPayload> decode(const DFMessage& message);
+    /// The payload of a DF-17, a DF-18, and a DF-19 that carries one; nothing for other messages
+    /// and for null.
+    std::optional<AdsbPayload> decode(const DFMessage* message);
 
 private:
     MOPSVersion versionOf(u32 address) const;

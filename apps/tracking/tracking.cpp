@@ -14,9 +14,9 @@ void Tracking::moveTo(u64 stampMs) {
     _now = std::max(_now, stampMs);
 }
 
-const ADSBTarget* Tracking::take(const DecodedReply& decoded) {
+const ADSBTarget* Tracking::take(const DFMessage* message) {
     ++_replies;
-    const ADSBTarget* aircraft = _tracker.procModeSMsg(decoded.message.get());
+    const ADSBTarget* aircraft = _tracker.procModeSMsg(message);
     _tracked += aircraft != nullptr ? 1U : 0U;
     return aircraft;
 }

@@ -1,9 +1,8 @@
 #pragma once
 
-#include "apps/decoding/decoded_reply.h"
-
 #include <ondrel/adsb_target.h>
 #include <ondrel/adsb_tracker.h>
+#include <ondrel/df_messages.h>
 #include <ondrel/types.h>
 
 #include <optional>
@@ -36,9 +35,9 @@ public:
     /// The newest stamp.
     u64 now() const { return _now; }
 
-    /// Takes a reply in. Gives the aircraft that it updated, valid until the next call, or null if
-    /// the tracker did not believe the reply.
-    const ADSBTarget* take(const DecodedReply& decoded);
+    /// Takes the message of a reply in; null for a refused one. Gives the aircraft that it updated,
+    /// valid until the next call, or null if the tracker did not believe the reply.
+    const ADSBTarget* take(const DFMessage* message);
 
     /// Removes the aircraft that were last heard so long ago or longer, and gives them.
     std::vector<ADSBTarget> killSilentFor(u64 milliseconds);

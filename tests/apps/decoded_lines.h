@@ -21,10 +21,9 @@ inline DecodedReply decodedLast(const std::vector<std::string>& lines,
     PayloadDecoder payloads(version);
     DecodedReply last;
     for (const std::string& line : lines) {
-        last = decodeReply(decoder, replyOf(line));
-        if (!last.refused()) {
-            last.payload = payloads.decode(*last.message);
-        }
+        last.reply = replyOf(line);
+        last.message = decodeReply(decoder, last.reply);
+        last.payload = payloads.decode(last.message.get());
     }
     return last;
 }

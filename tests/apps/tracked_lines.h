@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/common/text.h"
+#include "apps/decoding/decoded_reply.h"
 #include "apps/reply_of_line.h"
 #include "apps/tracking/tracking.h"
 
@@ -8,7 +9,6 @@
 
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -20,9 +20,9 @@ public:
                           const std::optional<AltitudeCheck>& check = std::nullopt)
         : tracking(check) {
         for (const std::string& line : lines) {
-            Reply reply = replyOf(line);
+            const Reply reply = replyOf(line);
             tracking.moveTo(reply.stampMs.value_or(0));
-            tracking.take(decodeReply(_decoder, std::move(reply)));
+            tracking.take(decodeReply(_decoder, reply).get());
         }
     }
 
