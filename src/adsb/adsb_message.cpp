@@ -288,7 +288,7 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
     _fields.given.push_back(field);
-    PayloadReader(*this).append({nullptr, _fields.given.size() - 1});
+    PayloadReader(*this).append(nullptr, _fields.given.size() - 1);
 }
 
 ADSBMessage::FieldList::FieldList(FieldList&& other) noexcept
