@@ -56,13 +56,13 @@ struct WireField : WireLayout {
     constexpr explicit WireField(ADSBMessageField::Designator what, BitsText bitsText = decimal)
         : WireLayout{what, Pos, Bits, bitsText} {}
 
-    static constexpr auto read(u64 payload) {
+    constexpr auto read(u64 payload) const {
         using Value = std::conditional_t<Bits <= 32, u32, u64>;
         return static_cast<Value>(payload >> behind & ((u64{1} << Bits) - 1));
     }
 
     /// A payload whose other bits are 0.
-    static constexpr u64 payloadWith(u64 value) { return value << behind; }
+    constexpr u64 payloadWith(u64 value) const { return value << behind; }
 };
 
 /// Fields that a message lists together.
@@ -86,8 +86,8 @@ public:
     explicit PayloadReader(ADSBMessage& message) : _message(message), _payload(message._payload) {}
 
     template <class Field>
-    auto read(const Field& /*field*/) const {
-        return Field::read(_payload);
+    auto read(const Field& field) const {
+        return field.read(_payload);
     }
 
     /// Lists fields as the payload has them.
