@@ -78,7 +78,9 @@ std::unique_ptr<ModeSMessage> decodedAlone(ModeSDecoder& decoder, const client::
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0)));
 }
 
-/// Reading, decoding and tracking beside the decoding and tracking alone; 1.5 is the aim.
+const InTable trackRows({"trackRecording", "a recording read, decoded and tracked.",
+                         "the same replies in memory, decoded and tracked."});
+
 void trackRecording(benchmark::State& state) {
     const Recording recording;
     const auto& replies = recording.replies();
@@ -101,8 +103,13 @@ void trackRecording(benchmark::State& state) {
         });
 }
 
-/// Reading, decoding and the line of text beside the decoding alone; 5 is the aim. The payloads
-/// and the descriptions of the library alone take nearly 5.
+BENCHMARK(trackRecording)->Apply(inTurns);
+
+const InTable
+    textRows({"decodeRecordingToText",
+              "a recording read, decoded and written as lines of text, with its payloads.",
+              "the same replies in memory, decoded without their payloads."});
+
 void decodeRecordingToText(benchmark::State& state) {
     const Recording recording;
     const auto& replies = recording.replies();
@@ -125,7 +132,6 @@ void decodeRecordingToText(benchmark::State& state) {
         [&](std::size_t i) { benchmark::DoNotOptimize(decodedAlone(floorDecoder, replies[i])); });
 }
 
-BENCHMARK(trackRecording)->Apply(inTurns);
 BENCHMARK(decodeRecordingToText)->Apply(inTurns);
 
 } // namespace

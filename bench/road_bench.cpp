@@ -1,136 +1,132 @@
 // The whole road of a reply: decode it, track it, delete it.
 
-#include "parity.h"
-
 #include "compare.h"
+#include "road_floor.h"
 #include "samples.h"
 
-#include "simulator/traffic.h"
-
-#include <ondrel/adsb_tracker.h>
-#include <ondrel/df_messages.h>
-
-#include <array>
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
-#include <cstdint>
-#include <memory>
 #include <string_view>
-#include <unordered_map>
+#include <thread>
 #include <vector>
 
 namespace tolvarin::ondrel::bench {
 namespace {
 
-constexpr std::size_t frameBytes = 14;
-constexpr std::size_t mostReplies = 40000;
+const InTable roadRows(
+    {"road",
+     "The whole road of a reply: decode, track, delete. The number is that of the aircraft. Mixed "
+     "traffic has squitters and other replies; they also stand alone. Damaged traffic is mixed, "
+     "and "
+     "one reply in twenty has wrong bits.",
+     "two heap objects for a squitter and one for another reply, the parity, one hashed "
+     "look-up of the address and one of the aircraft, all values of the reply read, "
+     "positions solved, and all of it stored with its stamps (bench/road_floor.h)."});
 
-/// A reply as received, compact in memory, so that reading the input takes little time.
-struct Heard {
-    std::array<char, frameBytes> bytes;
-    u8 size;
-    u32 address;
-    u64 timeMs;
+bool isNear(double a, double b) {
+    return std::abs(a - b) < 1e-6;
+}
+
+/// Whether the floor did what the library did.
+bool agree(const ADSBTarget& target, const AircraftRecord* record) {
+    if (record == nullptr) {
+        return false;
+    }
+    const auto& callsign = record->callsign.value;
+    return target.lastUpdate() == record->lastUpdate &&
+           target.altitudeBaro() == record->altitude.value &&
+           target.squawk() == record->squawk.value &&
+           (target.callsign().empty() ||
+            target.callsign() == std::string_view(callsign.data(), callsign.size())) &&
+           isNear(target.latitude(), record->position.value.latitude) &&
+           isNear(target.longitude(), record->position.value.longitude) &&
+           isNear(target.groundSpeed(), record->velocity.value.groundSpeed) &&
+           isNear(target.heading(), record->velocity.value.heading);
+}
+
+/// The floor, as Sky.
+class FloorSky {
+public:
+    explicit FloorSky(unsigned aircraft) { hearTwice(*this, aircraft); }
+    void hear(const Heard& reply) { _floor.take(reply.frame(), reply.timeMs); }
+    const AircraftRecord* find(u32 address) const { return _floor.find(address); }
+
+private:
+    RoadFloor _floor;
 };
 
-bool isSquitter(const Heard& reply) {
-    return static_cast<u8>(reply.bytes.front()) >> 3U == DFMessage::DF17;
-}
-
-enum class Kind { Mixed, Squitters, Surveillance, Damaged };
-
-bool belongsTo(Kind kind, const Heard& reply) {
-    return kind == Kind::Squitters ? isSquitter(reply)
-                                   : kind != Kind::Surveillance || !isSquitter(reply);
-}
-
-/// Traffic in the order of time. Of damaged traffic, one reply in twenty is damaged.
-std::vector<Heard> makeStream(Kind kind, unsigned aircraft) {
-    simulator::TrafficOptions options;
-    options.aircraft = aircraft;
-    options.seconds = 3600;
-    if (kind == Kind::Damaged) {
-        options.damage.oneBit = 0.025;
-        options.damage.twoBits = 0.01;
-        options.damage.manyBits = 0.015;
-    }
-    simulator::Traffic traffic(options);
-    std::vector<Heard> replies;
-    while (replies.size() < mostReplies) {
-        const auto reply = traffic.next();
-        if (!reply) {
-            break;
-        }
-        Heard heard{};
-        heard.size = static_cast<u8>(reply->bytes.copy(heard.bytes.data(), frameBytes));
-        heard.address = reply->truth.address;
-        heard.timeMs = reply->timeMs;
-        if (belongsTo(kind, heard)) {
-            replies.push_back(heard);
-        }
-    }
-    return replies;
-}
-
-/// Not inlined, for the reason that floor.h gives.
-[[gnu::noinline]] bool isKnown(const std::unordered_map<u32, std::int64_t>& known, u32 address) {
-    return known.find(address) != known.end();
-}
-
-// Sizes of a message and of a payload. Numbers, so that the floor does not change with a class.
-constexpr std::size_t longMessageBytes = 208;
-constexpr std::size_t shortMessageBytes = 176;
-constexpr std::size_t payloadBytes = 152;
-
-void allocate(std::size_t bytes) {
-    const std::unique_ptr<std::byte[]> block(new std::byte[bytes]);
-    benchmark::DoNotOptimize(block.get());
-}
-
-/// Memory for the message, for a squitter memory for its payload too, the parity of the frame, and
-/// one look-up of the address in a std::unordered_map.
-void floorOf(const Heard& reply, const std::unordered_map<u32, std::int64_t>& known) {
-    if (isSquitter(reply)) {
-        allocate(payloadBytes);
-    }
-    const bool isLong = reply.size == frameBytes;
-    allocate(isLong ? longMessageBytes : shortMessageBytes);
-    const std::string_view frame(reply.bytes.data(), reply.size);
-    const u8 bits = isLong ? parity::longBits : parity::shortBits;
-    benchmark::DoNotOptimize(parity::sum(frame, bits));
-    benchmark::DoNotOptimize(isKnown(known, reply.address));
-}
-
 void road(benchmark::State& state, Kind kind) {
-    const auto replies = makeStream(kind, static_cast<unsigned>(state.range(0)));
-    ModeSDecoder decoder;
-    ADSBTracker tracker;
-    std::unordered_map<u32, std::int64_t> known;
-    const auto hear = [&](const Heard& reply) {
-        const Message message(
-            decoder.decode(ModeSMessage::Downlink, reply.bytes.data(), reply.size, reply.timeMs));
-        return tracker.procModeSMsg(message.get());
+    const auto aircraft = static_cast<unsigned>(state.range(0));
+    const auto& replies = stream(kind, aircraft);
+    Sky sky(aircraft);
+    FloorSky floor(aircraft);
+    const auto targets = sky.tracker().allTargets();
+    const auto agrees = [&](const auto& target) {
+        return agree(target, floor.find(target.icaoAddr()));
     };
-    for (const Heard& reply : replies) {
-        hear(reply);
-        known.emplace(reply.address, 1);
+    if (targets.size() != aircraft || !std::all_of(targets.begin(), targets.end(), agrees)) {
+        state.SkipWithError("the floor does not agree with the library");
+        return;
     }
     compare(
-        state, replies.size(), [&](std::size_t i) { benchmark::DoNotOptimize(hear(replies[i])); },
-        [&](std::size_t i) { floorOf(replies[i], known); });
-    state.counters["aircraft"] = static_cast<double>(tracker.allTargets().size());
+        state, replies.size(), [&](std::size_t i) { sky.hear(replies[i]); },
+        [&](std::size_t i) { floor.hear(replies[i]); });
 }
 
 void atSeveralSizes(benchmark::internal::Benchmark* registered) {
-    registered->ArgName("aircraft")->UseManualTime()->Iterations(turns / 4);
     for (const int aircraft : {10, 200, 500, 2000, 4095}) {
         registered->Arg(aircraft);
     }
+    inTurns(registered);
 }
 
 BENCHMARK_CAPTURE(road, Mixed, Kind::Mixed)->Apply(atSeveralSizes);
+BENCHMARK_CAPTURE(road, Damaged, Kind::Damaged)->Apply(atSeveralSizes);
 BENCHMARK_CAPTURE(road, Squitters, Kind::Squitters)->Apply(atSeveralSizes);
 BENCHMARK_CAPTURE(road, Surveillance, Kind::Surveillance)->Apply(atSeveralSizes);
-BENCHMARK_CAPTURE(road, Damaged, Kind::Damaged)->Apply(atSeveralSizes);
+
+const InTable fullRows({"fullTable",
+                        "The whole road of a reply in the full table, of 4095 aircraft.",
+                        "the same road with ten aircraft."});
+
+void fullTable(benchmark::State& state, Kind kind) {
+    Sky many(4095);
+    Sky few(10);
+    compareTurns(
+        state, [&] { return many.timeToHear(stream(kind, 4095)); },
+        [&] { return few.timeToHear(stream(kind, 10)); });
+}
+
+BENCHMARK_CAPTURE(fullTable, Mixed, Kind::Mixed)->Apply(inTurns);
+BENCHMARK_CAPTURE(fullTable, Damaged, Kind::Damaged)->Apply(inTurns);
+BENCHMARK_CAPTURE(fullTable, Squitters, Kind::Squitters)->Apply(inTurns);
+BENCHMARK_CAPTURE(fullTable, Surveillance, Kind::Surveillance)->Apply(inTurns);
+
+const InTable
+    threadsRows({"twoThreads",
+                 "Two threads at once, each with its own decoder and tracker, 500 aircraft: CPU "
+                 "time of both together for one reply each.",
+                 "one thread alone; 2.00 means that the threads do not disturb each other."});
+
+void twoThreads(benchmark::State& state) {
+    const auto& replies = stream(Kind::Mixed, 500);
+    Sky first(500);
+    Sky second(500);
+    Sky alone(500);
+    compareTurns(
+        state,
+        [&] {
+            double firstTime = 0;
+            std::thread thread([&] { firstTime = first.timeToHear(replies); });
+            const double secondTime = second.timeToHear(replies);
+            thread.join();
+            return firstTime + secondTime;
+        },
+        [&] { return alone.timeToHear(replies); });
+}
+
+BENCHMARK(twoThreads)->Apply(inTurns);
 
 } // namespace
 } // namespace tolvarin::ondrel::bench

@@ -25,7 +25,7 @@ std::string feetText(i32 feet) {
 }
 
 std::string altitudeSourceText(u64 typeCode) {
-    return altitudeSourceTokens[altitudeSourceOf(typeCode)];
+    return token<altitudeSourceTokens>(altitudeSourceOf(typeCode));
 }
 
 std::string resolutionText(u64 qBit) {

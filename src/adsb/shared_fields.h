@@ -28,7 +28,7 @@ constexpr CPRFormat formatOf(u64 bit) {
 }
 
 inline std::string formatText(u64 bit) {
-    return cprFormatTokens[formatOf(bit)];
+    return token<cprFormatTokens>(formatOf(bit));
 }
 
 /// Set if the position is that of an exact 0.2 s epoch of UTC.

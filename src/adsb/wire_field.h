@@ -26,9 +26,9 @@ inline std::string decimal(u64 bits) {
 
 /// The word of a value in a table. The table must have a word for each value of the field: there is
 /// no test.
-template <const auto& tokens>
-std::string token(u64 value) {
-    return tokens[value];
+template <const auto& tokens, class Value>
+std::string token(Value value) {
+    return tokens[static_cast<std::size_t>(value)];
 }
 
 /// A field of `bits` bits at the ME position `pos`, counted from 0 at the top bit of the first ME
