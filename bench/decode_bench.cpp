@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <memory>
 #include <random>
+#include <set>
 #include <string>
 
 namespace tolvarin::ondrel::bench {
@@ -49,21 +50,16 @@ void add(const char* name, Encode encode) {
 [[maybe_unused]] const bool added = [] {
     constexpr int feet = 36000;
     constexpr unsigned squawk = 04721;
-    add<DF0Message>("decode/DF0", [](u32 address) { return simulator::df0(address, {}); });
-    add<DF4Message>("decode/DF4", [](u32 address) { return simulator::df4(address, {}, feet); });
-    add<DF5Message>("decode/DF5", [](u32 address) { return simulator::df5(address, {}, squawk); });
-    add<DF11Message>("decode/DF11", [](u32 address) { return simulator::df11(address, 5, 3); });
-    add<DF16Message>("decode/DF16",
-                     [](u32 address) { return simulator::df16(address, {}, payload); });
+    add<DF0Message>("decode/DF0", [](u32 a) { return simulator::df0(a, {}); });
+    add<DF4Message>("decode/DF4", [](u32 a) { return simulator::df4(a, {}, feet); });
+    add<DF5Message>("decode/DF5", [](u32 a) { return simulator::df5(a, {}, squawk); });
+    add<DF11Message>("decode/DF11", [](u32 a) { return simulator::df11(a, 5, 3); });
+    add<DF16Message>("decode/DF16", [](u32 a) { return simulator::df16(a, {}, payload); });
     add<DF17Message>("decode/DF17", squitter);
-    add<DF18Message>("decode/DF18",
-                     [](u32 address) { return simulator::df18(address, 0, payload); });
-    add<DF19Message>("decode/DF19",
-                     [](u32 address) { return simulator::df19(address, 0, payload); });
-    add<DF20Message>("decode/DF20",
-                     [](u32 address) { return simulator::df20(address, {}, feet, payload); });
-    add<DF21Message>("decode/DF21",
-                     [](u32 address) { return simulator::df21(address, {}, squawk, payload); });
+    add<DF18Message>("decode/DF18", [](u32 a) { return simulator::df18(a, 0, payload); });
+    add<DF19Message>("decode/DF19", [](u32 a) { return simulator::df19(a, 0, payload); });
+    add<DF20Message>("decode/DF20", [](u32 a) { return simulator::df20(a, {}, feet, payload); });
+    add<DF21Message>("decode/DF21", [](u32 a) { return simulator::df21(a, {}, squawk, payload); });
     return true;
 }();
 

@@ -14,6 +14,8 @@
 
 #include "floor.h"
 
+#include <benchmark/benchmark.h>
+
 #include <algorithm>
 #include <memory>
 #include <new>
@@ -136,7 +138,9 @@ private:
 
     template <class Object>
     static std::unique_ptr<Object, Free> onHeap(std::size_t bytes, const Object& object) {
-        return std::unique_ptr<Object, Free>(new (::operator new(bytes)) Object(object));
+        std::unique_ptr<Object, Free> made(new (::operator new(bytes)) Object(object));
+        benchmark::DoNotOptimize(made.get()); // a caller could read it
+        return made;
     }
 
     void takeReply(unsigned format, std::string_view frame, u32 address, u64 stamp) {

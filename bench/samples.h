@@ -147,13 +147,13 @@ inline const std::vector<Heard>& stream(Kind kind, unsigned aircraft) {
     return entry->second;
 }
 
-/// Lets a Sky or its floor hear the mixed traffic. Twice: the first replies of an aircraft may come
-/// before the squitter that proves its address.
-template <class Listener>
-void hearTwice(Listener& listener, unsigned aircraft) {
+/// Calls `hear` with the replies of the mixed traffic. Twice: the first replies of an aircraft may
+/// come before the squitter that proves its address.
+template <class Hear>
+void hearTwice(unsigned aircraft, Hear hear) {
     for (int pass = 0; pass < 2; ++pass) {
         for (const Heard& reply : stream(Kind::Mixed, aircraft)) {
-            listener.hear(reply);
+            hear(reply);
         }
     }
 }
@@ -162,7 +162,9 @@ void hearTwice(Listener& listener, unsigned aircraft) {
 class Sky {
 public:
     /// Knows the aircraft of the mixed traffic.
-    explicit Sky(unsigned aircraft) { hearTwice(*this, aircraft); }
+    explicit Sky(unsigned aircraft) {
+        hearTwice(aircraft, [this](const Heard& reply) { hear(reply); });
+    }
 
     /// Decodes, tracks and deletes a reply.
     void hear(const Heard& reply) {
