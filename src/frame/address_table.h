@@ -14,7 +14,7 @@ namespace tolvarin::ondrel {
 
 /// Values by address, for many look-ups and few new entries. All entries are in one array (open
 /// addressing). So a look-up among thousands of aircraft costs about one cache miss, where a map
-/// with nodes costs one for each node on the way: AddressTable/LookUp of the benchmarks takes 0.9
+/// with nodes costs one for each node on the way: AddressTable/LookUp of the benchmarks takes 0.75
 /// of the time of std::unordered_map in the cache, and 0.6 outside it.
 ///
 /// Addresses come from the air, and a sender can choose addresses with the same hash. Therefore a
