@@ -6,6 +6,7 @@
 
 #include "shared_fields.h"
 #include "surveillance_codes.h"
+#include "text.h"
 #include "wire_field.h"
 
 namespace tolvarin::ondrel {
@@ -76,9 +77,9 @@ bool ADSBAirbornePositionMessage::decodeImpl() {
 }
 
 std::string ADSBAirbornePositionMessage::description() const {
-    return "TC=POS_AIR, AT=" + token<altitudeSourceTokens>(_altitudeSource) +
-           ", ALT=" + std::to_string(_altitude) + ", CPR=" + token<cprFormatTokens>(_cprFormat) +
-           ", LAT=" + std::to_string(_cprLatitude) + ", LON=" + std::to_string(_cprLongitude);
+    return text::Line() << "TC=POS_AIR, AT=" << word<altitudeSourceTokens>(_altitudeSource)
+                        << ", ALT=" << _altitude << ", CPR=" << word<cprFormatTokens>(_cprFormat)
+                        << ", LAT=" << _cprLatitude << ", LON=" << _cprLongitude;
 }
 
 ADSBAirbornePositionMessageV0::ADSBAirbornePositionMessageV0() = default;

@@ -12,6 +12,7 @@
 
 #include <array>
 #include <cmath>
+#include <string_view>
 
 namespace tolvarin::ondrel {
 
@@ -20,8 +21,8 @@ namespace {
 const std::string moduleName = "ADSBAirVelMsg";
 
 struct SubtypeNames {
-    const char* field;
-    const char* shortForm;
+    std::string_view field;
+    std::string_view shortForm;
 };
 
 // By subtype. 0 and 5 to 7 are not assigned.
@@ -34,13 +35,13 @@ constexpr std::array<SubtypeNames, 5> subtypeNames = {{
 }};
 
 std::string subtypeText(u64 subtype) {
-    return subtypeNames[subtype].field;
+    return std::string(subtypeNames[subtype].field);
 }
 
 // By direction bit.
-constexpr std::array<const char*, 2> eastWestTokens = {"W->E", "E->W"};
-constexpr std::array<const char*, 2> northSouthTokens = {"S->N", "N->S"};
-constexpr std::array<const char*, 2> verticalTokens = {"UP", "DOWN"};
+constexpr std::array<std::string_view, 2> eastWestTokens = {"W->E", "E->W"};
+constexpr std::array<std::string_view, 2> northSouthTokens = {"S->N", "N->S"};
+constexpr std::array<std::string_view, 2> verticalTokens = {"UP", "DOWN"};
 
 namespace layout {
 
@@ -99,6 +100,17 @@ GroundVelocity readGroundVelocity(const PayloadReader& reader, i32 scale) {
     return {std::sqrt(static_cast<double>(east * east + north * north)), direction(east, north)};
 }
 
+/// What the descriptions of all versions have.
+text::Line& operator<<(text::Line& line, const ADSBAirborneVelocityMessage& message) {
+    const auto type = message.velocityType();
+    line << "TC=AIR_VEL, ST=" << subtypeNames[static_cast<u32>(type)].shortForm;
+    if (type == ADSBAirborneVelocityMessage::GROUND_SPEED ||
+        type == ADSBAirborneVelocityMessage::GROUND_SPEED_SUPER_SONIC) {
+        line << ", GS=" << message.groundSpeed() << ", HDG=" << message.heading();
+    }
+    return line << ", VR=" << message.verticalRate();
+}
+
 /// Feet per minute, in steps of 64, up positive. 0 if the rate is not available, which is code 0.
 i32 readVerticalRate(const PayloadReader& reader) {
     const bool downward = reader.read(layout::verticalRateSign) != 0;
@@ -138,12 +150,8 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
 }
 
 std::string ADSBAirborneVelocityMessage::description() const {
-    std::string text = "TC=AIR_VEL, ST=";
-    text += subtypeNames[static_cast<u32>(_velocityType)].shortForm;
-    if (_velocityType == GROUND_SPEED || _velocityType == GROUND_SPEED_SUPER_SONIC) {
-        text += ", GS=" + text::general(_groundSpeed) + ", HDG=" + text::general(_heading);
-    }
-    return text + ", VR=" + std::to_string(_verticalRate);
+    text::Line line;
+    return line << *this;
 }
 
 ADSBAirborneVelocityMessageV0::ADSBAirborneVelocityMessageV0() = default;
@@ -159,7 +167,9 @@ bool ADSBAirborneVelocityMessageV0::decodeImpl() {
 }
 
 std::string ADSBAirborneVelocityMessageV0::description() const {
-    return ADSBAirborneVelocityMessage::description() + ", NUCr=" + std::to_string(_nucr);
+    text::Line line;
+    const ADSBAirborneVelocityMessage& common = *this;
+    return line << common << ", NUCr=" << _nucr;
 }
 
 ADSBAirborneVelocityMessageV1::ADSBAirborneVelocityMessageV1() = default;

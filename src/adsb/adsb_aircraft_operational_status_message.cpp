@@ -5,6 +5,7 @@
 
 #include <ondrel/log.h>
 
+#include "text.h"
 #include "wire_field.h"
 
 namespace tolvarin::ondrel {
@@ -50,8 +51,8 @@ MOPSVersion ADSBAircraftOperationalStatusMessage::version() const {
 }
 
 std::string ADSBAircraftOperationalStatusMessage::description() const {
-    return "TC=OP_STAT, VN=" + std::to_string(_versionNumber) +
-           ", NICsa=" + (_nicSupplementA ? "1" : "0");
+    return text::Line() << "TC=OP_STAT, VN=" << _versionNumber
+                        << ", NICsa=" << (_nicSupplementA ? "1" : "0");
 }
 
 } // namespace tolvarin::ondrel

@@ -10,6 +10,7 @@
 #include "wire_field.h"
 
 #include <array>
+#include <string_view>
 
 namespace tolvarin::ondrel {
 
@@ -18,9 +19,9 @@ namespace {
 const std::string moduleName = "ADSBAcStatMsg";
 
 // By subtype. 3 to 7 are reserved, and such a message is refused.
-constexpr std::array<const char*, 3> subtypeTokens = {"NO_INFO", "EMERGENCY", "TCAS_RA"};
+constexpr std::array<std::string_view, 3> subtypeTokens = {"NO_INFO", "EMERGENCY", "TCAS_RA"};
 
-constexpr std::array<const char*, 8> emergencyTokens = {
+constexpr std::array<std::string_view, 8> emergencyTokens = {
     "NO_EMG", "EMERGENCY", "MEDICAL", "MIN_FUEL", "NO_COMM", "HIJACK", "AC_DOWNED", "UNDEFINED",
 };
 
@@ -64,11 +65,12 @@ bool ADSBAircraftStatusMessage::decodeImpl() {
 }
 
 std::string ADSBAircraftStatusMessage::description() const {
-    std::string text = "TC=AC_STATUS";
+    text::Line line;
+    line << "TC=AC_STATUS";
     if (_subtype == AircraftStatusSubtype::EMERGENCY) {
-        text += ", ST=EMG, EMG=" + std::to_string(static_cast<u32>(_emergencyState));
+        line << ", ST=EMG, EMG=" << static_cast<u32>(_emergencyState);
     }
-    return text;
+    return line;
 }
 
 ADSBAircraftStatusMessageV2::ADSBAircraftStatusMessageV2() = default;
@@ -96,7 +98,7 @@ std::string ADSBAircraftStatusMessageV2::modeAOctString() const {
 }
 
 std::string ADSBAircraftStatusMessageV2::description() const {
-    return ADSBAircraftStatusMessage::description() + ", MA=" + modeAOctString();
+    return text::Line() << ADSBAircraftStatusMessage::description() << ", MA=" << modeAOctString();
 }
 
 } // namespace tolvarin::ondrel

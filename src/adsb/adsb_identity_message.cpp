@@ -3,6 +3,7 @@
 
 #include <ondrel/adsb_identity_message.h>
 
+#include "text.h"
 #include "wire_field.h"
 
 #include <string_view>
@@ -54,7 +55,7 @@ bool ADSBIdentityMessage::decodeImpl() {
 }
 
 std::string ADSBIdentityMessage::description() const {
-    return "TC=ACID, EC=" + std::to_string(_emitterCategory) + ", CS=" + _callsign;
+    return text::Line() << "TC=ACID, EC=" << _emitterCategory << ", CS=" << _callsign;
 }
 
 } // namespace tolvarin::ondrel

@@ -267,7 +267,7 @@ std::vector<ADSBMessageField> ADSBMessage::fields() const {
 }
 
 std::string ADSBMessage::description() const {
-    return "ADS-B Type-" + std::to_string(_typeCode) + ' ' + typeName() + " Message";
+    return text::Line() << "ADS-B Type-" << _typeCode << " " << typeName() << " Message";
 }
 
 std::string ADSBMessage::dataHexString() const {

@@ -105,9 +105,9 @@ bool ADSBSurfacePositionMessage::decodeImpl() {
 }
 
 std::string ADSBSurfacePositionMessage::description() const {
-    return "TC=POS_GND, SPD=" + text::general(_groundSpeed) + ", HDG=" + text::general(_heading) +
-           ", CPR=" + token<cprFormatTokens>(_cprFormat) + ", LAT=" + std::to_string(_cprLatitude) +
-           ", LON=" + std::to_string(_cprLongitude);
+    return text::Line() << "TC=POS_GND, SPD=" << _groundSpeed << ", HDG=" << _heading
+                        << ", CPR=" << word<cprFormatTokens>(_cprFormat) << ", LAT=" << _cprLatitude
+                        << ", LON=" << _cprLongitude;
 }
 
 } // namespace tolvarin::ondrel

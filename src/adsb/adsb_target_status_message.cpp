@@ -6,6 +6,7 @@
 
 #include <ondrel/log.h>
 
+#include "text.h"
 #include "wire_field.h"
 
 namespace tolvarin::ondrel {
@@ -47,8 +48,8 @@ bool ADSBTargetStatusMessage::decodeImpl() {
 }
 
 std::string ADSBTargetStatusMessage::description() const {
-    return "TC=TG_STATUS, ST=" + std::to_string(_subtype) + ", NACp=" + std::to_string(_nacp) +
-           ", NICbaro=" + std::to_string(_nicBaro) + ", SIL=" + std::to_string(_sil);
+    return text::Line() << "TC=TG_STATUS, ST=" << _subtype << ", NACp=" << _nacp
+                        << ", NICbaro=" << _nicBaro << ", SIL=" << _sil;
 }
 
 ADSBTargetStatusMessageV1::ADSBTargetStatusMessageV1() = default;
@@ -67,7 +68,8 @@ bool ADSBTargetStatusMessageV2::decodeImpl() {
 }
 
 std::string ADSBTargetStatusMessageV2::description() const {
-    return ADSBTargetStatusMessage::description() + ", SILsupp=" + (_silSupplement ? "1" : "0");
+    return text::Line() << ADSBTargetStatusMessage::description()
+                        << ", SILsupp=" << (_silSupplement ? "1" : "0");
 }
 
 } // namespace tolvarin::ondrel

@@ -54,7 +54,7 @@ bool ADSBTestMessage::decodeImpl() {
 }
 
 std::string ADSBTestMessage::description() const {
-    return "TC=TEST, ST=" + std::to_string(_subtype);
+    return text::Line() << "TC=TEST, ST=" << _subtype;
 }
 
 } // namespace tolvarin::ondrel

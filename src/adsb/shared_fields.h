@@ -9,15 +9,16 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 
 namespace tolvarin::ondrel {
 
 /// By AltitudeSource.
-inline constexpr std::array<const char*, 2> altitudeSourceTokens = {"BARO", "GNSS"};
+inline constexpr std::array<std::string_view, 2> altitudeSourceTokens = {"BARO", "GNSS"};
 static_assert(Baro == 0 && Gnss == 1);
 
 /// By CPRFormat.
-inline constexpr std::array<const char*, 2> cprFormatTokens = {"ODD", "EVEN"};
+inline constexpr std::array<std::string_view, 2> cprFormatTokens = {"ODD", "EVEN"};
 static_assert(Odd == 0 && Even == 1);
 
 namespace cpr_layout {

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 namespace tolvarin::ondrel {
@@ -27,8 +28,14 @@ inline std::string decimal(u64 bits) {
 /// The word of a value in a table. The table must have a word for each value of the field: there is
 /// no test.
 template <const auto& tokens, class Value>
-std::string token(Value value) {
+constexpr std::string_view word(Value value) {
     return tokens[static_cast<std::size_t>(value)];
+}
+
+/// The same as a string, for the field list.
+template <const auto& tokens, class Value>
+std::string token(Value value) {
+    return std::string(word<tokens>(value));
 }
 
 /// A field of `bits` bits at the ME position `pos`, counted from 0 at the top bit of the first ME

@@ -3,7 +3,9 @@
 
 #include <ondrel/df_messages.h>
 
+#include "field_values.h"
 #include "parity.h"
+#include "text.h"
 
 #include <array>
 #include <cstddef>
@@ -22,17 +24,12 @@ const std::array<std::string, DFMessage::DF24 + 1> formatNames = [] {
 }();
 
 /// Name and value of each field: "FS: AIR; AC: 36000".
-std::string joined(std::initializer_list<const ModeSMessageField*> fields) {
-    std::string text;
-    for (const ModeSMessageField* field : fields) {
-        if (!text.empty()) {
-            text += "; ";
-        }
-        text += field->name();
-        text += ": ";
-        text += field->description();
-    }
-    return text;
+template <class First, class... Others>
+std::string joined(const First& first, const Others&... others) {
+    text::Line line;
+    line << first.name() << ": " << first;
+    ((line << "; " << others.name() << ": " << others), ...);
+    return line;
 }
 
 } // namespace
@@ -69,7 +66,7 @@ std::vector<const ModeSMessageField*> DF0Message::fields() const {
 }
 
 std::string DF0Message::description() const {
-    return joined({&_fieldVS, &_fieldAC});
+    return joined(_fieldVS, _fieldAC);
 }
 
 // DF-4
@@ -85,7 +82,7 @@ std::vector<const ModeSMessageField*> DF4Message::fields() const {
 }
 
 std::string DF4Message::description() const {
-    return joined({&_fieldFS, &_fieldAC});
+    return joined(_fieldFS, _fieldAC);
 }
 
 // DF-5
@@ -101,7 +98,7 @@ std::vector<const ModeSMessageField*> DF5Message::fields() const {
 }
 
 std::string DF5Message::description() const {
-    return joined({&_fieldFS, &_fieldID});
+    return joined(_fieldFS, _fieldID);
 }
 
 // DF-11
@@ -117,7 +114,7 @@ std::vector<const ModeSMessageField*> DF11Message::fields() const {
 }
 
 std::string DF11Message::description() const {
-    return joined({&_fieldCA, &_fieldAA, &_fieldPI});
+    return joined(_fieldCA, _fieldAA, _fieldPI);
 }
 
 // DF-16
@@ -133,7 +130,7 @@ std::vector<const ModeSMessageField*> DF16Message::fields() const {
 }
 
 std::string DF16Message::description() const {
-    return joined({&_fieldVS, &_fieldAC});
+    return joined(_fieldVS, _fieldAC);
 }
 
 // DF-17
@@ -149,7 +146,7 @@ std::vector<const ModeSMessageField*> DF17Message::fields() const {
 }
 
 std::string DF17Message::description() const {
-    return joined({&_fieldCA, &_fieldAA, &_fieldME});
+    return joined(_fieldCA, _fieldAA, _fieldME);
 }
 
 // DF-18
@@ -165,7 +162,7 @@ std::vector<const ModeSMessageField*> DF18Message::fields() const {
 }
 
 std::string DF18Message::description() const {
-    return joined({&_fieldCF, &_fieldAA, &_fieldME});
+    return joined(_fieldCF, _fieldAA, _fieldME);
 }
 
 // DF-19
@@ -186,7 +183,7 @@ std::vector<const ModeSMessageField*> DF19Message::fields() const {
 }
 
 std::string DF19Message::description() const {
-    return joined({&_fieldAF, &_fieldAA, &_fieldME});
+    return joined(_fieldAF, _fieldAA, _fieldME);
 }
 
 // DF-20
@@ -202,7 +199,7 @@ std::vector<const ModeSMessageField*> DF20Message::fields() const {
 }
 
 std::string DF20Message::description() const {
-    return joined({&_fieldFS, &_fieldAC});
+    return joined(_fieldFS, _fieldAC);
 }
 
 // DF-21
@@ -218,7 +215,7 @@ std::vector<const ModeSMessageField*> DF21Message::fields() const {
 }
 
 std::string DF21Message::description() const {
-    return joined({&_fieldFS, &_fieldID});
+    return joined(_fieldFS, _fieldID);
 }
 
 } // namespace tolvarin::ondrel

@@ -3,6 +3,7 @@
 
 #include <ondrel/mode_s_fields.h>
 
+#include "field_values.h"
 #include "keyed_rows.h"
 #include "text.h"
 
@@ -44,6 +45,13 @@ static_assert(keysCountFrom0(designatorRows));
 const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
 const auto designatorFullNames = strings(designatorRows, &DesignatorRow::fullName);
 
+template <class Field>
+std::string valueText(const Field& field) {
+    text::Line line;
+    line << field;
+    return line;
+}
+
 } // namespace
 
 bool ModeSMessageField::decode(const void* data, u64 size, u8 pos) {
@@ -64,8 +72,12 @@ const std::string& ModeSMessageField::designatorFullName(Designator designator) 
 
 // AA
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldAA& field) {
+    return line.hex(field.icaoAddress());
+}
+
 std::string ModeSMessageFieldAA::description() const {
-    return icaoAddressHexString();
+    return valueText(*this);
 }
 
 std::string ModeSMessageFieldAA::icaoAddressHexString() const {
@@ -74,14 +86,22 @@ std::string ModeSMessageFieldAA::icaoAddressHexString() const {
 
 // AC
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldAC& field) {
+    return line << field.altitude();
+}
+
 std::string ModeSMessageFieldAC::description() const {
-    return std::to_string(_altitude);
+    return valueText(*this);
 }
 
 // AF
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldAF& field) {
+    return line << field.code();
+}
+
 std::string ModeSMessageFieldAF::description() const {
-    return std::to_string(_code);
+    return valueText(*this);
 }
 
 // AP
@@ -96,41 +116,57 @@ std::string ModeSMessageFieldAP::addressParityHexString() const {
 
 // CA
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldCA& field) {
+    return line << field.capability();
+}
+
 std::string ModeSMessageFieldCA::description() const {
-    return std::to_string(_capability);
+    return valueText(*this);
 }
 
 // CF
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldCF& field) {
+    return line << field.code();
+}
+
 std::string ModeSMessageFieldCF::description() const {
-    return std::to_string(_code);
+    return valueText(*this);
 }
 
 // FS
 
-std::string ModeSMessageFieldFS::description() const {
-    switch (_flightStatus) {
-    case Airborne:
-        return "AIR";
-    case OnGround:
-        return "GND";
-    case AirborneAlert:
-        return "AIR, ALERT";
-    case OnGroundAlert:
-        return "GND, ALERT";
-    case AlertSpi:
-        return "ALERT, SPI";
-    case Spi:
-        return "SPI";
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldFS& field) {
+    switch (field.flightStatus()) {
+    case ModeSMessageFieldFS::Airborne:
+        return line << "AIR";
+    case ModeSMessageFieldFS::OnGround:
+        return line << "GND";
+    case ModeSMessageFieldFS::AirborneAlert:
+        return line << "AIR, ALERT";
+    case ModeSMessageFieldFS::OnGroundAlert:
+        return line << "GND, ALERT";
+    case ModeSMessageFieldFS::AlertSpi:
+        return line << "ALERT, SPI";
+    case ModeSMessageFieldFS::Spi:
+        return line << "SPI";
     default: // 6 and 7, to which the standard gives no meaning
-        return "UNKNOWN";
+        return line << "UNKNOWN";
     }
+}
+
+std::string ModeSMessageFieldFS::description() const {
+    return valueText(*this);
 }
 
 // ID
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldID& field) {
+    return line.octal(field.identity());
+}
+
 std::string ModeSMessageFieldID::description() const {
-    return text::octal(_identity);
+    return valueText(*this);
 }
 
 // MB
@@ -145,8 +181,12 @@ std::string ModeSMessageFieldMB::dataHexString() const {
 
 // ME
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldME& field) {
+    return line.hexBytes(field.data());
+}
+
 std::string ModeSMessageFieldME::description() const {
-    return dataHexString();
+    return valueText(*this);
 }
 
 std::string ModeSMessageFieldME::dataHexString() const {
@@ -165,8 +205,12 @@ std::string ModeSMessageFieldMV::dataHexString() const {
 
 // PI
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldPI& field) {
+    return line.hex(field.parityInterrogatorId());
+}
+
 std::string ModeSMessageFieldPI::description() const {
-    return parityInterrogatorIdHexString();
+    return valueText(*this);
 }
 
 std::string ModeSMessageFieldPI::parityInterrogatorIdHexString() const {
@@ -182,8 +226,12 @@ bool ModeSMessageFieldPI::interrogatorIdValid() const {
 
 // VS
 
+text::Line& operator<<(text::Line& line, const ModeSMessageFieldVS& field) {
+    return line << (field.verticalStatus() == ModeSMessageFieldVS::OnGround ? "GND" : "AIR");
+}
+
 std::string ModeSMessageFieldVS::description() const {
-    return _verticalStatus == OnGround ? "GND" : "AIR";
+    return valueText(*this);
 }
 
 } // namespace tolvarin::ondrel

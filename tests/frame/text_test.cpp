@@ -4,6 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <limits>
+#include <string>
+
 namespace tolvarin::ondrel {
 namespace {
 
@@ -34,6 +38,42 @@ TEST(Text, WritesAtLeastTwoHexadecimalOrFourOctalDigits) {
     for (const auto& [value, hex, octal] : rows) {
         EXPECT_EQ(text::hex(value), hex);
         EXPECT_EQ(text::octal(value), octal);
+    }
+}
+
+TEST(Text, PutsWordsAndNumbersTogether) {
+    const std::string line = text::Line() << "i32 " << std::numeric_limits<i32>::min() << ", u32 "
+                                          << ~u32{0} << ", u8 " << u8{7} << std::string(", end");
+    EXPECT_EQ(line, "i32 -2147483648, u32 4294967295, u8 7, end");
+    EXPECT_EQ(std::string(text::Line()), "");
+}
+
+TEST(Text, WritesNumbersWithSixSignificantDigits) {
+    const struct {
+        double value;
+        const char* text;
+    } rows[] = {
+        {0, "0"},
+        {357.1875, "357.188"},
+        {175, "175"},
+        {0.125, "0.125"},
+        {1234567, "1.23457e+06"},
+        {-std::numeric_limits<double>::max(), "-1.79769e+308"},
+        {-std::numeric_limits<double>::denorm_min(), "-4.94066e-324"},
+    };
+    for (const auto& [value, expected] : rows) {
+        EXPECT_EQ(std::string(text::Line() << value), expected);
+    }
+}
+
+TEST(Text, MayHaveAnyLength) {
+    for (std::size_t length = 0; length < 300; ++length) {
+        const std::string words(length, 'w');
+        text::Line line;
+        line << words << -1 << words;
+        line.hexBytes(words).octal(0xFFFFFFFF) << words << 0.5;
+        EXPECT_EQ(std::string(line),
+                  words + "-1" + words + text::hexBytes(words) + "37777777777" + words + "0.5");
     }
 }
 
