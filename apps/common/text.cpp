@@ -59,11 +59,11 @@ std::string hexBytes(std::string_view bytes) {
 }
 
 std::string hex24(u32 value) {
-    std::string digits(6, '0');
+    std::array<char, 6> digits;
     for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit, value >>= 4U) {
         *digit = upperCaseDigits[value & 0xFU];
     }
-    return digits;
+    return {digits.data(), digits.size()};
 }
 
 std::string squawkText(u32 squawk) {
@@ -75,11 +75,14 @@ std::string squawkText(u32 squawk) {
 }
 
 std::string secondsText(u64 milliseconds) {
-    // The 1 keeps the zeros behind the point, whose place it takes.
-    std::string text =
-        std::to_string(milliseconds / 1000) + std::to_string(1000 + milliseconds % 1000);
-    text[text.size() - 4] = '.';
-    return text;
+    std::array<char, 24> text; // at most 17 digits, the point and three decimals
+    char* end = std::to_chars(text.data(), text.data() + text.size(), milliseconds / 1000).ptr;
+    const auto decimals = static_cast<unsigned>(milliseconds % 1000);
+    *end++ = '.';
+    *end++ = static_cast<char>('0' + decimals / 100);
+    *end++ = static_cast<char>('0' + decimals / 10 % 10);
+    *end++ = static_cast<char>('0' + decimals % 10);
+    return {text.data(), end};
 }
 
 std::string timeText(u64 milliseconds) {

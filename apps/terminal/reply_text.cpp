@@ -2,6 +2,7 @@
 
 #include "apps/common/text.h"
 
+#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -22,12 +23,22 @@ constexpr std::size_t nameWidth = 10; // "NIC_SUPP_B"
 
 void appendColumns(std::string& text, const DecodedReply& decoded, std::string_view address,
                    std::string_view confidence) {
-    const auto& stamp = decoded.reply.stampMs;
-    appendToTheRight(text, stamp ? secondsText(*stamp) : "-", stampWidth);
-    text += columnGap;
-    appendToTheLeft(text, decoded.formatName(), formatWidth);
-    appendToTheLeft(text, address, addressWidth);
-    appendToTheLeft(text, confidence, confidenceWidth);
+    const auto& stampMs = decoded.reply.stampMs;
+    const std::string stamp = stampMs ? secondsText(*stampMs) : "-";
+    if (stamp.size() < stampWidth) {
+        text.append(stampWidth - stamp.size(), ' ');
+    }
+    text += stamp;
+    // The columns behind the stamp have no longer values, so they are filled in between blanks.
+    std::array<char, columnGap.size() + formatWidth + addressWidth + confidenceWidth> columns;
+    columns.fill(' ');
+    char* column = columns.data() + columnGap.size();
+    decoded.formatName().copy(column, formatWidth);
+    column += formatWidth;
+    address.copy(column, addressWidth);
+    column += addressWidth;
+    confidence.copy(column, confidenceWidth);
+    text.append(columns.data(), columns.size());
 }
 
 /// One line for a field of a reply or of a payload.
