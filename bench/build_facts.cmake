@@ -14,22 +14,34 @@ elseif(changes)
     string(APPEND commit ", and the tree has changes")
 endif()
 
-# The options of one file of the library, without warnings and paths.
-set(commands ${BUILD_DIR}/compile_commands.json)
-set(flags " options unknown")
-if(EXISTS ${commands})
-    file(STRINGS ${commands} command REGEX "\"command\".*src/mode_s/parity\\.cpp\"" LIMIT_COUNT 1)
-    string(REGEX MATCHALL " -(O|f|g|m|std=|DNDEBUG)[^ ]*" flags "${command}")
-    string(JOIN "" flags ${flags})
-    if(flags MATCHES "-flto")
-        string(APPEND flags ", link-time optimisation on")
-    else()
-        string(APPEND flags ", link-time optimisation off")
+# options_of(RESULT TARGET)   The options of one file of the library, without warnings and paths, as they
+# are for this target; those of the shared library if the target compiles no files of its own.
+function(options_of result target)
+    set(flags " options unknown")
+    if(EXISTS ${BUILD_DIR}/compile_commands.json)
+        foreach(compiled IN ITEMS ${target} ondrel_mode_s)
+            file(STRINGS ${BUILD_DIR}/compile_commands.json command
+                 REGEX "\"command\".*${compiled}\\.dir.*src/mode_s/parity\\.cpp\"")
+            if(command)
+                break()
+            endif()
+        endforeach()
+        string(REGEX MATCHALL " -(O|f|g|m|std=|DNDEBUG)[^ ]*" flags "${command}")
+        string(JOIN "" flags ${flags})
+        if(flags MATCHES "-flto")
+            string(APPEND flags ", link-time optimisation on")
+        else()
+            string(APPEND flags ", link-time optimisation off")
+        endif()
     endif()
-endif()
+    set(${result} "${BUILD_TYPE}:${flags}" PARENT_SCOPE)
+endfunction()
 
+options_of(shared ondrel_mode_s)
+options_of(internals ondrel_internals)
 file(CONFIGURE OUTPUT ${OUTPUT} @ONLY CONTENT
 "#define FACT_COMMIT \"@commit@\"
 #define FACT_COMPILER \"@COMPILER@\"
-#define FACT_BUILD \"@BUILD_TYPE@:@flags@\"
+#define FACT_BUILD \"@shared@\"
+#define FACT_BUILD_OF_INTERNALS \"@internals@\"
 ")

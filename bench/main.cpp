@@ -19,6 +19,10 @@
 #include <string>
 #include <string_view>
 
+#ifndef BUILD_MEASURED
+#define BUILD_MEASURED FACT_BUILD
+#endif
+
 namespace tolvarin::ondrel::bench {
 namespace {
 
@@ -71,7 +75,7 @@ public:
         print("Machine", machine());
         print("System", operatingSystem());
         print("Compiler", FACT_COMPILER);
-        print("Build", FACT_BUILD);
+        print("Build", BUILD_MEASURED);
         print("Turns", std::to_string(turns) + " of each row");
         print("Times",
               "CPU time for one item. Of the work, the median of all turns, and the range from 5 % "

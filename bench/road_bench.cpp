@@ -22,7 +22,7 @@ const InTable roadRows(
      "two heap objects for a squitter and one for another reply, the parity, one hashed look-up of "
      "the address and one of the aircraft, all values of the reply read, positions solved, and all "
      "of it stored with its stamps (bench/road_floor.h). Each run first checks that library and "
-     "floor then hold the same data."});
+     "floor hold the same data after mixed traffic."});
 
 bool isNear(double a, double b) {
     return std::abs(a - b) < 1e-6;

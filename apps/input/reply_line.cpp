@@ -2,7 +2,6 @@
 
 #include "apps/common/text.h"
 
-#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <limits>
@@ -30,10 +29,6 @@ using Problem = std::optional<std::string>;
 
 bool isBlank(char character) {
     return character == ' ' || (character >= '\t' && character <= '\r');
-}
-
-bool isDecimalDigit(char character) {
-    return character >= '0' && character <= '9';
 }
 
 std::string_view trimmed(std::string_view text) {
@@ -114,9 +109,9 @@ Problem readSeconds(std::string_view text, Reply& reply) {
     if (rest.size() == text.size() || fraction.empty()) {
         return "the time stamp is incomplete; expected SECONDS or SECONDS.FRACTION";
     }
-    const auto* wrong = std::find_if_not(fraction.begin(), fraction.end(), isDecimalDigit);
-    if (wrong != fraction.end()) {
-        return wrongDigit(*wrong, "decimal");
+    const std::size_t wrong = fraction.find_first_not_of("0123456789");
+    if (wrong != std::string_view::npos) {
+        return wrongDigit(fraction[wrong], "decimal");
     }
     const u64 milliseconds = thousandths(fraction);
     if (whole.ec != std::errc() ||

@@ -223,7 +223,7 @@ protected:
     void addField(const ADSBMessageField& field);
 
 private:
-    friend class PayloadReader; // how the library's own messages read and list their fields
+    friend class PayloadAccess; // how the library's own messages read and list their fields
 
     // Fields with the payload that holds their values, or one field that addField() got.
     struct FieldEntry {

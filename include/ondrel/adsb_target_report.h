@@ -416,7 +416,7 @@ public:
 private:
     friend class ADSBTarget; // which makes snapshots of itself
 
-    struct Page; // the document that toHtml() builds
+    struct Page; // the sections of the page that toHtml() makes
 
     template <class Value, template <class> class Stored = ADSBDatum>
     struct Datum : Stored<Value> {

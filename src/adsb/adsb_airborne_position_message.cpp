@@ -60,19 +60,19 @@ constexpr FieldGroup supplementFields{nicSupplementB};
 ADSBAirbornePositionMessage::ADSBAirbornePositionMessage() : ADSBMessage(POS_AIR) {}
 
 bool ADSBAirbornePositionMessage::decodeImpl() {
-    if (typeByCode(typeCode()) != POS_AIR) { // not behind decode(), which has tested the type code
+    if (typeByCode(typeCode()) != POS_AIR) { // a subclass calls this without decode()
         return false;
     }
-    PayloadReader reader(*this);
+    PayloadAccess payload(*this);
     _altitudeSource = altitudeSourceOf(typeCode());
-    const AltitudeCode code = squitterAltitudeCode(reader.read(layout::altitude));
+    const AltitudeCode code = squitterAltitudeCode(payload.read(layout::altitude));
     _altResolution = code.resolution;
     _altitude = code.feet;
-    _timeApplicability = reader.read(cpr_layout::timeBit) != 0;
-    _cprFormat = cpr_layout::formatOf(reader.read(cpr_layout::format));
-    _cprLatitude = static_cast<i32>(reader.read(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(reader.read(cpr_layout::longitude));
-    reader.list(layout::fields);
+    _timeApplicability = payload.read(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::formatOf(payload.read(cpr_layout::format));
+    _cprLatitude = static_cast<i32>(payload.read(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(payload.read(cpr_layout::longitude));
+    payload.list(layout::fields);
     return true;
 }
 
@@ -88,9 +88,9 @@ bool ADSBAirbornePositionMessageV0::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    PayloadReader reader(*this);
-    _singalAntena = reader.read(layout::singleAntenna) != 0;
-    reader.list(layout::antennaFields);
+    PayloadAccess payload(*this);
+    _singalAntena = payload.read(layout::singleAntenna) != 0;
+    payload.list(layout::antennaFields);
     return true;
 }
 
@@ -100,9 +100,9 @@ bool ADSBAirbornePositionMessageV1::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    PayloadReader reader(*this);
-    _singalAntena = reader.read(layout::singleAntenna) != 0;
-    reader.list(layout::antennaFields);
+    PayloadAccess payload(*this);
+    _singalAntena = payload.read(layout::singleAntenna) != 0;
+    payload.list(layout::antennaFields);
     return true;
 }
 
@@ -112,9 +112,9 @@ bool ADSBAirbornePositionMessageV2::decodeImpl() {
     if (!ADSBAirbornePositionMessage::decodeImpl()) {
         return false;
     }
-    PayloadReader reader(*this);
-    _nicSupplementB = reader.read(layout::nicSupplementB) != 0;
-    reader.list(layout::supplementFields);
+    PayloadAccess payload(*this);
+    _nicSupplementB = payload.read(layout::nicSupplementB) != 0;
+    payload.list(layout::supplementFields);
     return true;
 }
 

@@ -87,11 +87,11 @@ struct GroundVelocity {
 
 /// All zero if a component is not available, which is code 0: one component alone gives neither
 /// speed nor direction. `scale` is the knots of one step.
-GroundVelocity readGroundVelocity(const PayloadReader& reader, i32 scale) {
-    const bool westward = reader.read(layout::eastWestDirection) != 0;
-    const u32 eastWest = reader.read(layout::eastWestVelocity);
-    const bool southward = reader.read(layout::northSouthDirection) != 0;
-    const u32 northSouth = reader.read(layout::northSouthVelocity);
+GroundVelocity readGroundVelocity(const PayloadAccess& payload, i32 scale) {
+    const bool westward = payload.read(layout::eastWestDirection) != 0;
+    const u32 eastWest = payload.read(layout::eastWestVelocity);
+    const bool southward = payload.read(layout::northSouthDirection) != 0;
+    const u32 northSouth = payload.read(layout::northSouthVelocity);
     if (eastWest == 0 || northSouth == 0) {
         return {};
     }
@@ -112,9 +112,9 @@ text::Line& operator<<(text::Line& line, const ADSBAirborneVelocityMessage& mess
 }
 
 /// Feet per minute, in steps of 64, up positive. 0 if the rate is not available, which is code 0.
-i32 readVerticalRate(const PayloadReader& reader) {
-    const bool downward = reader.read(layout::verticalRateSign) != 0;
-    const auto code = static_cast<i32>(reader.read(layout::verticalRate));
+i32 readVerticalRate(const PayloadAccess& payload) {
+    const bool downward = payload.read(layout::verticalRateSign) != 0;
+    const auto code = static_cast<i32>(payload.read(layout::verticalRate));
     const i32 rate = code == 0 ? 0 : (code - 1) * 64;
     return downward ? -rate : rate;
 }
@@ -124,14 +124,14 @@ i32 readVerticalRate(const PayloadReader& reader) {
 ADSBAirborneVelocityMessage::ADSBAirborneVelocityMessage() : ADSBMessage(AIR_VEL) {}
 
 bool ADSBAirborneVelocityMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    const u32 subtype = reader.read(layout::subtype);
+    PayloadAccess payload(*this);
+    const u32 subtype = payload.read(layout::subtype);
     if (subtype == 0 || subtype >= subtypeNames.size()) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
         return false;
     }
     _velocityType = static_cast<AirborneVelocityType>(subtype);
-    reader.list(layout::subtypeFields);
+    payload.list(layout::subtypeFields);
     if (_velocityType == AIR_SPEED || _velocityType == AIR_SPEED_SUPER_SONIC) {
         // Such a message has air speed and heading in place of the two components. The aircraft
         // sends it only while it knows no ground speed, and a target has no datum for air speed.
@@ -140,12 +140,12 @@ bool ADSBAirborneVelocityMessage::decodeImpl() {
     }
     // Subtype 2 has steps of 4 knots, for components above 1022 knots.
     const GroundVelocity velocity =
-        readGroundVelocity(reader, _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1);
+        readGroundVelocity(payload, _velocityType == GROUND_SPEED_SUPER_SONIC ? 4 : 1);
     _groundSpeed = velocity.speed;
     _heading = velocity.heading;
-    _verticalRateSource = static_cast<AltitudeSource>(reader.read(layout::verticalRateSource));
-    _verticalRate = readVerticalRate(reader);
-    reader.list(layout::fields);
+    _verticalRateSource = static_cast<AltitudeSource>(payload.read(layout::verticalRateSource));
+    _verticalRate = readVerticalRate(payload);
+    payload.list(layout::fields);
     return true;
 }
 
@@ -160,9 +160,9 @@ bool ADSBAirborneVelocityMessageV0::decodeImpl() {
     if (!ADSBAirborneVelocityMessage::decodeImpl()) {
         return false;
     }
-    PayloadReader reader(*this);
-    _nucr = static_cast<u8>(reader.read(layout::nucr));
-    reader.list(layout::nucrFields);
+    PayloadAccess payload(*this);
+    _nucr = static_cast<u8>(payload.read(layout::nucr));
+    payload.list(layout::nucrFields);
     return true;
 }
 

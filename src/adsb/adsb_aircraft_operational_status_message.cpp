@@ -28,8 +28,8 @@ ADSBAircraftOperationalStatusMessage::ADSBAircraftOperationalStatusMessage()
     : ADSBMessage(OP_STATUS) {}
 
 bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    _versionNumber = static_cast<u8>(reader.read(layout::versionNumber));
+    PayloadAccess payload(*this);
+    _versionNumber = static_cast<u8>(payload.read(layout::versionNumber));
     // This layout came with version 1. At version 0 type code 31 has another one.
     if (_versionNumber == 0) {
         Log::log(Log::Critical, moduleName, "MOPS Version 0 detected.");
@@ -40,8 +40,8 @@ bool ADSBAircraftOperationalStatusMessage::decodeImpl() {
         Log::log(Log::Critical, moduleName, "Unsupported MOPS Version %u detected.",
                  unsigned{_versionNumber});
     }
-    _nicSupplementA = reader.read(layout::nicSupplementA) != 0;
-    reader.list(layout::fields);
+    _nicSupplementA = payload.read(layout::nicSupplementA) != 0;
+    payload.list(layout::fields);
     return true;
 }
 

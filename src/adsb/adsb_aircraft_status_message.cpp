@@ -45,22 +45,22 @@ constexpr FieldGroup modeAFields{modeACode};
 ADSBAircraftStatusMessage::ADSBAircraftStatusMessage() : ADSBMessage(AC_STATUS) {}
 
 bool ADSBAircraftStatusMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    const u32 subtype = reader.read(layout::subtype);
+    PayloadAccess payload(*this);
+    const u32 subtype = payload.read(layout::subtype);
     if (subtype >= subtypeTokens.size()) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", subtype);
         _subtype = AircraftStatusSubtype::UNDEFINED;
         return false;
     }
     _subtype = static_cast<AircraftStatusSubtype>(subtype);
-    reader.list(layout::subtypeFields);
+    payload.list(layout::subtypeFields);
     if (_subtype == AircraftStatusSubtype::EMERGENCY) {
-        _emergencyState = static_cast<EmergencyState>(reader.read(layout::emergencyState));
+        _emergencyState = static_cast<EmergencyState>(payload.read(layout::emergencyState));
     } else { // the bits have another meaning, so the emergency state stays as it was
         Log::log(Log::Critical, moduleName, "Unsupported subtype %u detected.", subtype);
     }
-    reader.list(layout::emergencyFields,
-                layout::emergencyState.payloadWith(static_cast<u64>(_emergencyState)));
+    payload.list(layout::emergencyFields,
+                 layout::emergencyState.payloadWith(static_cast<u64>(_emergencyState)));
     return true;
 }
 
@@ -79,11 +79,11 @@ bool ADSBAircraftStatusMessageV2::decodeImpl() {
     if (!ADSBAircraftStatusMessage::decodeImpl()) {
         return false;
     }
-    PayloadReader reader(*this);
+    PayloadAccess payload(*this);
     switch (subtype()) {
     case AircraftStatusSubtype::EMERGENCY:
-        _modeACode = identityCode(reader.read(layout::modeACode));
-        reader.list(layout::modeAFields);
+        _modeACode = identityCode(payload.read(layout::modeACode));
+        payload.list(layout::modeAFields);
         return true;
     case AircraftStatusSubtype::TCAS_RA: // resolution advisories are not decoded
         Log::log(Log::Warning, moduleName, "Unsupported TCAS RA message detected.");

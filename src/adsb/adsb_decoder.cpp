@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <new>
 
@@ -32,6 +33,7 @@ const std::string moduleName = "ADSBDecoder";
 template <class Message>
 ADSBMessage* make(void* place) {
     static_assert(sizeof(Message) <= PayloadStorage::size);
+    static_assert(alignof(Message) <= alignof(std::max_align_t));
     return place != nullptr ? new (place) Message : new Message;
 }
 

@@ -43,14 +43,14 @@ constexpr FieldGroup fields{emitterCategory, character1, character2, character3,
 ADSBIdentityMessage::ADSBIdentityMessage() : ADSBMessage(ACID), _callsign(8, ' ') {}
 
 bool ADSBIdentityMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    _emitterCategory = static_cast<u8>(reader.read(layout::emitterCategory));
-    const auto character = [&](const auto& field) { return characters[reader.read(field)]; };
+    PayloadAccess payload(*this);
+    _emitterCategory = static_cast<u8>(payload.read(layout::emitterCategory));
+    const auto character = [&](const auto& field) { return characters[payload.read(field)]; };
     _callsign = {character(layout::character1), character(layout::character2),
                  character(layout::character3), character(layout::character4),
                  character(layout::character5), character(layout::character6),
                  character(layout::character7), character(layout::character8)};
-    reader.list(layout::fields);
+    payload.list(layout::fields);
     return true;
 }
 

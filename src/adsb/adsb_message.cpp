@@ -220,20 +220,14 @@ bool ADSBMessage::decode(const std::string& data) {
     if (data.size() < payloadBytes) {
         return false;
     }
-    _data = data;
-    _data.resize(payloadBytes); // bytes behind the payload are not kept
+    _data.assign(data, 0, payloadBytes); // bytes behind the payload are not kept
     _payload = bits::read<0, payloadBits>(_data);
     _typeCode = static_cast<u8>(layout::typeCode.read(_payload));
     if (typeByCode(_typeCode) != _type) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
-    // The entries of earlier decodes stay. So room is made once for all that this one adds: at most
-    // as many as `first` holds.
-    if (_fields.count > 0) {
-        _fields.more.reserve(_fields.count);
-    }
-    PayloadReader(*this).list(layout::fields);
+    PayloadAccess(*this).list(layout::fields);
     _valid = decodeImpl();
     _fields.ordered = _fields.count;
     return _valid;
@@ -288,7 +282,7 @@ ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {
 
 void ADSBMessage::addField(const ADSBMessageField& field) {
     _fields.given.push_back(field);
-    PayloadReader(*this).append(nullptr, _fields.given.size() - 1);
+    PayloadAccess(*this).append(nullptr, _fields.given.size() - 1);
 }
 
 ADSBMessage::FieldList::FieldList(FieldList&& other) noexcept

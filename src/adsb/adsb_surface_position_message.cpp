@@ -82,25 +82,25 @@ constexpr FieldGroup headingFields{heading};
 ADSBSurfacePositionMessage::ADSBSurfacePositionMessage() : ADSBMessage(POS_GND) {}
 
 bool ADSBSurfacePositionMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    _movementCode = static_cast<u8>(reader.read(layout::movementCode));
+    PayloadAccess payload(*this);
+    _movementCode = static_cast<u8>(payload.read(layout::movementCode));
     const bool reserved = _movementCode > lastMovementCode;
     if (reserved) {
         Log::log(Log::Critical, moduleName, "Reserved Movement Code: %u.", unsigned{_movementCode});
     }
     _movement = _movementCode != 0 && !reserved;
     _groundSpeed = speedOf(_movementCode);
-    _headingValid = reader.read(layout::headingStatus) != 0;
+    _headingValid = payload.read(layout::headingStatus) != 0;
     // Without a set status bit the heading bits mean nothing.
-    const u32 headingCode = _headingValid ? reader.read(layout::heading) : 0;
+    const u32 headingCode = _headingValid ? payload.read(layout::heading) : 0;
     _heading = headingOf(headingCode);
-    _timeApplicability = reader.read(cpr_layout::timeBit) != 0;
-    _cprFormat = cpr_layout::formatOf(reader.read(cpr_layout::format));
-    _cprLatitude = static_cast<i32>(reader.read(cpr_layout::latitude));
-    _cprLongitude = static_cast<i32>(reader.read(cpr_layout::longitude));
-    reader.list(layout::motionFields);
-    reader.list(layout::headingFields, layout::heading.payloadWith(headingCode));
-    reader.list(cpr_layout::fields);
+    _timeApplicability = payload.read(cpr_layout::timeBit) != 0;
+    _cprFormat = cpr_layout::formatOf(payload.read(cpr_layout::format));
+    _cprLatitude = static_cast<i32>(payload.read(cpr_layout::latitude));
+    _cprLongitude = static_cast<i32>(payload.read(cpr_layout::longitude));
+    payload.list(layout::motionFields);
+    payload.list(layout::headingFields, layout::heading.payloadWith(headingCode));
+    payload.list(cpr_layout::fields);
     return true;
 }
 

@@ -34,16 +34,16 @@ constexpr FieldGroup silSupplementFields{silSupplement};
 ADSBTargetStatusMessage::ADSBTargetStatusMessage() : ADSBMessage(TG_STATUS) {}
 
 bool ADSBTargetStatusMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    _subtype = static_cast<u8>(reader.read(layout::subtype));
+    PayloadAccess payload(*this);
+    _subtype = static_cast<u8>(payload.read(layout::subtype));
     if (_subtype > lastKnownSubtype) {
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
         return false;
     }
-    _nacp = static_cast<u8>(reader.read(layout::nacp));
-    _nicBaro = static_cast<u8>(reader.read(layout::nicBaro));
-    _sil = static_cast<u8>(reader.read(layout::sil));
-    reader.list(layout::fields);
+    _nacp = static_cast<u8>(payload.read(layout::nacp));
+    _nicBaro = static_cast<u8>(payload.read(layout::nicBaro));
+    _sil = static_cast<u8>(payload.read(layout::sil));
+    payload.list(layout::fields);
     return true;
 }
 
@@ -61,9 +61,9 @@ bool ADSBTargetStatusMessageV2::decodeImpl() {
     if (!ADSBTargetStatusMessage::decodeImpl() || subtype() != 1) {
         return false;
     }
-    PayloadReader reader(*this);
-    _silSupplement = reader.read(layout::silSupplement) != 0;
-    reader.list(layout::silSupplementFields);
+    PayloadAccess payload(*this);
+    _silSupplement = payload.read(layout::silSupplement) != 0;
+    payload.list(layout::silSupplementFields);
     return true;
 }
 

@@ -43,13 +43,13 @@ constexpr FieldGroup fields{subtype, testData};
 ADSBTestMessage::ADSBTestMessage() : ADSBMessage(TEST) {}
 
 bool ADSBTestMessage::decodeImpl() {
-    PayloadReader reader(*this);
-    _subtype = static_cast<u8>(reader.read(layout::subtype));
+    PayloadAccess payload(*this);
+    _subtype = static_cast<u8>(payload.read(layout::subtype));
     if (_subtype != 0) { // reserved or of another use; the bits are kept all the same
         Log::log(Log::Critical, moduleName, "Unknown Subtype=%u.", unsigned{_subtype});
     }
-    _testData = bytesOf(reader.read(layout::testData));
-    reader.list(layout::fields);
+    _testData = bytesOf(payload.read(layout::testData));
+    payload.list(layout::fields);
     return true;
 }
 

@@ -27,7 +27,8 @@ public:
     static constexpr std::size_t size = 256;
 
 private:
-    alignas(std::max_align_t) std::array<std::byte, size> _bytes; // not initialised: all is written
+    alignas(std::max_align_t)
+        std::array<std::byte, size> _bytes; // not initialised: decode() makes a message in it
     ADSBMessage* _message = nullptr;
 };
 

@@ -85,12 +85,12 @@ struct FieldGroup {
     std::size_t count;
 };
 
-/// Reads the payload of a message that decodes it, and lists its fields. The list points to the
-/// groups, since a text is made when somebody asks for it. So a group must be a constant of the
-/// library.
-class PayloadReader {
+/// What a message decodes from: its payload to read, and its list to add fields to. The list points
+/// to the groups, since a text is made when somebody asks for it. So a group must be a constant of
+/// the library.
+class PayloadAccess {
 public:
-    explicit PayloadReader(ADSBMessage& message) : _message(message), _payload(message._payload) {}
+    explicit PayloadAccess(ADSBMessage& message) : _message(message), _payload(message._payload) {}
 
     template <class Field>
     auto read(const Field& field) const {
@@ -103,7 +103,7 @@ public:
     /// Lists fields as another payload has them.
     void list(const FieldGroup& fields, u64 payload) { append(&fields, payload); }
 
-    /// Adds an entry with these members.
+    /// Adds an entry; ADSBMessage::FieldEntry tells what an entry without a group is.
     void append(const FieldGroup* group, u64 payload) {
         ADSBMessage::FieldList& list = _message._fields;
         if (list.count < list.first.size()) {

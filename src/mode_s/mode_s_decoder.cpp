@@ -35,16 +35,18 @@ std::string inverted(std::string frame, std::initializer_list<u8> positions) {
 /// Searches for the one or two inverted bits that explain why the parity failed. Gives the frame
 /// with these bits inverted back; nothing if no such bits exist. Writes the result to the log.
 ///
-/// One bit is more likely than two, so it goes first. But a single bit is also a pair, with a bit
-/// of the parity field. So a frame without a pair is beyond repair, and one search shows it.
-/// Positions count from 0. A frame that is too short is not repaired.
+/// One bit is more likely than two, so it goes first. A frame without a pair has no single wrong
+/// bit either: each bit is also one of a pair, together with a bit of the parity field. Most frames
+/// have no pair, so that is tried first. Positions count from 0. A frame that is too short is not
+/// repaired.
 std::optional<std::string> repair(const DFMessage& message, u32 receivedParity) {
     constexpr u8 frameBits = parity::longBits; // of all formats that are repaired
     const u32 difference = message.calculatedParity() ^ receivedParity;
-    const auto pair = parity::findBitPair(frameBits, difference);
     const char* format = message.downlinkFormatName().c_str();
     const std::string& frame = message.data();
-    if (!pair || frame.size() < frameBits / 8) {
+    const auto pair =
+        frame.size() * 8 >= frameBits ? parity::findBitPair(frameBits, difference) : std::nullopt;
+    if (!pair) {
         Log::log(Log::Info, moduleName, "Unable to fix error in %s message.", format);
         return std::nullopt;
     }

@@ -159,7 +159,7 @@ struct ONDREL_HIDDEN ADSBTargetReport::Page {
 };
 
 std::string ADSBTargetReport::toHtml(const std::string& style) const {
-    constexpr std::size_t fullPage = 5600; // with all data, short of a callsign of unusual length
+    constexpr std::size_t fullPage = 5600; // enough for all data and a callsign of eight characters
     std::string page;
     page.reserve(fullPage + style.size());
     page += "<!DOCTYPE html>\n"

@@ -55,6 +55,9 @@ public:
 
     /// To be called when a target of this table gets another number.
     void noteRenumbering(u32 before, u32 after) {
+        if (before == after) {
+            return;
+        }
         const bool numbersAreRight = _renumberingsSeen == *_renumberings;
         ++*_renumberings;
         if (numbersAreRight) {
@@ -93,21 +96,24 @@ public:
     template <class Condition>
     TargetTable without(Condition condition) const {
         TargetTable kept;
-        kept._renumberings = _renumberings;
-        kept._renumberingsSeen = *_renumberings;
         _targets.forEach([&](u32 /*address*/, const auto& target) {
             if (!condition(*target)) {
                 kept.enter(target);
             }
         });
+        if (kept.size() > 0) {
+            kept._renumberings = _renumberings;
+            kept._renumberingsSeen = *_renumberings;
+        }
         return kept;
     }
 
 private:
     AddressTable<std::shared_ptr<ADSBTarget>> _targets;
-    TrackNumbers _numbers; // right if no renumbering came after those seen
+    TrackNumbers _numbers; ///< counted when there had been so many renumberings
     u64 _renumberingsSeen = 0;
-    /// How often a target got another number, in all tables that share targets.
+    /// How often a target got another number, in this table and in those that share targets with
+    /// it.
     std::shared_ptr<u64> _renumberings = std::make_shared<u64>(0);
 };
 
