@@ -2,12 +2,15 @@
 #include "apps/commands/simulate.h"
 #include "apps/commands/track.h"
 #include "apps/common/failure.h"
+#include "apps/common/file.h"
 
 #include <ondrel/ondrel.h>
 
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <new>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -55,7 +58,10 @@ int runProgram(int argc, const char* const* argv) {
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& result) { // --help and --version come here too
-        return program.exit(result) == 0 ? Done : WrongUsage;
+        std::ostringstream output;
+        const bool asked = program.exit(result, output, std::cerr) == 0;
+        File::openForWriting("-").write(output.str());
+        return asked ? Done : WrongUsage;
     }
     return runChosen({&decode, &track, &simulate});
 }
@@ -67,11 +73,17 @@ int runProgram(int argc, const char* const* argv) {
 int main(int argc, char** argv) {
     using namespace tolvarin::ondrel::client;
     try {
-        // So that a write into a closed pipe gives an error, which File::write handles.
+        // So that a write into a closed pipe, or beyond the allowed size of a file, gives an error,
+        // which File::write handles.
         static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+        static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
+        occupyClosedStandardStreams();
         return runProgram(argc, argv);
     } catch (const OutputClosed&) {
         return Done;
+    } catch (const std::bad_alloc&) {
+        std::cerr << "ondrel: out of memory\n";
+        return Failed;
     } catch (const std::exception& error) {
         std::cerr << "ondrel: " << error.what() << '\n';
         return Failed;

@@ -31,13 +31,15 @@ The MOPS version of an aircraft decides how the bits of its payloads are read. W
 With --fields, a line for each field follows: position, width in bits, name and value.
 Positions count from 0; those of the payload count from its first bit.
 
-A summary on standard error ends the run.
+Ctrl-C, or a signal to terminate or to hang up, ends the reading behind a whole line. A
+summary on standard error ends the run.
 
 Exit status:
-  0  the recording was read to its end, even if some lines were not readable
-  1  the recording cannot be read, or has no reply but lines that are not readable, or
-     the output cannot be written
-  2  the command line is wrong)";
+  0    the recording was read to its end, even if some lines were not readable
+  1    the recording cannot be read, or has no reply but lines that are not readable, or
+       the output cannot be written
+  2    the command line is wrong
+  130  interrupted)";
 
 const std::map<std::string, MOPSVersion> versions = {
     {"0", MOPSVersion0}, {"1", MOPSVersion1}, {"2", MOPSVersion2}};

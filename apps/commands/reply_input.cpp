@@ -1,5 +1,7 @@
 #include "apps/commands/reply_input.h"
 
+#include "apps/common/interruption.h"
+
 #include <map>
 
 namespace tolvarin::ondrel::client {
@@ -34,12 +36,21 @@ ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
     : _source(openReplySource(
           options.path, {[&console](const std::string& message) { console.write(message); },
                          [&console](u64 read, u64 total) { console.progress(read, total); }})),
-      _log(console, options.logLevel) {}
+      _log(console, options.logLevel) {
+    noteInterruption();
+}
 
 bool ReplyInput::next(Reply& reply) {
-    const bool given = _source->next(reply);
+    const bool given = !interrupted() && _source->next(reply);
     _replies += given ? 1U : 0U;
     return given;
+}
+
+int ReplyInput::status() const {
+    if (interrupted()) {
+        return interruptedStatus;
+    }
+    return _replies == 0 && unreadable() > 0 ? 1 : 0;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -30,7 +30,7 @@ public:
     /// The console must outlive the input.
     ReplyInput(const ReplyInputOptions& options, Console& console);
 
-    /// Puts the next reply into `reply`. False at the end of the input.
+    /// Puts the next reply into `reply`. False at the end of the input and after an interruption.
     bool next(Reply& reply);
 
     /// Decodes replies in the order in which they came: how far one is believed depends on the
@@ -42,8 +42,9 @@ public:
     const std::string& name() const { return _source->name(); }
     u64 unreadable() const { return _source->unreadable(); }
 
-    /// The exit status at the end: 1 if there was no reply but something unreadable, else 0.
-    int status() const { return _replies == 0 && unreadable() > 0 ? 1 : 0; }
+    /// The exit status at the end: 130 after an interruption, 1 if there was no reply but something
+    /// unreadable, else 0.
+    int status() const;
 
 private:
     std::unique_ptr<ReplySource> _source;

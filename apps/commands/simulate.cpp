@@ -2,13 +2,14 @@
 
 #include "apps/commands/options.h"
 #include "apps/common/file.h"
+#include "apps/common/interruption.h"
 
 #include "simulator/recording.h"
 
-#include <cstddef>
 #include <iostream>
 #include <limits>
 #include <map>
+#include <optional>
 
 namespace tolvarin::ondrel::client {
 
@@ -25,10 +26,13 @@ are cut short, and 10 % are replaced by noise.
 The same options give the same bytes on every machine. The first line of a recording is
 the command that makes it again.
 
+Ctrl-C, or a signal to terminate or to hang up, ends the recording behind a whole line.
+
 Exit status:
-  0  done
-  1  the output cannot be written
-  2  the command line is wrong)";
+  0    done
+  1    the output cannot be written
+  2    the command line is wrong
+  130  interrupted)";
 
 constexpr u64 mostAircraft = u64{1} << 20U;
 constexpr u64 longestSeconds = 1000000; // --form ticks can count 23 times as long
@@ -138,14 +142,22 @@ void SimulateCommand::addReceptionOptions() {
 int SimulateCommand::run() {
     Output output(_path);
     const simulator::TrafficOptions traffic = options();
+    noteInterruption();
+    output << "# " << commandLine() << '\n';
     simulator::Traffic source(traffic);
-    const std::size_t replies =
-        writeRecording(output, source, forms.at(_form), traffic.startMs, comments());
-    output.close();
-    if (_path != "-") {
-        std::cerr << _path + ": " + std::to_string(replies) + " replies\n";
+    u64 replies = 0;
+    std::optional<simulator::Reply> reply;
+    while (!interrupted() && (reply = source.next())) {
+        output << recordingLine(*reply, forms.at(_form), traffic.startMs) << '\n';
+        ++replies;
     }
-    return 0;
+    output.close();
+    if (_path != "-" || interrupted()) {
+        const std::string name = _path == "-" ? "<stdout>" : _path;
+        std::cerr << name + ": " + std::to_string(replies) + " replies" +
+                         (interrupted() ? ", interrupted\n" : "\n");
+    }
+    return interrupted() ? interruptedStatus : 0;
 }
 
 simulator::TrafficOptions SimulateCommand::options() const {
@@ -156,7 +168,7 @@ simulator::TrafficOptions SimulateCommand::options() const {
 }
 
 /// The command line with every option that changes the bytes, given or not.
-std::vector<std::string> SimulateCommand::comments() {
+std::string SimulateCommand::commandLine() {
     std::string text = "ondrel simulate";
     for (const CLI::Option* option : line().get_options()) {
         const std::string name = option->get_name();
@@ -170,7 +182,7 @@ std::vector<std::string> SimulateCommand::comments() {
             text += option->count() > 0 ? option->as<std::string>() : option->get_default_str();
         }
     }
-    return {text};
+    return text;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -7,7 +7,6 @@
 #include <ondrel/types.h>
 
 #include <string>
-#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -24,7 +23,7 @@ private:
     void addReceptionOptions();
 
     simulator::TrafficOptions options() const;
-    std::vector<std::string> comments();
+    std::string commandLine();
 
     simulator::TrafficOptions _traffic; ///< without start time and damage
     u64 _startSeconds = _traffic.startMs / 1000;

@@ -40,8 +40,8 @@ have proved its address in the last 600 seconds, an interrogator in the last 60.
 recording that is read in one second is judged as if it had been received in one second.
 --pace 1 replays it at the speed at which it was received, --pace 10 ten times as fast.
 
-Ctrl-C or a signal to terminate ends the reading, and the aircraft tracked so far are
-shown. A summary on standard error ends the run.
+Ctrl-C, or a signal to terminate or to hang up, ends the reading, and the aircraft tracked
+so far are shown. A summary on standard error ends the run.
 
 Exit status:
   0    the recording was read to its end, even if some lines were not readable
@@ -50,7 +50,6 @@ Exit status:
   2    the command line is wrong
   130  interrupted)";
 
-constexpr int interruptedStatus = 130;
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
 constexpr u64 mostFeet = 200000;
@@ -280,7 +279,6 @@ int TrackCommand::run() {
     Console console(output);
     ReplyInput input(_input, console);
     TrackRun track(_options, input, output, console);
-    noteInterruption();
     const std::vector<ADSBTarget> aircraft = track.run();
     output.close();
     console.write(trackSummary(track.counts(), input.unreadable()));
@@ -290,7 +288,7 @@ int TrackCommand::run() {
     if (_options.reportAddress && std::none_of(aircraft.begin(), aircraft.end(), isWanted)) {
         throw Failure("no aircraft " + hex24(*_options.reportAddress) + " is tracked");
     }
-    return interrupted() ? interruptedStatus : input.status();
+    return input.status();
 }
 
 } // namespace tolvarin::ondrel::client

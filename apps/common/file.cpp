@@ -3,6 +3,7 @@
 #include "apps/common/failure.h"
 #include "apps/common/interruption.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -27,8 +28,22 @@ auto uninterrupted(Call call) {
 
 } // namespace
 
+void occupyClosedStandardStreams() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        // The wrong mode makes each use an error. open() gives the lowest descriptor that is free.
+        const int mode = descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+        if (::fcntl(descriptor, F_GETFD) < 0 && ::open("/dev/null", mode) < 0) {
+            throw Failure("cannot open /dev/null", errno);
+        }
+    }
+}
+
 File File::openForReading(const std::string& path) {
     if (path == "-") {
+        // To wait for such a descriptor may take for ever.
+        if ((::fcntl(STDIN_FILENO, F_GETFL) & O_ACCMODE) == O_WRONLY) {
+            throw Failure("cannot read <stdin>: it is closed or not open for reading");
+        }
         return {STDIN_FILENO, "<stdin>", false};
     }
     const int descriptor =
@@ -74,16 +89,38 @@ std::size_t File::read(char* target, std::size_t size) {
 }
 
 void File::write(std::string_view text) {
-    while (!text.empty()) {
+    std::size_t written = 0;
+    while (written < text.size()) {
+        const std::string_view rest = text.substr(written);
         const ssize_t count =
-            uninterrupted([&] { return ::write(_descriptor, text.data(), text.size()); });
-        if (count < 0 && errno == EPIPE) {
-            throw OutputClosed();
-        }
+            uninterrupted([&] { return ::write(_descriptor, rest.data(), rest.size()); });
         if (count < 0) {
-            throw Failure("cannot write " + _name, errno);
+            const int error = errno;
+            if (error == EPIPE && interrupted()) {
+                return;
+            }
+            if (error == EPIPE) {
+                throw OutputClosed();
+            }
+            takeBackBegunLine(text.substr(0, written));
+            if (error == EBADF) {
+                throw Failure("cannot write " + _name + ": it is closed or not open for writing");
+            }
+            throw Failure("cannot write " + _name, error);
         }
-        text.remove_prefix(static_cast<std::size_t>(count));
+        written += static_cast<std::size_t>(count);
+    }
+}
+
+/// Shortens the file by the line that `written`, its last bytes, begins but does not end.
+void File::takeBackBegunLine(std::string_view written) {
+    const std::size_t whole = written.rfind('\n') + 1; // 0 if there is no line end
+    struct stat status = {};
+    const off_t end = ::lseek(_descriptor, 0, SEEK_CUR);
+    if (whole < written.size() && ::fstat(_descriptor, &status) == 0 && S_ISREG(status.st_mode) &&
+        status.st_size == end) {
+        const auto begun = static_cast<off_t>(written.size() - whole);
+        [[maybe_unused]] const int result = ::ftruncate(_descriptor, end - begun);
     }
 }
 
@@ -108,7 +145,14 @@ Output::Buffer::Buffer(File file) : _file(std::move(file)), _bytes() {
 }
 
 Output::Buffer::int_type Output::Buffer::overflow(int_type character) {
-    sync();
+    const std::string_view bytes(pbase(), static_cast<std::size_t>(pptr() - pbase()));
+    const std::size_t lineEnd = bytes.rfind('\n');
+    const std::size_t whole = lineEnd == std::string_view::npos ? bytes.size() : lineEnd + 1;
+    _file.write(bytes.substr(0, whole));
+    const std::string_view begun = bytes.substr(whole);
+    std::copy(begun.begin(), begun.end(), _bytes.begin());
+    setp(_bytes.data(), _bytes.data() + _bytes.size());
+    pbump(static_cast<int>(begun.size()));
     if (!traits_type::eq_int_type(character, traits_type::eof())) {
         sputc(traits_type::to_char_type(character));
     }

@@ -12,6 +12,10 @@
 
 namespace tolvarin::ondrel::client {
 
+/// Call this before anything opens a file. A standard stream that is closed would get the
+/// descriptor of that file; afterwards its use is an error instead.
+void occupyClosedStandardStreams();
+
 /// An open file or standard stream, unbuffered. Throws a Failure that names the file when the
 /// system reports an error.
 class File {
@@ -32,7 +36,9 @@ public:
     /// after an interruption (interruption.h).
     std::size_t read(char* target, std::size_t size);
 
-    /// Writes all of the text. Throws OutputClosed when the file is a pipe without a reader.
+    /// Writes all of the text. Throws OutputClosed when the file is a pipe without a reader; after
+    /// an interruption, which may have ended that reader too, it drops the text instead. If a
+    /// regular file takes only a part, the file then ends with the last line that is whole.
     void write(std::string_view text);
 
     /// Closes the file and throws on errors that the system reports only now. The destructor
@@ -49,12 +55,15 @@ private:
     File(int descriptor, std::string name, bool owned)
         : _descriptor(descriptor), _name(std::move(name)), _owned(owned) {}
 
+    void takeBackBegunLine(std::string_view written);
+
     int _descriptor;
     std::string _name;
     bool _owned; ///< false for standard streams, which stay open
 };
 
-/// A buffered stream for results: standard output or a file. Every operation throws what
+/// A buffered stream for results: standard output or a file. Until it is flushed, it writes whole
+/// lines only, so that a program that is killed leaves no part of one. Every operation throws what
 /// File::write throws.
 class Output : public std::ostream {
 public:

@@ -46,8 +46,8 @@ void noteInterruption() {
     }
     struct sigaction action = {};
     action.sa_handler = note;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        action.sa_flags = signal == SIGHUP ? 0 : static_cast<int>(SA_RESETHAND);
         struct sigaction before = {};
         ::sigaction(signal, nullptr, &before);
         if (before.sa_handler != SIG_IGN) {

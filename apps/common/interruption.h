@@ -4,9 +4,13 @@
 
 namespace tolvarin::ondrel::client {
 
-/// Handles SIGINT (Ctrl-C) and SIGTERM from here on: the first one is noted and ends the waits
-/// below, the second one ends the program. A signal that was ignored when the program started, as
-/// a shell does for background jobs, stays ignored.
+/// The exit status of a run that a signal ended early.
+constexpr int interruptedStatus = 130;
+
+/// Handles SIGINT (Ctrl-C), SIGTERM and SIGHUP from here on: the first one is noted and ends the
+/// waits below. The second SIGINT or SIGTERM ends the program at once; a terminal that closes may
+/// send SIGHUP twice. A signal that was ignored when the program started, as a shell does for
+/// background jobs, stays ignored.
 void noteInterruption();
 
 /// Whether a signal was noted.

@@ -1,5 +1,7 @@
 #include "apps/input/line_reader.h"
 
+#include "apps/common/interruption.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -26,7 +28,8 @@ std::optional<Line> LineReader::next() {
         readMore();
         lineEnd = rest().find('\n');
     }
-    if (rest().empty() && !dropped) {
+    const bool cut = lineEnd == std::string_view::npos && interrupted();
+    if (cut || (rest().empty() && !dropped)) {
         return std::nullopt;
     }
     Line line;

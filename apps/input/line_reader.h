@@ -28,7 +28,8 @@ public:
     /// `beforeRead` runs each time before the system is asked for more, which may take long.
     LineReader(File file, std::function<void()> beforeRead);
 
-    /// The next line; the last one needs no line end. Nothing at the end of the file.
+    /// The next line; the last one needs no line end. Nothing at the end of the file, and after an
+    /// interruption (interruption.h) when no whole line is left in the buffer.
     std::optional<Line> next();
 
     const File& file() const { return _file; }

@@ -185,6 +185,37 @@ for command in "decode long.txt" "decode --fields long.txt" "decode --json long.
         "1 ondrel: cannot write <stdout>: No space left on device" "$? $(cat err)"
 done
 
+# A file that may not grow any more ends with a whole line.
+(ulimit -f 8 && exec "$client" simulate --seconds 60 --seed 7 -o limited.txt 2>err)
+expect "simulate beyond the allowed size of a file" \
+    "1 ondrel: cannot write limited.txt: File too large 0" \
+    "$? $(cat err) $(cmp -n "$(wc -c <limited.txt)" limited.txt long.txt; echo $?)"
+expect "its last line is whole" "$(wc -l <limited.txt)" "$(grep -c '' limited.txt)"
+
+# -- standard streams that are closed, and memory that is exhausted ----------------------------
+
+for command in decode track; do
+    timeout 20 "$client" $command - <&- >out 2>err
+    expect "$command: standard input closed" "1 0 ondrel: cannot read <stdin>: it is closed or not \
+open for reading" "$? $(wc -c <out) $(cat err)"
+    "$client" $command forms.txt >&- 2>err
+    expect "$command: standard output closed" "1 ondrel: cannot write <stdout>: it is closed or not \
+open for writing" "$? $(tail -1 err)"
+    "$client" $command forms.txt 2>err >out
+    "$client" $command forms.txt <&- 2>&- >out2
+    expect "$command: standard error closed" "0 $(wc -l <out)" "$? $(wc -l <out2)"
+done
+"$client" simulate --seconds 60 --seed 7 -o closed.txt <&- >&- 2>&-
+expect "simulate: nothing open" "0 0" "$? $(cmp closed.txt long.txt; echo $?)"
+for arguments in --help --version; do
+    "$client" $arguments >/dev/full 2>err
+    expect_line "$arguments onto a full disk" err 'ondrel: cannot write <stdout>: No space left .*'
+done
+if ! grep -q __asan_init "$client"; then # its shadow takes more memory than any limit leaves
+    (ulimit -v 60000 && exec "$client" simulate --aircraft 1048576 >out 2>err)
+    expect "out of memory" "1 ondrel: out of memory" "$? $(cat err)"
+fi
+
 # A live source: a reply is shown before the next one comes.
 mkfifo source
 "$client" decode - <source >live 2>err &
@@ -313,26 +344,44 @@ expect "paced: the first table comes at its time" 1 \
     "$(($(sed -n '1s/ .*//p' out) + 300 < $(sed -n '$s/ .*//p' out)))"
 
 # Interrupted while it waits for the time of a reply, and while it waits for the next line of a live
-# source. The first reply needs repair, so the log shows that it has been read.
+# source. The first reply needs repair, so the log shows that it has been read. The line behind it
+# has begun and looks like a reply.
 wrong=8D40621D59C382D690C8AC2863A7
 printf '%s\n' "1.000,$wrong" "9999.000,$wrong" >hours.txt
 mkfifo live_source
 exec 4<>live_source
-echo "$wrong" >&4
-for arguments in "--pace 1 hours.txt" "-"; do
+for arguments in "TERM track --pace 1 hours.txt" "INT track -" "HUP track -" "TERM decode -" \
+    "HUP decode -"; do
+    read -r signal arguments <<<"$arguments"
     rm err # of the one before
+    [[ $arguments == *- ]] && printf '%s\n02E197B0C4CF' "$wrong" >&4
+    # Bash lets what runs in the background ignore SIGINT.
     # shellcheck disable=SC2086
-    "$client" track --log info $arguments <live_source >live 2>err &
+    env --default-signal=INT "$client" $arguments --log info <live_source >live 2>err &
     for _ in {1..200}; do
         grep -qs 'Fix 1 bit' err && break
         sleep 0.05
     done
-    kill -TERM $!
+    kill -"$signal" $!
     wait $!
-    expect "track $arguments: interrupted" "130 1 1" \
-        "$? $(grep -c '^40621D' live) $(counted aircraft)"
+    expect "$arguments: interrupted by $signal" "130 1 1 0" \
+        "$? $(grep -c 40621D live) $(counted 'replies read') $(counted 'lines not readable')"
 done
 exec 4>&-
+for signal in INT TERM HUP; do
+    rm -f endless.txt
+    env --default-signal=INT "$client" simulate --seconds 1000000 -o endless.txt 2>err &
+    for _ in {1..200}; do
+        [[ -s endless.txt ]] && break
+        sleep 0.05
+    done
+    kill -$signal $!
+    wait $!
+    status=$?
+    expect "simulate: interrupted by $signal" "130 $(grep -vc '^#' endless.txt)" \
+        "$status $(sed -n 's/endless.txt: \([0-9]*\) replies, interrupted/\1/p' err)"
+    expect "simulate: the last line is whole" "$(grep -c '' endless.txt)" "$(wc -l <endless.txt)"
+done
 
 # -- the library's log -------------------------------------------------------------------------
 
