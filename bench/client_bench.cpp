@@ -46,7 +46,7 @@ public:
     ~Recording() { std::remove(_path.c_str()); }
 
     std::unique_ptr<client::ReplySource> open() const {
-        return client::openReplySource(_path, {[](const std::string&) {}, [](u64, u64) {}});
+        return client::openReplySource(_path, {[](const auto&, const auto&) {}, [](u64, u64) {}});
     }
 
     const std::vector<client::Reply>& replies() const { return _replies; }

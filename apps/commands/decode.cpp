@@ -36,8 +36,8 @@ summary on standard error ends the run.
 
 Exit status:
   0    the recording was read to its end, even if some lines were not readable
-  1    the recording cannot be read, or has no reply but lines that are not readable, or
-       the output cannot be written
+  1    the recording cannot be read to its end, or has no reply but lines that are not
+       readable, or the output cannot be written
   2    the command line is wrong
   130  interrupted)";
 
@@ -47,7 +47,7 @@ const std::map<std::string, MOPSVersion> versions = {
 } // namespace
 
 DecodeCommand::DecodeCommand(CLI::App& program) : Command(program, "decode", description) {
-    addReplyInputOptions(line(), _input);
+    addReplyInputOptionsOrReplies(line(), _input);
     line()
         .add_option_function<std::string>(
             "--mops", [this](const std::string& name) { _version = versions.at(name); },

@@ -1,5 +1,6 @@
 #include "apps/commands/reply_input.h"
 
+#include "apps/common/failure.h"
 #include "apps/common/interruption.h"
 
 #include <map>
@@ -16,12 +17,10 @@ const std::map<std::string, Log::Level> logLevels = {{"debug", Log::Debug},
                                                      {"critical", Log::Critical},
                                                      {"none", noLog}};
 
-} // namespace
+constexpr unsigned mostOfOneReason = 10;
+constexpr unsigned mostShown = 100;
 
-void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
-    command.add_option("FILE", options.path, "The recording; - for standard input")
-        ->required()
-        ->type_name("");
+void addLogOption(CLI::App& command, ReplyInputOptions& options) {
     options.logLevel = noLog;
     command
         .add_option_function<std::string>(
@@ -32,25 +31,85 @@ void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
         ->check(CLI::IsMember(logLevels).description(""));
 }
 
+} // namespace
+
+void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
+    command
+        .add_option_function<std::string>(
+            "FILE", [&options](const std::string& path) { options.arguments = {path}; },
+            "The recording; - for standard input")
+        ->required()
+        ->type_name("");
+    addLogOption(command, options);
+}
+
+void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options) {
+    options.repliesAllowed = true;
+    command
+        .add_option("FILE", options.arguments,
+                    "The recording; - for standard input. Or replies\n"
+                    "themselves, in the forms of a line")
+        ->required()
+        ->type_name("");
+    command.callback([&options] {
+        if (options.arguments.size() > 1 && !areReplies(options.arguments)) {
+            throw CLI::ValidationError("FILE", "expected one file, or replies alone");
+        }
+    });
+    addLogOption(command, options);
+}
+
 ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
-    : _source(openReplySource(
-          options.path, {[&console](const std::string& message) { console.write(message); },
-                         [&console](u64 read, u64 total) { console.progress(read, total); }})),
+    : _console(console), _source(options.repliesAllowed && areReplies(options.arguments)
+                                     ? openReplies(options.arguments, events())
+                                     : openReplySource(options.arguments.front(), events())),
       _log(console, options.logLevel) {
     noteInterruption();
 }
 
+SourceEvents ReplyInput::events() {
+    return {
+        [this](const std::string& place, const std::string& reason) { complain(place, reason); },
+        [this](u64 read, u64 total) { _console.progress(read, total); }};
+}
+
+void ReplyInput::complain(const std::string& place, const std::string& reason) {
+    unsigned* times = _shown < mostShown ? &_timesShown[reason] : nullptr;
+    if (times == nullptr || *times == mostOfOneReason) {
+        ++_notShown;
+        return;
+    }
+    std::string text = place + ": " + reason;
+    if (++_shown == mostShown) {
+        text += " (all later lines that are not readable are only counted)";
+    } else if (++*times == mostOfOneReason) {
+        text += " (later lines of this kind are only counted)";
+    }
+    _console.write(text);
+}
+
 bool ReplyInput::next(Reply& reply) {
-    const bool given = !interrupted() && _source->next(reply);
-    _replies += given ? 1U : 0U;
-    return given;
+    try {
+        if (interrupted() || !_source->next(reply)) {
+            return false;
+        }
+    } catch (const InputFailure& failure) {
+        if (_replies == 0) {
+            throw;
+        }
+        _failed = true;
+        _console.write(std::string("ondrel: ") + failure.what());
+        return false;
+    }
+    ++_replies;
+    return true;
 }
 
 int ReplyInput::status() const {
     if (interrupted()) {
         return interruptedStatus;
     }
-    return _replies == 0 && unreadable() > 0 ? 1 : 0;
+    return _failed || (_replies == 0 && unreadable().all > 0) ? 1 : 0;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -3,25 +3,32 @@
 #include "apps/decoding/decoded_reply.h"
 #include "apps/input/reply_source.h"
 #include "apps/terminal/console.h"
+#include "apps/terminal/summaries.h"
 
 #include <CLI/CLI.hpp>
 #include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
 #include <ondrel/types.h>
 
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
 /// The options of every command that reads replies.
 struct ReplyInputOptions {
-    std::string path;
+    std::vector<std::string> arguments; ///< the path, or replies where the command takes them
+    bool repliesAllowed = false;
     Log::Level logLevel{};
 };
 
 /// Adds FILE and `--log` to the command.
 void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options);
+
+/// The same, where replies may stand in place of FILE.
+void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options);
 
 /// The source that the user named, and a decoder for its replies. Shows the library's log and what
 /// the source reports on the console.
@@ -30,7 +37,9 @@ public:
     /// The console must outlive the input.
     ReplyInput(const ReplyInputOptions& options, Console& console);
 
-    /// Puts the next reply into `reply`. False at the end of the input and after an interruption.
+    /// Puts the next reply into `reply`. False at the end of the input, after an interruption, and
+    /// where the input cannot be read any further, which is said then. Throws InputFailure if there
+    /// was no reply before.
     bool next(Reply& reply);
 
     /// Decodes replies in the order in which they came: how far one is believed depends on the
@@ -40,17 +49,25 @@ public:
     }
 
     const std::string& name() const { return _source->name(); }
-    u64 unreadable() const { return _source->unreadable(); }
+    UnreadableLines unreadable() const { return {_source->unreadable(), _notShown}; }
 
-    /// The exit status at the end: 130 after an interruption, 1 if there was no reply but something
-    /// unreadable, else 0.
+    /// The exit status at the end: 130 after an interruption, 1 if the input could not be read to
+    /// its end or there was no reply but something unreadable, else 0.
     int status() const;
 
 private:
+    SourceEvents events();
+    void complain(const std::string& place, const std::string& reason);
+
+    Console& _console;
+    std::map<std::string, unsigned> _timesShown; ///< of each reason
+    unsigned _shown = 0;
+    u64 _notShown = 0;
     std::unique_ptr<ReplySource> _source;
     LibraryLog _log;
     ModeSDecoder _decoder;
     u64 _replies = 0;
+    bool _failed = false;
 };
 
 } // namespace tolvarin::ondrel::client

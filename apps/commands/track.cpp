@@ -45,8 +45,9 @@ so far are shown. A summary on standard error ends the run.
 
 Exit status:
   0    the recording was read to its end, even if some lines were not readable
-  1    the recording cannot be read, or has no reply but lines that are not readable; the
-       output or a page cannot be written; the aircraft of --report is not tracked
+  1    the recording cannot be read to its end, or has no reply but lines that are not
+       readable; the output or a page cannot be written; the aircraft of --report is not
+       tracked
   2    the command line is wrong
   130  interrupted)";
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-/// The two ways in which a run ends early.
+/// The ways in which a run ends early.
 namespace tolvarin::ondrel::client {
 
 /// Ends the program with a message and status 1. The text says what could not be done, and why.
@@ -16,6 +16,12 @@ public:
     /// "cannot open x: No such file or directory"; `error` is an errno value.
     Failure(const std::string& text, int error)
         : std::runtime_error(text + ": " + std::generic_category().message(error)) {}
+};
+
+/// The input cannot be read any further. What was read before counts.
+class InputFailure final : public Failure {
+public:
+    using Failure::Failure;
 };
 
 /// The reader of the output has closed its pipe. The program ends with status 0 and no message.

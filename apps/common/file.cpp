@@ -83,7 +83,7 @@ std::size_t File::read(char* target, std::size_t size) {
     }
     const ssize_t count = uninterrupted([&] { return ::read(_descriptor, target, size); });
     if (count < 0) {
-        throw Failure("cannot read " + _name, errno);
+        throw InputFailure("cannot read " + _name, errno);
     }
     return static_cast<std::size_t>(count);
 }
@@ -113,7 +113,7 @@ void File::write(std::string_view text) {
 }
 
 /// Shortens the file by the line that `written`, its last bytes, begins but does not end.
-void File::takeBackBegunLine(std::string_view written) {
+void File::takeBackBegunLine(std::string_view written) const {
     const std::size_t whole = written.rfind('\n') + 1; // 0 if there is no line end
     struct stat status = {};
     const off_t end = ::lseek(_descriptor, 0, SEEK_CUR);

@@ -33,7 +33,7 @@ public:
     ~File();
 
     /// Waits for at least one byte and reads at most `size`. Gives 0 at the end of the file and
-    /// after an interruption (interruption.h).
+    /// after an interruption (interruption.h). Throws InputFailure.
     std::size_t read(char* target, std::size_t size);
 
     /// Writes all of the text. Throws OutputClosed when the file is a pipe without a reader; after
@@ -55,7 +55,7 @@ private:
     File(int descriptor, std::string name, bool owned)
         : _descriptor(descriptor), _name(std::move(name)), _owned(owned) {}
 
-    void takeBackBegunLine(std::string_view written);
+    void takeBackBegunLine(std::string_view written) const;
 
     int _descriptor;
     std::string _name;

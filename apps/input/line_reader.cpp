@@ -1,6 +1,7 @@
 #include "apps/input/line_reader.h"
 
 #include "apps/common/interruption.h"
+#include "apps/input/foreign_content.h"
 
 #include <algorithm>
 #include <utility>
@@ -58,8 +59,9 @@ void LineReader::readMore() {
     _end -= _begin;
     _begin = 0;
     const std::size_t count = _file.read(_buffer.data() + _end, _buffer.size() - _end);
+    _beginning.append(_buffer.data() + _end,
+                      std::min(count, foreignContentSize - _beginning.size()));
     _end += count;
-    _bytesRead += count;
     _atEnd = count == 0;
 }
 

@@ -1,12 +1,14 @@
 #pragma once
 
 #include "apps/common/file.h"
+#include "apps/input/unpacked_file.h"
 
 #include <ondrel/types.h>
 
 #include <cstddef>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -19,7 +21,7 @@ struct Line {
     bool tooLong = false;  ///< more than LineReader::longest; `text` then holds some part of it
 };
 
-/// Reads a file line by line in constant memory. The file may hold any bytes.
+/// Reads a file line by line in constant memory, gzip data unpacked. The file may hold any bytes.
 class LineReader {
 public:
     /// Far more characters than a line of a recording needs.
@@ -32,24 +34,28 @@ public:
     /// interruption (interruption.h) when no whole line is left in the buffer.
     std::optional<Line> next();
 
-    const File& file() const { return _file; }
+    const File& file() const { return _file.file(); }
 
-    /// Bytes read so far, including those of a line that is not complete yet.
-    u64 bytesRead() const { return _bytesRead; }
+    /// Bytes of the file read so far, packed or not, including those of a line that is not complete
+    /// yet.
+    u64 bytesRead() const { return _file.bytesRead(); }
+
+    /// The first bytes of the text, as many of foreignContentSize as were read.
+    const std::string& beginning() const { return _beginning; }
 
 private:
     std::string_view rest() const;
     std::string_view take(std::size_t size);
     void readMore();
 
-    File _file;
+    UnpackedFile _file;
     std::function<void()> _beforeRead;
     std::vector<char> _buffer;
     std::size_t _begin = 0; ///< of the bytes in the buffer that are not consumed yet
     std::size_t _end = 0;
     bool _atEnd = false;
-    u64 _bytesRead = 0;
     u64 _lineNumber = 0;
+    std::string _beginning;
 };
 
 } // namespace tolvarin::ondrel::client

@@ -2,6 +2,8 @@
 
 #include "apps/common/reply.h"
 
+#include <ondrel/types.h>
+
 #include <string>
 #include <string_view>
 
@@ -20,6 +22,17 @@ enum class LineContent {
 /// may hold any bytes. What does not apply is of no use afterwards: `reply` without a reply, and
 /// `error` without an error. `error` says what is wrong, and what is expected instead.
 LineContent readReplyLine(std::string_view line, Reply& reply, std::string& error);
+
+/// Whether the reply can have its format: 7 bytes in DF-0 to DF-15, 14 in the others.
+inline bool lengthFits(const std::string& bytes) {
+    const bool isLong = (static_cast<u8>(bytes.front()) & 0x80U) != 0; // the format's first bit
+    return bytes.size() == (isLong ? 14 : 7);
+}
+
+/// What is said of a reply whose length does not fit.
+constexpr const char* lengthError =
+    "the length of the reply does not fit its format; expected 7 bytes in DF-0 to DF-15, 14 in the "
+    "others";
 
 /// The forms for a help text, one on each line.
 std::string replyLineHelp();

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -20,8 +21,8 @@ public:
     virtual ~ReplySource() = default;
 
     /// Waits for the next reply and puts it into `reply`. Gives false at the end of the input and
-    /// after an interruption; `reply` is then of no use. Throws Failure when the input cannot be
-    /// read any further.
+    /// after an interruption; `reply` is then of no use. Throws InputFailure when the input cannot
+    /// be read any further.
     virtual bool next(Reply& reply) = 0;
 
     /// What messages call the source, such as its path.
@@ -33,8 +34,9 @@ public:
 
 /// What a source tells its owner. The functions must be callable as long as the source lives.
 struct SourceEvents {
-    /// A piece of input cannot be read: "recording.txt:12: the reply is empty". The source goes on.
-    std::function<void(const std::string& message)> unreadable;
+    /// A piece of input gives no reply: "recording.txt:12", "the reply is empty". The source goes
+    /// on.
+    std::function<void(const std::string& place, const std::string& reason)> unreadable;
 
     /// The source asks the system for more input next, which may take long. Both numbers are bytes;
     /// `total` is 0 if it is not known.
@@ -43,6 +45,13 @@ struct SourceEvents {
 
 /// Opens the input that the user named; `-` is standard input. Throws Failure if that fails.
 std::unique_ptr<ReplySource> openReplySource(const std::string& path, SourceEvents events);
+
+/// Whether the arguments of a command are replies, not the name of a file: each looks like a reply,
+/// and there is no such file.
+bool areReplies(const std::vector<std::string>& arguments);
+
+/// Replies in the forms of reply_line.h.
+std::unique_ptr<ReplySource> openReplies(std::vector<std::string> replies, SourceEvents events);
 
 /// The forms of input for the help text of a command, in lines with their ends.
 std::string replySourceHelp();

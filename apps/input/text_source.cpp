@@ -1,6 +1,7 @@
 #include "apps/input/text_source.h"
 
-#include "apps/input/reply_line.h"
+#include "apps/common/failure.h"
+#include "apps/input/foreign_content.h"
 
 #include <utility>
 
@@ -8,12 +9,17 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-LineContent read(const Line& line, Reply& reply, std::string& error) {
+inline LineContent read(const Line& line, Reply& reply, std::string& error) {
     if (line.tooLong) {
         error = "the line has more than " + std::to_string(LineReader::longest) + " characters";
         return LineContent::Error;
     }
-    return readReplyLine(line.text, reply, error);
+    const LineContent content = readReplyLine(line.text, reply, error);
+    if (content == LineContent::Reply && !lengthFits(reply.bytes)) {
+        error = lengthError;
+        return LineContent::Error;
+    }
+    return content;
 }
 
 } // namespace
@@ -25,7 +31,11 @@ TextSource::TextSource(File file, SourceEvents events)
 bool TextSource::next(Reply& reply) {
     std::string error;
     while (const auto line = _lines.next()) {
-        const LineContent content = read(*line, reply, error);
+        LineContent content = read(*line, reply, error);
+        if (content == LineContent::Error && !_begun) {
+            content = readFirst(*line, reply, error);
+        }
+        _begun = _begun || content != LineContent::Nothing;
         if (content == LineContent::Reply) {
             return true;
         }
@@ -36,9 +46,30 @@ bool TextSource::next(Reply& reply) {
     return false;
 }
 
+/// The first line that cannot be read as it stands.
+LineContent TextSource::readFirst(Line line, Reply& reply, std::string& error) {
+    const std::string content = foreignContent(_lines.beginning());
+    if (!content.empty()) {
+        throw InputFailure("cannot read " + name() + ": it is " + content);
+    }
+    if (line.number == 1) {
+        line.text = withoutByteOrderMark(line.text);
+    }
+    const LineContent again = read(line, reply, error);
+    if (again == LineContent::Error && isHeaderLine(line.text)) {
+        _events.unreadable(place(line), "the line names columns and is skipped");
+        return LineContent::Nothing;
+    }
+    return again;
+}
+
 void TextSource::report(const Line& line, const std::string& reason) {
     ++_unreadable;
-    _events.unreadable(name() + ":" + std::to_string(line.number) + ": " + reason);
+    _events.unreadable(place(line), reason);
+}
+
+std::string TextSource::place(const Line& line) const {
+    return name() + ":" + std::to_string(line.number);
 }
 
 } // namespace tolvarin::ondrel::client

@@ -25,6 +25,11 @@ std::string countRow(const std::string& label, u64 count, u64 all = 0) {
     return line.str();
 }
 
+std::string unreadableRows(const UnreadableLines& unreadable) {
+    const std::string all = countRow("lines not readable", unreadable.all);
+    return unreadable.notShown > 0 ? all + countRow("  not shown", unreadable.notShown) : all;
+}
+
 } // namespace
 
 void DecodeSummary::count(const DecodedReply& decoded) {
@@ -44,7 +49,7 @@ void DecodeSummary::count(const DecodedReply& decoded) {
     }
 }
 
-std::string DecodeSummary::text(u64 unreadableLines) const {
+std::string DecodeSummary::text(const UnreadableLines& unreadable) const {
     std::string table = countRow("replies read", _replies);
     table += countRow("  decoded", _replies - _refused, _replies);
     table += countRow("    repaired", _repaired, _replies);
@@ -63,17 +68,17 @@ std::string DecodeSummary::text(u64 unreadableLines) const {
     }
     table += countRow("ADS-B payloads", _payloads);
     table += countRow("  not decoded", _payloadsRefused, _payloads);
-    table += countRow("lines not readable", unreadableLines);
+    table += unreadableRows(unreadable);
     table.pop_back();
     return table;
 }
 
-std::string trackSummary(const TrackingCounts& counts, u64 unreadableLines) {
+std::string trackSummary(const TrackingCounts& counts, const UnreadableLines& unreadable) {
     std::string table = countRow("replies read", counts.replies);
     table += countRow("  tracked", counts.tracked, counts.replies);
     table += countRow("aircraft", counts.aircraft);
     table += countRow("killed", counts.killed);
-    table += countRow("lines not readable", unreadableLines);
+    table += unreadableRows(unreadable);
     table.pop_back();
     return table;
 }

@@ -12,13 +12,19 @@
 /// its end.
 namespace tolvarin::ondrel::client {
 
+/// Lines that should hold a reply but cannot be read.
+struct UnreadableLines {
+    u64 all = 0;
+    u64 notShown = 0; ///< of these, the ones whose report was not shown
+};
+
 /// Counts what a run has decoded.
 class DecodeSummary {
 public:
     void count(const DecodedReply& decoded);
 
     /// Lists only the formats that occurred.
-    std::string text(u64 unreadableLines) const;
+    std::string text(const UnreadableLines& unreadable) const;
 
 private:
     u64 _replies = 0;
@@ -30,6 +36,6 @@ private:
     std::array<u64, 4> _byConfidence{}; ///< of decoded replies, by ModeSMessage::Confidence
 };
 
-std::string trackSummary(const TrackingCounts& counts, u64 unreadableLines);
+std::string trackSummary(const TrackingCounts& counts, const UnreadableLines& unreadable);
 
 } // namespace tolvarin::ondrel::client

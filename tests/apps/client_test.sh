@@ -50,7 +50,7 @@ ALT=38000, CPR=EVEN, LAT=93000, LON=51372"
 # -- decode: every form of line, line by line --------------------------------------------------
 
 printf '%s\n' "# a comment" "" "*$good;" "@000000B71B00$good;" "$good" "1700000000.25,$good" \
-    "*8D40621D59C382D690C8AC2863A7;" "*FF;" >forms.txt
+    "*8D40621D59C382D690C8AC2863A7;" "*FF00000000000000000000000000;" >forms.txt
 run decode forms.txt
 expect "forms: status" 0 "$status"
 expect "forms: output" \
@@ -59,7 +59,7 @@ expect "forms: output" \
              -  $text
 1700000000.250  $text
              -  $text [repaired]
-             -  DF-24  ------  refused  FF" "$(cat out)"
+             -  DF-24  ------  refused  FF00000000000000000000000000" "$(cat out)"
 expect "forms: summary" "6 5 1 1 5 5 5 0 0" "$(counted 'replies read') $(counted decoded) \
 $(counted repaired) $(counted refused) $(counted DF-17) $(counted High) \
 $(counted 'ADS-B payloads') $(counted 'not decoded') $(counted 'lines not readable')"
@@ -96,6 +96,28 @@ expect "bad lines: counted" 3 "$(counted 'lines not readable')"
 expect "bad lines: messages and replies in order" "DF-17 bad.txt:2: bad.txt:3: DF-17 bad.txt:5:" \
     "$(grep -Eo 'bad.txt:[0-9]:|DF-17 .*:' all | sed 's/ .*//' | tr '\n' ' ' | sed 's/ $//')"
 
+printf '%s\n' "$good" "*8D40;" "@000000000001$good;" "8D4840D6202CC3" "02E197B0C4CF0D00" >bad.txt
+for _ in {1..20}; do echo "1.5,${good}FF"; done >>bad.txt
+printf '%s\n' "*FF" "nonsense" >>bad.txt
+run decode bad.txt
+expect "equal complaints are shown ten times" "10 12 25 13" \
+    "$(grep -c 'the length of the reply does not fit' err) $(grep -c '^bad' err) \
+$(counted 'lines not readable') $(counted 'not shown')"
+for digit in {g..z}; do printf "$digit%.0s\n" {1..10}; done >bad.txt
+run decode bad.txt
+expect "not all complaints are shown" "100 200 100" \
+    "$(grep -c '^bad' err) $(counted 'lines not readable') $(counted 'not shown')"
+
+printf '\xEF\xBB\xBF*%s;\n' $good >mark.txt
+run decode mark.txt
+expect "a byte-order mark is skipped" "1 0" \
+    "$(counted 'replies read') $(counted 'lines not readable')"
+printf '%s\n' "# names" "time,\"raw reply\"" "1.5,$good" "time,raw" >header.txt
+run decode header.txt
+expect_line "a header line is named" err 'header.txt:2: the line names columns and is skipped'
+expect "a header line is not counted" "1 1" \
+    "$(counted 'replies read') $(counted 'lines not readable')"
+
 echo nonsense | "$client" decode - >out 2>err
 expect "nothing but bad lines" 1 $?
 expect_line "standard input has a name" err "<stdin>:1: .*"
@@ -114,6 +136,49 @@ run decode "$client"
 expect "binary input ends" 1 "$((status < 2))"
 expect "binary input: the terminal is safe" "" "$(LC_ALL=C tr -d '\n -~' <err)"
 
+# -- decode: packed recordings, and what is no recording ---------------------------------------
+
+"$client" simulate --seconds 300 --seed 7 >plain.txt
+run decode plain.txt
+cp out expected
+gzip -c plain.txt >packed.gz
+{ head -500 plain.txt | gzip -c; tail -n +501 plain.txt | gzip -c; } >members.gz
+for recording in packed.gz members.gz; do
+    run decode $recording
+    expect "$recording: all replies" "0 0" "$status $(cmp out expected; echo $?)"
+done
+half=$(($(wc -c <packed.gz) / 2))
+head -c $half packed.gz >cut.gz
+run decode cut.gz
+expect "cut.gz: what is there" "1 1 0" "$status $(($(wc -l <out) > 1000)) \
+$(cmp -n "$(wc -c <out)" out expected; echo $?)"
+expect_line "cut.gz: said" err 'ondrel: cannot read cut.gz any further: its gzip data are cut off'
+expect "cut.gz: summary" "$(wc -l <out)" "$(counted 'replies read')"
+{ cat packed.gz; echo garbage; } >damaged.gz
+run track damaged.gz
+expect_line "damaged.gz: said" err '.* cannot read damaged.gz any further: its gzip data are damaged .*'
+expect "damaged.gz: the table" "1 $(($(counted aircraft) + 2))" "$status $(wc -l <out)"
+tar -cf archive.tar forms.txt
+for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' 'binary feed:\x1A3\x00\x00' \
+    "tar:$(head -c 257 /dev/zero | tr '\0' x)ustar"; do
+    printf "${content#*:}" | gzip -c >content
+    run track content
+    expect "${content%%:*}: status and output" "1 0" "$status $(wc -c <out)"
+    expect_line "${content%%:*}: named" err "ondrel: cannot read content: it is .*${content%%:*}.*; .*"
+done
+
+# -- decode: replies on the command line -------------------------------------------------------
+
+run decode $good "*8D40621D59C382D690C8AC2863A7;"
+expect "two replies" "0 2" "$status $(grep -c 'DF-17  40621D' out)"
+run decode 8D40621D58C382D690C8AC28
+expect "a reply of a wrong length" "1 0" "$status $(wc -c <out)"
+expect_line "a reply of a wrong length: said" err '<arguments>:1: the length of the reply .*'
+echo "1.5,$good" >$good
+run decode $good
+expect_line "a file of such a name comes first" out '         1.500  DF-17 .*'
+rm $good
+
 # -- the command line and files ----------------------------------------------------------------
 
 # refuse STATUS REGEX ARGUMENT...: nothing on standard output, and a message.
@@ -130,6 +195,7 @@ refuse 1 "ondrel: cannot create no/where: No such file or directory" simulate -o
 refuse 2 "ondrel: A subcommand is required"
 refuse 2 "ondrel: there is no 'bogus'" bogus
 refuse 2 "ondrel decode: FILE is required" decode
+refuse 2 "ondrel decode: FILE: expected one file, or replies alone" decode $good forms.txt
 refuse 2 "ondrel decode: .* not expected: --bogus" decode --bogus forms.txt
 refuse 2 "ondrel decode: --log: loud not in .*" decode --log loud forms.txt
 refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
@@ -174,8 +240,9 @@ done
 
 run simulate --seconds 60 --seed 7 -o long.txt
 expect "simulate" "0 0" "$status $(wc -c <out)"
-for command in "decode long.txt" "decode --fields long.txt" "decode --json long.txt" \
-    "track --json --every 1 long.txt" "simulate --seconds 1000000"; do
+"$client" simulate --seconds 60 --damage 0 >whole.txt # without lines that are not readable
+for command in "decode whole.txt" "decode --fields whole.txt" "decode --json whole.txt" \
+    "track --json --every 1 whole.txt" "simulate --seconds 1000000"; do
     # shellcheck disable=SC2086
     "$client" $command 2>err | head -1 >out
     expect "$command into a closed pipe" "0 1 0" "${PIPESTATUS[0]} $(wc -l <out) $(wc -c <err)"
@@ -263,9 +330,9 @@ for form in seconds ticks star bare; do
     awk '{ printf "%.3f\n", $1 % 1700000000 }' out >times.$form # since the start
     expect "$form: all lines look alike" 0 \
         "$(grep -v '^#' recording.txt | grep -cvEx "${looks[$form]}")"
-    expect "$form: all lines decode alike" "0 0 $(grep -vc '^#' recording.txt)" \
-        "$(cmp decoded.$form decoded.seconds; echo $?) $(counted 'lines not readable') $(counted \
-            'replies read')"
+    expect "$form: all lines decode alike, but those cut short" "0 $(grep -vc '^#' recording.txt)" \
+        "$(cmp decoded.$form decoded.seconds; echo $?) $(($(counted 'lines not readable') +
+            $(counted 'replies read')))"
 done
 expect "ticks: they tell the same time" 0 "$(cmp times.ticks times.seconds; echo $?)"
 
@@ -285,7 +352,8 @@ aircraft=$(counted aircraft)
 expect "track: a line for each aircraft" "0 1 $((aircraft + 2))" \
     "$status $((aircraft > 10)) $(wc -l <out)"
 expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
-    "$(counted 'replies read') $(($(counted tracked) > 1000)) $(counted killed)"
+    "$(($(counted 'replies read') + $(counted 'lines not readable'))) \
+$(($(counted tracked) > 1000)) $(counted killed)"
 run track --json long.txt
 expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"time_ms":.*"by_type":.*}$' out)"
 run track --sort altitude --reverse long.txt

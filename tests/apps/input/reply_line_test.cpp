@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -49,6 +50,17 @@ TEST(ReplyLine, GivesBytesAndStamp) {
         EXPECT_EQ(readReplyLine(row.line, reply, error), LineContent::Reply) << row.line;
         EXPECT_EQ(hexBytes(reply.bytes), row.hex) << row.line;
         EXPECT_EQ(reply.stampMs, row.stampMs) << row.line;
+    }
+}
+
+TEST(ReplyLine, HasSevenOrFourteenBytes) {
+    for (unsigned format = 0; format < 32; ++format) {
+        std::string bytes;
+        for (std::size_t size = 1; size < 20; ++size) {
+            bytes.resize(size);
+            bytes.front() = static_cast<char>(static_cast<u8>(format << 3U));
+            EXPECT_EQ(lengthFits(bytes), size == (format < 16 ? 7 : 14)) << format;
+        }
     }
 }
 

@@ -19,7 +19,7 @@ TEST(Tracking, CountsAndKills) {
     EXPECT_EQ(killed.front().icaoAddr(), 0x40621DU);
     tracked.tracking.moveTo(1); // time does not go back
     EXPECT_EQ(tracked.tracking.now(), 5300U);
-    EXPECT_EQ(trackSummary(tracked.tracking.counts(), 3),
+    EXPECT_EQ(trackSummary(tracked.tracking.counts(), {3}),
               "replies read                  5\n"
               "  tracked                     5  100.0 %\n"
               "aircraft                      2\n"

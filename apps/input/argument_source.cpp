@@ -1,0 +1,25 @@
+#include "apps/input/argument_source.h"
+
+#include "apps/input/reply_line.h"
+
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+ArgumentSource::ArgumentSource(std::vector<std::string> arguments, SourceEvents events)
+    : _arguments(std::move(arguments)), _events(std::move(events)) {}
+
+bool ArgumentSource::next(Reply& reply) {
+    while (_taken < _arguments.size()) {
+        std::string error = lengthError;
+        if (readReplyLine(_arguments[_taken++], reply, error) == LineContent::Reply &&
+            lengthFits(reply.bytes)) {
+            return true;
+        }
+        ++_unreadable;
+        _events.unreadable(name() + ":" + std::to_string(_taken), error);
+    }
+    return false;
+}
+
+} // namespace tolvarin::ondrel::client
