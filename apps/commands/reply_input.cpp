@@ -4,6 +4,7 @@
 #include "apps/common/interruption.h"
 
 #include <map>
+#include <unistd.h>
 
 namespace tolvarin::ondrel::client {
 
@@ -63,14 +64,31 @@ ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
     : _console(console), _source(options.repliesAllowed && areReplies(options.arguments)
                                      ? openReplies(options.arguments, events())
                                      : openReplySource(options.arguments.front(), events())),
-      _log(console, options.logLevel) {
+      _log(console, options.logLevel),
+      _typed(options.arguments.front() == "-" && ::isatty(STDIN_FILENO) != 0) {
     noteInterruption();
 }
 
 SourceEvents ReplyInput::events() {
     return {
         [this](const std::string& place, const std::string& reason) { complain(place, reason); },
-        [this](u64 read, u64 total) { _console.progress(read, total); }};
+        [this](u64 read, u64 total) { showProgress(read, total); }};
+}
+
+void ReplyInput::showProgress(u64 read, u64 total) {
+    if (total == 0 || _countOnly) {
+        showCount();
+        return;
+    }
+    _console.flushOutput();
+    _console.showProgress(read, total);
+}
+
+void ReplyInput::showCount() {
+    _console.flushOutput();
+    if (!_typed) {
+        _console.showCount(_replies);
+    }
 }
 
 void ReplyInput::complain(const std::string& place, const std::string& reason) {

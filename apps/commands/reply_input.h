@@ -48,6 +48,12 @@ public:
         return decodeReply(_decoder, reply);
     }
 
+    /// Shows a count of replies from now on, where bytes tell nothing of the progress.
+    void showCountOnly() { _countOnly = true; }
+
+    /// Shows how many replies there were, for waits between two replies. Flushes the output.
+    void showCount();
+
     const std::string& name() const { return _source->name(); }
     UnreadableLines unreadable() const { return {_source->unreadable(), _notShown}; }
 
@@ -57,6 +63,7 @@ public:
 
 private:
     SourceEvents events();
+    void showProgress(u64 read, u64 total);
     void complain(const std::string& place, const std::string& reason);
 
     Console& _console;
@@ -68,6 +75,8 @@ private:
     ModeSDecoder _decoder;
     u64 _replies = 0;
     bool _failed = false;
+    bool _typed; ///< the user types the input into the terminal
+    bool _countOnly = false;
 };
 
 } // namespace tolvarin::ondrel::client

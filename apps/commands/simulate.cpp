@@ -3,10 +3,10 @@
 #include "apps/commands/options.h"
 #include "apps/common/file.h"
 #include "apps/common/interruption.h"
+#include "apps/terminal/console.h"
 
 #include "simulator/recording.h"
 
-#include <iostream>
 #include <limits>
 #include <map>
 #include <optional>
@@ -38,6 +38,7 @@ constexpr u64 mostAircraft = u64{1} << 20U;
 constexpr u64 longestSeconds = 1000000; // --form ticks can count 23 times as long
 constexpr u64 latestStart = 9999999999; // ten digits
 constexpr u64 mostInterrogators = 64;
+constexpr u64 repliesBetweenProgress = 1000;
 constexpr double halfWayRoundNm = 10800;
 
 const std::map<std::string, LineForm> forms = {{"seconds", LineForm::Seconds},
@@ -142,20 +143,23 @@ void SimulateCommand::addReceptionOptions() {
 int SimulateCommand::run() {
     Output output(_path);
     const simulator::TrafficOptions traffic = options();
+    Console console(output);
     noteInterruption();
     output << "# " << commandLine() << '\n';
     simulator::Traffic source(traffic);
     u64 replies = 0;
     std::optional<simulator::Reply> reply;
     while (!interrupted() && (reply = source.next())) {
+        if (replies++ % repliesBetweenProgress == 0) {
+            console.showProgress(reply->timeMs - traffic.startMs, u64{1000} * traffic.seconds);
+        }
         output << recordingLine(*reply, forms.at(_form), traffic.startMs) << '\n';
-        ++replies;
     }
     output.close();
     if (_path != "-" || interrupted()) {
         const std::string name = _path == "-" ? "<stdout>" : _path;
-        std::cerr << name + ": " + std::to_string(replies) + " replies" +
-                         (interrupted() ? ", interrupted\n" : "\n");
+        console.write(name + ": " + std::to_string(replies) + " replies" +
+                      (interrupted() ? ", interrupted" : ""));
     }
     return interrupted() ? interruptedStatus : 0;
 }

@@ -110,7 +110,8 @@ public:
             _pages.emplace(*options.htmlFolder);
         }
         if (options.pace) {
-            _pace.emplace(*options.pace, [&output] { output.flush(); });
+            _input.showCountOnly();
+            _pace.emplace(*options.pace, [this] { _input.showCount(); });
         }
         if (options.everyMs) {
             _shows.emplace(*options.everyMs);

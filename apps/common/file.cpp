@@ -148,7 +148,7 @@ Output::Buffer::int_type Output::Buffer::overflow(int_type character) {
     const std::string_view bytes(pbase(), static_cast<std::size_t>(pptr() - pbase()));
     const std::size_t lineEnd = bytes.rfind('\n');
     const std::size_t whole = lineEnd == std::string_view::npos ? bytes.size() : lineEnd + 1;
-    _file.write(bytes.substr(0, whole));
+    write(bytes.substr(0, whole));
     const std::string_view begun = bytes.substr(whole);
     std::copy(begun.begin(), begun.end(), _bytes.begin());
     setp(_bytes.data(), _bytes.data() + _bytes.size());
@@ -160,9 +160,16 @@ Output::Buffer::int_type Output::Buffer::overflow(int_type character) {
 }
 
 int Output::Buffer::sync() {
-    _file.write(std::string_view(pbase(), static_cast<std::size_t>(pptr() - pbase())));
+    write(std::string_view(pbase(), static_cast<std::size_t>(pptr() - pbase())));
     setp(_bytes.data(), _bytes.data() + _bytes.size());
     return 0;
+}
+
+void Output::Buffer::write(std::string_view bytes) {
+    if (_beforeWrite && !bytes.empty()) {
+        _beforeWrite();
+    }
+    _file.write(bytes);
 }
 
 Output::Output(const std::string& path)

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <ostream>
 #include <streambuf>
 #include <string>
@@ -76,6 +77,9 @@ public:
     /// Writes what is still in the buffer and closes the file.
     void close();
 
+    /// Runs this before each write to the file; null ends that.
+    void beforeWrite(std::function<void()> action) { _buffer.beforeWrite(std::move(action)); }
+
     /// Like flush(), but an error shows only at the next operation.
     void flushQuietly() noexcept;
 
@@ -84,13 +88,17 @@ private:
     public:
         explicit Buffer(File file);
         File& file() { return _file; }
+        void beforeWrite(std::function<void()> action) { _beforeWrite = std::move(action); }
 
     protected:
         int_type overflow(int_type character) override;
         int sync() override;
 
     private:
+        void write(std::string_view bytes);
+
         File _file;
+        std::function<void()> _beforeWrite;
         std::array<char, 65536> _bytes;
     };
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iostream>
 #include <ostream>
+#include <sys/ioctl.h>
 #include <unistd.h>
 #include <utility>
 
@@ -11,7 +12,6 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr u64 longInput = 1000000; // bytes; less takes a fraction of a second
 constexpr std::size_t barWidth = 40;
 
 } // namespace
@@ -24,16 +24,23 @@ std::string progressText(u64 done, u64 total) {
            std::string(3 - percent.size(), ' ') + percent + " %";
 }
 
-void ProgressBar::show(u64 done, u64 total) {
-    std::string text = progressText(done, total);
+void StatusLine::show(std::string text) {
+    winsize size = {};
+    if (::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 &&
+        text.size() >= size.ws_col) {
+        text.erase(0, text.size() - size.ws_col + 1); // a line that wraps could not be erased
+    }
     if (text == _shown) {
         return;
+    }
+    if (text.size() < _shown.size()) {
+        hide();
     }
     _terminal << '\r' << text << std::flush;
     _shown = std::move(text);
 }
 
-void ProgressBar::hide() {
+void StatusLine::hide() {
     if (!_shown.empty()) {
         _terminal << '\r' << std::string(_shown.size(), ' ') << '\r' << std::flush;
         _shown.clear();
@@ -41,20 +48,32 @@ void ProgressBar::hide() {
 }
 
 Console::Console(Output& output)
-    : _output(output), _bar(std::cerr),
-      _barAllowed(::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT_FILENO) == 0) {}
+    : _output(output), _status(std::cerr), _onTerminal(::isatty(STDERR_FILENO) != 0) {
+    if (_onTerminal && ::isatty(STDOUT_FILENO) != 0) {
+        _output.beforeWrite([this] { _status.hide(); });
+    }
+}
+
+Console::~Console() {
+    _output.beforeWrite(nullptr);
+}
 
 void Console::write(std::string_view text) {
     // The library calls this for a log line, and no exception may pass through it.
     _output.flushQuietly();
-    _bar.hide();
+    _status.hide();
     std::cerr << std::string(text) + '\n';
 }
 
-void Console::progress(u64 done, u64 total) {
-    _output.flush();
-    if (_barAllowed && total >= longInput) {
-        _bar.show(done, total);
+void Console::showProgress(u64 done, u64 total) {
+    if (_onTerminal) {
+        _status.show(progressText(done, total));
+    }
+}
+
+void Console::showCount(u64 replies) {
+    if (_onTerminal) {
+        _status.show(std::to_string(replies) + " replies");
     }
 }
 

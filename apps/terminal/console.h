@@ -16,19 +16,19 @@ namespace tolvarin::ondrel::client {
 /// as 100 %.
 std::string progressText(u64 done, u64 total);
 
-/// A progress bar in the last line of a terminal. Call hide() before writing anything else there.
-class ProgressBar {
+/// A text in the last line of a terminal. Call hide() before writing anything else there.
+class StatusLine {
 public:
-    /// The stream must outlive the bar.
-    explicit ProgressBar(std::ostream& terminal) : _terminal(terminal) {}
-    ProgressBar(const ProgressBar&) = delete;
-    ProgressBar& operator=(const ProgressBar&) = delete;
-    ~ProgressBar() { hide(); }
+    /// The stream must outlive the line.
+    explicit StatusLine(std::ostream& terminal) : _terminal(terminal) {}
+    StatusLine(const StatusLine&) = delete;
+    StatusLine& operator=(const StatusLine&) = delete;
+    ~StatusLine() { hide(); }
 
-    /// Draws the bar if it looks different from what is shown.
-    void show(u64 done, u64 total);
+    /// Draws the text if it differs from what is shown. A narrow terminal gets only its end.
+    void show(std::string text);
 
-    /// Erases the bar and moves the cursor back to the start of the line.
+    /// Erases the text and moves the cursor back to the start of the line.
     void hide();
 
 private:
@@ -36,25 +36,33 @@ private:
     std::string _shown;
 };
 
-/// Standard error, which messages, log lines, the summary and the progress bar share. Flushes the
-/// output first, so that both appear in order when they go to the same terminal.
+/// Standard error, which messages, log lines, the summary and the progress share. Flushes the
+/// output first, so that both appear in order when they go to the same terminal. Progress shows
+/// only on a terminal.
 class Console {
 public:
-    /// The output must outlive the console.
+    /// The output must outlive the console. It may go to the same terminal.
     explicit Console(Output& output);
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+    ~Console();
 
     /// Writes whole lines; the text has no end of its last line.
     void write(std::string_view text);
 
-    /// Call this before waiting for input. Flushes the output and updates the progress bar. The bar
-    /// shows only for a large total, and only if standard error is a terminal and standard output
-    /// is none.
-    void progress(u64 done, u64 total);
+    /// Call this before waiting for input or for time.
+    void flushOutput() { _output.flush(); }
+
+    /// Shows a progress bar. The output is at the end of a line. `total` is above 0.
+    void showProgress(u64 done, u64 total);
+
+    /// Shows a count where the total is not known: "1234 replies".
+    void showCount(u64 replies);
 
 private:
     Output& _output;
-    ProgressBar _bar;
-    bool _barAllowed;
+    StatusLine _status;
+    bool _onTerminal;
 };
 
 /// Shows the library's log on the console as long as it lives.

@@ -307,8 +307,20 @@ if command -v script >/dev/null; then
     on_terminal "$client decode longer.txt >/dev/null"
     expect_line "the bar is erased before a message" err $'.*%\r +\rlonger.txt:[0-9]+: .*'
     expect "a bar on a terminal" 1 "$(($(grep -ao '\[#*\.*\] *[0-9]* %' err | wc -l) > 2))"
+    # What stands on the lines of the terminal at the end: each \r writes over the line.
+    on_screen() {
+        sed 's/\r$//' "$1" | awk -F '\r' '{ line = ""
+            for (i = 1; i <= NF; ++i) line = $i substr(line, length($i) + 1)
+            sub(/ +$/, "", line); print line }'
+    }
+    "$client" decode longer.txt >all 2>&1
     on_terminal "$client decode longer.txt"
-    expect "no bar into the output" 0 "$(grep -ac '\.\.\]' err)"
+    expect "a bar between lines of output" "1 $(on_screen all | cksum)" \
+        "$(grep -aq '#\.' err; echo $((! $?))) $(on_screen err | cksum)"
+    on_terminal "cat longer.txt | $client track -"
+    expect_line "a count where the size is not known" err $'.*\r[0-9]+ replies\r.*'
+    on_terminal "$client simulate --seconds 300 -o simulated.txt"
+    expect "a bar of simulate" 1 "$(($(grep -ao '\[#*\.*\] *[0-9]* %' err | wc -l) > 10))"
 fi
 
 # -- simulate, then decode ---------------------------------------------------------------------
