@@ -1,3 +1,4 @@
+#include "apps/commands/command.h"
 #include "apps/commands/decode.h"
 #include "apps/commands/simulate.h"
 #include "apps/commands/track.h"
@@ -37,6 +38,36 @@ std::string usageError(const CLI::App* program, const CLI::Error& error) {
     return command + ": " + text + "\nTry " + command + " --help\n";
 }
 
+/// `ondrel help`: the help text of the program, or of one command.
+class HelpCommand final : public Command {
+public:
+    /// The program has all other commands.
+    explicit HelpCommand(CLI::App& program)
+        : Command(program, "help", "Show this help, or that of a command"), _program(program) {
+        std::vector<std::string> names;
+        for (const CLI::App* command : program.get_subcommands({})) {
+            names.push_back(command->get_name());
+        }
+        line()
+            .add_option("COMMAND", _name, "The command; without it, this program")
+            ->type_name("")
+            ->check(CLI::IsMember(names).description(""));
+    }
+
+    int run() override {
+        const std::string text =
+            _name.empty() ? _program.get_formatter()->make_help(&_program, _program.get_name(),
+                                                                CLI::AppFormatMode::Normal)
+                          : _program.get_subcommand(_name)->help(_program.get_name());
+        File::openForWriting("-").write(text);
+        return Done;
+    }
+
+private:
+    const CLI::App& _program;
+    std::string _name;
+};
+
 int runChosen(const std::vector<Command*>& commands) {
     for (Command* command : commands) {
         if (command->chosen()) {
@@ -48,13 +79,14 @@ int runChosen(const std::vector<Command*>& commands) {
 
 int runProgram(int argc, const char* const* argv) {
     CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
-    program.footer("Try ondrel SUBCOMMAND --help");
-    program.set_version_flag("--version", "ondrel " + Ondrel::version());
+    program.footer("Try ondrel help SUBCOMMAND");
+    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version());
     program.failure_message(usageError);
     program.require_subcommand(1);
     DecodeCommand decode(program);
     TrackCommand track(program);
     SimulateCommand simulate(program);
+    HelpCommand help(program);
     try {
         program.parse(argc, argv);
     } catch (const CLI::ParseError& result) { // --help and --version come here too
@@ -63,7 +95,7 @@ int runProgram(int argc, const char* const* argv) {
         File::openForWriting("-").write(output.str());
         return asked ? Done : WrongUsage;
     }
-    return runChosen({&decode, &track, &simulate});
+    return runChosen({&decode, &track, &simulate, &help});
 }
 
 } // namespace

@@ -230,11 +230,17 @@ refuse 1 "ondrel: cannot create taken/index.html: Is a directory" track --html t
 refuse 1 "ondrel: cannot replay forms.txt: its first reply has no time stamp" \
     track --pace 1 forms.txt
 
-for arguments in --help --version "decode --help" "track --help" "simulate --help"; do
+for arguments in --help --version "decode --help" "track --help" "simulate --help" -V help; do
     # shellcheck disable=SC2086
     run $arguments
     expect "$arguments" "0 0" "$status $(wc -c <err)"
 done
+
+for command in "" decode track simulate; do
+    # shellcheck disable=SC2086
+    expect "help $command" "$("$client" $command --help)" "$("$client" help $command)"
+done
+refuse 2 "ondrel help: COMMAND: bogus not in .*" help bogus
 
 # -- output into a closed pipe or onto a full disk --------------------------------------------
 
