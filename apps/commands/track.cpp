@@ -6,6 +6,7 @@
 #include "apps/common/interruption.h"
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
+#include "apps/input/recording_start.h"
 #include "apps/input/replay.h"
 #include "apps/json/aircraft_json.h"
 #include "apps/pages/page_folder.h"
@@ -30,10 +31,17 @@ The table has a line for each aircraft. A dash stands for what was not received.
 )";
 
 constexpr const char* footer = R"(
-A reply has the time stamp of its line. A line without a stamp gets the stamp of the line
+A reply has the time stamp of its line. A line without a stamp gets the time of the line
 before it. If the first reply has no stamp, the clock stamps all replies as they are
 read. A position needs two messages not too far apart in time, so positions are then only
 right if the lines come at the speed at which they were received.
+
+A stamp more than an hour ahead or more than 10 s back is not believed until three in a
+row agree. Until then, the replies have the time of the line before them. Then the time
+goes there, also back. The stamps of a recording are either seconds since 1970 or those
+of a counter: replies whose stamps are of the other kind than the first are left out.
+
+Without --start, a counter tells no date, and all times are seconds since its zero.
 
 How far a reply is believed depends on the system clock, not on stamps: the aircraft must
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
@@ -54,19 +62,21 @@ constexpr int interruptedStatus = 130;
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
 constexpr u64 mostFeet = 200000;
-constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
-constexpr std::size_t helpWidth = 54;    // longest line in the description of an option
+constexpr double latestStart = 9999999999; // seconds since 1970, ten digits
+constexpr u64 longestCheckPeriod = 1000;   // ms between two searches for silent aircraft
+constexpr std::size_t helpWidth = 54;      // longest line in the description of an option
+
+/// Of a number of seconds.
+u64 milliseconds(double seconds) {
+    return static_cast<u64>(std::llround(seconds * 1000));
+}
 
 /// Adds an option in seconds, which may have a fraction.
-void addSeconds(CLI::App& command, const std::string& name, std::optional<u64>& milliseconds,
+void addSeconds(CLI::App& command, const std::string& name, std::optional<u64>& option,
                 const std::string& help) {
     command
         .add_option_function<double>(
-            name,
-            [&milliseconds](double seconds) {
-                milliseconds = static_cast<u64>(std::llround(seconds * 1000));
-            },
-            help)
+            name, [&option](double seconds) { option = milliseconds(seconds); }, help)
         ->type_name("SECONDS")
         ->check(number(0.001, longestSeconds));
 }
@@ -91,6 +101,20 @@ AltitudeCheck altitudeCheck(const std::string& text) {
     return {numberAt(0), numberAt(text.find(',') + 1)};
 }
 
+/// What is wrong with the text of a start; empty if nothing is.
+std::string startError(std::string& text) {
+    return text == "mtime" ? "" : number(0, latestStart)(text);
+}
+
+/// In milliseconds since 1970. The text has passed startError().
+std::optional<u64> startOf(const TrackOptions& options, const std::string& path) {
+    if (!options.start) {
+        return std::nullopt;
+    }
+    return *options.start == "mtime" ? startByModification(path)
+                                     : milliseconds(std::stod(*options.start));
+}
+
 std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
     if (options.json) {
         return std::make_unique<AircraftJsonLines>(output);
@@ -103,8 +127,10 @@ std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& outp
 class TrackRun {
 public:
     /// All arguments must outlive the run.
-    TrackRun(const TrackOptions& options, ReplyInput& input, Output& output, Console& console)
+    TrackRun(const TrackOptions& options, std::optional<u64> startMs, ReplyInput& input,
+             Output& output, Console& console)
         : _options(options), _input(input), _console(console), _sink(makeSink(options, output)),
+          _stamping([this](const std::string& message) { report(message); }, startMs),
           _tracking(options.altitudeCheck) {
         if (options.htmlFolder) {
             _pages.emplace(*options.htmlFolder);
@@ -125,7 +151,7 @@ public:
     std::vector<ADSBTarget> run() {
         Reply reply;
         while (next(reply)) {
-            moveTo(*reply.stampMs);
+            moveTo(_stamping.now());
             take(_input.decode(reply).get());
         }
         killSilent();
@@ -135,41 +161,62 @@ public:
         return all;
     }
 
-    TrackingCounts counts() const { return _tracking.counts(); }
+    TrackRunCounts counts() const {
+        return {_tracking.counts(), _stamping.doubted(), _stamping.refused(), _input.unreadable()};
+    }
 
 private:
     /// Puts the next reply into `reply`, with its stamp, when its time has come. False at the end
     /// of the input and after an interruption.
     bool next(Reply& reply) {
-        if (!_input.next(reply)) {
-            return false;
-        }
-        const bool first = !_stamping.begun();
-        _stamping.stamp(reply);
-        if (first && _stamping.byClock()) {
-            reportMissingStamps();
+        bool first = false;
+        do {
+            if (!_input.next(reply)) {
+                return false;
+            }
+            first = !_stamping.begun();
+        } while (!_stamping.stamp(reply));
+        if (first) {
+            checkStamps();
         }
         if (_pace) {
-            _pace->waitFor(*reply.stampMs);
+            waitFor(*reply.stampMs);
         }
         return !interrupted();
     }
 
-    void reportMissingStamps() {
+    /// Call it after the first reply.
+    void checkStamps() {
+        if (_options.start && !_stamping.byCounter()) {
+            throw Failure("--start is for stamps of a counter; the first reply of " +
+                          _input.name() + " has none");
+        }
+        if (!_stamping.byClock()) {
+            return;
+        }
         if (_pace) {
             throw Failure("cannot replay " + _input.name() + ": its first reply has no time stamp");
         }
-        _console.write(_input.name() + ": the first reply has no time stamp; all are stamped with "
-                                       "the clock");
+        report("the first reply has no time stamp; all are stamped with the clock. Ages and times "
+               "tell when a reply was read, and positions may be wrong or missing");
     }
 
-    /// A period ends before the reply of this stamp is taken in, so it is shown without that reply.
-    void moveTo(u64 stampMs) {
-        if (_shows && _shows->ended(stampMs)) {
+    void waitFor(u64 stampMs) {
+        if (_stamping.jumped()) {
+            _pace->restart();
+        }
+        _pace->waitFor(stampMs);
+    }
+
+    void report(const std::string& message) { _console.write(_input.name() + ": " + message); }
+
+    /// A period ends before the reply of this time is taken in, so it is shown without that reply.
+    void moveTo(u64 timeMs) {
+        if (_shows && _shows->ended(timeMs)) {
             _sink->show(sortedAircraft(), _tracking.now());
         }
-        _tracking.moveTo(stampMs);
-        if (_checks && _checks->ended(stampMs)) {
+        _tracking.moveTo(timeMs);
+        if (_checks && _checks->ended(timeMs)) {
             killSilent();
         }
     }
@@ -260,6 +307,13 @@ void TrackCommand::addTrackingOptions() {
                "Remove an aircraft that was not heard for so long in\n"
                "the recording, and write a line about it");
     line()
+        .add_option("--start", _options.start,
+                    "When the first reply of a counter was received, in\n"
+                    "seconds since 1970-01-01 UTC; mtime: guess it from the\n"
+                    "time at which the file was last changed")
+        ->type_name("TIME|mtime")
+        ->check(CLI::Validator(startError, ""));
+    line()
         .add_option("--pace", _options.pace,
                     "Replay the recording at this multiple of the speed\n"
                     "at which it was received")
@@ -279,11 +333,11 @@ int TrackCommand::run() {
     Output output("-");
     Console console(output);
     ReplyInput input(_input, console);
-    TrackRun track(_options, input, output, console);
     noteInterruption();
+    TrackRun track(_options, startOf(_options, _input.path), input, output, console);
     const std::vector<ADSBTarget> aircraft = track.run();
     output.close();
-    console.write(trackSummary(track.counts(), input.unreadable()));
+    console.write(trackSummary(track.counts()));
     const auto isWanted = [this](const ADSBTarget& one) {
         return one.icaoAddr() == *_options.reportAddress;
     };

@@ -68,12 +68,15 @@ std::string DecodeSummary::text(u64 unreadableLines) const {
     return table;
 }
 
-std::string trackSummary(const TrackingCounts& counts, u64 unreadableLines) {
-    std::string table = countRow("replies read", counts.replies);
-    table += countRow("  tracked", counts.tracked, counts.replies);
-    table += countRow("aircraft", counts.aircraft);
-    table += countRow("killed", counts.killed);
-    table += countRow("lines not readable", unreadableLines);
+std::string trackSummary(const TrackRunCounts& counts) {
+    const TrackingCounts& tracking = counts.tracking;
+    std::string table = countRow("replies read", tracking.replies);
+    table += countRow("  tracked", tracking.tracked, tracking.replies);
+    table += countRow("aircraft", tracking.aircraft);
+    table += countRow("killed", tracking.killed);
+    table += countRow("stamps not believed", counts.doubtedStamps);
+    table += countRow("stamps of other kind", counts.refusedStamps);
+    table += countRow("lines not readable", counts.unreadableLines);
     table.pop_back();
     return table;
 }

@@ -30,6 +30,14 @@ private:
     std::array<u64, 4> _byConfidence{}; ///< of decoded replies, by ModeSMessage::Confidence
 };
 
-std::string trackSummary(const TrackingCounts& counts, u64 unreadableLines);
+/// What a run of `ondrel track` counted.
+struct TrackRunCounts {
+    TrackingCounts tracking;
+    u64 doubtedStamps; ///< that were not believed
+    u64 refusedStamps; ///< of the other kind than the first one
+    u64 unreadableLines;
+};
+
+std::string trackSummary(const TrackRunCounts& counts);
 
 } // namespace tolvarin::ondrel::client

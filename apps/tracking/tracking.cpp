@@ -1,17 +1,11 @@
 #include "apps/tracking/tracking.h"
 
-#include <algorithm>
-
 namespace tolvarin::ondrel::client {
 
 Tracking::Tracking(const std::optional<AltitudeCheck>& check) {
     if (check) {
         _tracker.setAltituteBaroChecking(true, check->seconds, check->feet);
     }
-}
-
-void Tracking::moveTo(u64 stampMs) {
-    _now = std::max(_now, stampMs);
 }
 
 const ADSBTarget* Tracking::take(const DFMessage* message) {

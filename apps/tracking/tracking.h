@@ -29,10 +29,10 @@ class Tracking {
 public:
     explicit Tracking(const std::optional<AltitudeCheck>& check);
 
-    /// Moves the time forward to a stamp; an earlier stamp changes nothing.
-    void moveTo(u64 stampMs);
+    /// Sets the time of the run.
+    void moveTo(u64 timeMs) { _now = timeMs; }
 
-    /// The newest stamp.
+    /// The time of the run.
     u64 now() const { return _now; }
 
     /// Takes the message of a reply in; null for a refused one. Gives the aircraft that it updated,

@@ -272,6 +272,44 @@ run track --silent-after 30 --json two.txt
 expect "silent: the last of it" "true false" \
     "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
 
+# -- track: time ------------------------------------------------------------------------------
+
+# The counter of the first line reads 2 s, that of the last one 5 s.
+counter="@0000016E3600$good; @000001C9C380$good; @000002255100$good; @000003938700$good;"
+# shellcheck disable=SC2086
+printf '%s\n' $counter >counter.txt
+touch -d @1700000003 counter.txt
+for row in "0:5.000" "1700000000:2023-11-14T22:13:23.000Z" "mtime:2023-11-14T22:13:23.000Z"; do
+    start=${row%%:*}
+    # shellcheck disable=SC2046
+    run track --report 40621D $([[ $start == 0 ]] || echo "--start $start") counter.txt
+    expect "a counter that starts at $start" \
+        "Aircraft 40621D, track number 1, last heard ${row#*:}, 0.000 s ago" "$(head -1 out)"
+done
+"$client" track --start mtime - <counter.txt >out 2>err
+expect "no file, no time of its own" "1 ondrel: cannot tell when - was modified; --start mtime \
+needs a file" "$? $(cat err)"
+refuse 1 "ondrel: --start is for stamps of a counter; the first reply of two.txt has none" \
+    track --start 1 two.txt
+refuse 2 "ondrel track: --start: expected a number .*, not 'noon'" track --start noon two.txt
+
+head -3 counter.txt >mixed.txt
+for i in 0 1 2; do echo "170000000$i,$good"; done >>mixed.txt
+run track mixed.txt
+expect "two kinds of stamps" "3 3 1" "$(counted 'replies read') $(counted 'stamps of other kind') \
+$(grep -c '^mixed.txt: reply 4 has seconds since 1970, .* left out$' err)"
+
+# One line a day ahead; its time is that of the line before it.
+for i in 0 1 86400 2 3; do echo "$((1700000000 + i)),$good"; done >wild.txt
+run track --silent-after 300 wild.txt
+expect "a wild stamp" "0 1 0.0 1" "$(counted killed) $(counted 'stamps not believed') \
+$(awk '/^40621D/ { print $NF }' out) $(grep -c '^wild.txt: the stamp of reply 3 is 86399.000 s ahead' err)"
+echo "1700000000000,$good" >milliseconds.txt
+run track milliseconds.txt
+expect "milliseconds are no seconds" "1 1" "$status $(grep -c 'expected seconds: put a point' err)"
+
+# -- track: limits and reports -----------------------------------------------------------------
+
 printf '%s\n' "1,8D40621D580B0000000000599BF2" "2,8D40621D580F80000000000878A1" >jump.txt
 for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
     run track --altitude-check $limits --json jump.txt
@@ -315,7 +353,7 @@ expect "paced: the first table comes at its time" 1 \
 # Interrupted while it waits for the time of a reply, and while it waits for the next line of a live
 # source. The first reply needs repair, so the log shows that it has been read.
 wrong=8D40621D59C382D690C8AC2863A7
-printf '%s\n' "1.000,$wrong" "9999.000,$wrong" >hours.txt
+printf '%s\n' "1.000,$wrong" "3500.000,$wrong" >hours.txt
 mkfifo live_source
 exec 4<>live_source
 echo "$wrong" >&4
