@@ -3,8 +3,10 @@
 #include "compare.h"
 
 #include "apps/decoding/decoded_reply.h"
+#include "apps/input/replay.h"
 #include "apps/input/reply_source.h"
 #include "apps/terminal/reply_text.h"
+#include "apps/tracking/tracking.h"
 
 #include "simulator/recording.h"
 
@@ -78,13 +80,15 @@ std::unique_ptr<ModeSMessage> decodedAlone(ModeSDecoder& decoder, const client::
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0)));
 }
 
-/// Reading, decoding and tracking beside the decoding and tracking alone; 1.5 is the aim.
+/// Reading, stamping, decoding, tracking and the check of positions beside the decoding and
+/// tracking alone; 1.5 is the aim.
 void trackRecording(benchmark::State& state) {
     const Recording recording;
     const auto& replies = recording.replies();
     Reader reader(recording);
     ModeSDecoder decoder;
-    ADSBTracker tracker;
+    client::Stamping stamping([](const std::string&) {});
+    client::Tracking tracking(std::nullopt);
     client::Reply reply;
     ModeSDecoder floorDecoder;
     ADSBTracker floorTracker;
@@ -92,8 +96,10 @@ void trackRecording(benchmark::State& state) {
         state, replies.size(),
         [&](std::size_t i) {
             reader.read(i, reply);
+            stamping.stamp(reply);
+            tracking.moveTo(stamping.now());
             const auto message = decodeReply(decoder, reply);
-            benchmark::DoNotOptimize(tracker.procModeSMsg(message.get()));
+            benchmark::DoNotOptimize(tracking.take(message.get()));
         },
         [&](std::size_t i) {
             const auto message = decodedAlone(floorDecoder, replies[i]);

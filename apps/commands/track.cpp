@@ -43,6 +43,13 @@ of a counter: replies whose stamps are of the other kind than the first are left
 
 Without --start, a counter tells no date, and all times are seconds since its zero.
 
+A position is shown if the aircraft can have come there from its last one at --max-speed,
+with one nautical mile to spare; of a time between the two, at most ten minutes count.
+Three other positions in a row that agree with each other overrule the last one. A first
+position is shown when a second one agrees. Positions agree only if their messages are of
+even and odd format in turn. The summary counts those that were refused, and aircraft
+whose first position is not confirmed.
+
 How far a reply is believed depends on the system clock, not on stamps: the aircraft must
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
 recording that is read in one second is judged as if it had been received in one second.
@@ -131,7 +138,7 @@ public:
              Output& output, Console& console)
         : _options(options), _input(input), _console(console), _sink(makeSink(options, output)),
           _stamping([this](const std::string& message) { report(message); }, startMs),
-          _tracking(options.altitudeCheck) {
+          _tracking(options.altitudeCheck, options.greatestKnots) {
         if (options.htmlFolder) {
             _pages.emplace(*options.htmlFolder);
         }
@@ -148,14 +155,14 @@ public:
 
     /// Reads to the end of the input or until an interruption, and shows what there is then. Gives
     /// the aircraft that were tracked to the end.
-    std::vector<ADSBTarget> run() {
+    std::vector<TrackedAircraft> run() {
         Reply reply;
         while (next(reply)) {
             moveTo(_stamping.now());
             take(_input.decode(reply).get());
         }
         killSilent();
-        std::vector<ADSBTarget> all = sortedAircraft();
+        std::vector<TrackedAircraft> all = sortedAircraft();
         writePages(all);
         _sink->show(all, _tracking.now());
         return all;
@@ -223,27 +230,37 @@ private:
 
     void take(const DFMessage* message) {
         const ADSBTarget* aircraft = _tracking.take(message);
-        if (_pages && aircraft != nullptr) {
-            _history.note(*aircraft);
+        const auto verdict = _tracking.verdict();
+        if (_pages && verdict) {
+            notePosition(*aircraft, *verdict);
+        }
+    }
+
+    void notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict) {
+        if (verdict == PositionCheck::Verdict::Overruled) {
+            _history.forget(aircraft.icaoAddr());
+        }
+        if (const auto position = _tracking.positionOf(aircraft)) {
+            _history.note(aircraft.icaoAddr(), position->place);
         }
     }
 
     void killSilent() {
         if (_options.silentMs) {
-            for (const ADSBTarget& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
+            for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
                 _history.forget(aircraft.icaoAddr());
                 _sink->showKilled(aircraft, _tracking.now());
             }
         }
     }
 
-    std::vector<ADSBTarget> sortedAircraft() const {
-        std::vector<ADSBTarget> all = _tracking.aircraft();
+    std::vector<TrackedAircraft> sortedAircraft() const {
+        std::vector<TrackedAircraft> all = _tracking.aircraft();
         sortAircraft(all, _tracking.now(), aircraftColumn(_options.sortKey), _options.descending);
         return all;
     }
 
-    void writePages(const std::vector<ADSBTarget>& all) const {
+    void writePages(const std::vector<TrackedAircraft>& all) const {
         if (_pages) {
             _pages->write({_input.name(), _tracking.now(), all, _history});
             _console.write("pages for a browser: " + _pages->indexPath());
@@ -320,6 +337,12 @@ void TrackCommand::addTrackingOptions() {
         ->type_name("FACTOR")
         ->check(number(0.001, 1e6));
     line()
+        .add_option("--max-speed", _options.greatestKnots,
+                    "Believe a position if the aircraft can have flown\n"
+                    "there at this speed")
+        ->type_name("KNOTS=2000")
+        ->check(number(1, 1e6));
+    line()
         .add_option_function<std::string>(
             "--altitude-check",
             [this](const std::string& text) { _options.altitudeCheck = altitudeCheck(text); },
@@ -335,10 +358,10 @@ int TrackCommand::run() {
     ReplyInput input(_input, console);
     noteInterruption();
     TrackRun track(_options, startOf(_options, _input.path), input, output, console);
-    const std::vector<ADSBTarget> aircraft = track.run();
+    const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     console.write(trackSummary(track.counts()));
-    const auto isWanted = [this](const ADSBTarget& one) {
+    const auto isWanted = [this](const TrackedAircraft& one) {
         return one.icaoAddr() == *_options.reportAddress;
     };
     if (_options.reportAddress && std::none_of(aircraft.begin(), aircraft.end(), isWanted)) {

@@ -22,6 +22,7 @@ struct TrackOptions {
     std::optional<std::string> htmlFolder; ///< write pages there at the end
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
     std::optional<AltitudeCheck> altitudeCheck;
+    double greatestKnots = PositionCheck::usualKnots;
     std::optional<std::string> start; ///< of a counter: seconds since 1970, or "mtime"
 };
 

@@ -22,10 +22,14 @@ bool Stamping::stamp(Reply& reply) {
         reply.stampMs = _clocked;
         return true;
     }
-    if (reply.stampMs && isRefused(reply)) {
-        return false;
+    u64 time = now();
+    if (reply.stampMs) {
+        if (reply.byCounter != _byCounter) {
+            noteRefused();
+            return false;
+        }
+        time = followed(*reply.stampMs + _offset);
     }
-    const u64 time = reply.stampMs ? followed(*reply.stampMs + _offset) : now();
     reply.stampMs = std::max<u64>(1, time);
     return true;
 }
@@ -38,10 +42,7 @@ void Stamping::begin(const Reply& first) {
     }
 }
 
-bool Stamping::isRefused(const Reply& reply) {
-    if (reply.byCounter == _byCounter) {
-        return false;
-    }
+void Stamping::noteRefused() {
     if (++_refused == 1) {
         const std::string seconds = "seconds since 1970";
         const std::string counter = "the stamp of a counter";
@@ -49,21 +50,23 @@ bool Stamping::isRefused(const Reply& reply) {
                 ", the first one has " + (_byCounter ? counter : seconds) +
                 "; all that differ from the first one are left out");
     }
-    return true;
 }
 
 /// The stamp, or the time of the run if the stamp is doubted.
 u64 Stamping::followed(u64 stampMs) {
     const u64 before = now();
     const RunClock::Step step = _time.follow(stampMs);
+    if (step == RunClock::Step::Followed) {
+        return stampMs;
+    }
     if (step == RunClock::Step::Doubted) {
         if (++_doubted == 1) {
             reportDoubt(stampMs);
         }
         return before;
     }
-    _jumped = step == RunClock::Step::Jumped;
-    if (_jumped && stampMs < before && !_wentBack) {
+    _jumped = true;
+    if (stampMs < before && !_wentBack) {
         _wentBack = true;
         _report("from reply " + std::to_string(_replies) + " on, the stamps are " +
                 secondsText(before - stampMs) + " s back; the time goes back with them");

@@ -54,7 +54,7 @@ public:
 
 private:
     void begin(const Reply& first);
-    bool isRefused(const Reply& reply);
+    void noteRefused();
     u64 followed(u64 stampMs);
     void reportDoubt(u64 stampMs);
 

@@ -1,22 +1,15 @@
 #include "apps/input/run_clock.h"
 
-#include <algorithm>
-
 namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr unsigned agreeing = 3;    // stamps in a row that make the time jump
-constexpr unsigned established = 2; // stamps after which it takes so many
-
-bool follows(u64 before, u64 stampMs) {
-    return stampMs < before ? before - stampMs <= RunClock::furthestBack
-                            : stampMs - before <= RunClock::furthestAhead;
-}
+constexpr unsigned agreeing = 3; // stamps in a row that make the time jump
 
 } // namespace
 
-RunClock::Step RunClock::follow(u64 stampMs) {
+/// For a stamp that is one of the first, or does not follow.
+RunClock::Step RunClock::decide(u64 stampMs) {
     if (_believed == 0 || follows(_now, stampMs)) {
         _now = std::max(_now, stampMs);
         _believed = std::min(_believed + 1, established);

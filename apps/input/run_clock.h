@@ -2,6 +2,8 @@
 
 #include <ondrel/types.h>
 
+#include <algorithm>
+
 namespace tolvarin::ondrel::client {
 
 /// The time of a run. It follows the stamps of a recording, but not a single wild one: a stamp more
@@ -21,12 +23,28 @@ public:
 
     /// The first stamp is believed until the second one; if they do not follow each other, the
     /// second one is believed.
-    Step follow(u64 stampMs);
+    Step follow(u64 stampMs) {
+        if (_believed == established && follows(_now, stampMs)) {
+            _now = std::max(_now, stampMs);
+            _doubted = 0;
+            return Step::Followed;
+        }
+        return decide(stampMs);
+    }
 
     /// The newest stamp that was believed since the last jump; 0 before the first one.
     u64 now() const { return _now; }
 
 private:
+    static constexpr unsigned established = 2; ///< stamps after which it takes three to jump
+
+    static bool follows(u64 before, u64 stampMs) {
+        return stampMs < before ? before - stampMs <= furthestBack
+                                : stampMs - before <= furthestAhead;
+    }
+
+    Step decide(u64 stampMs);
+
     u64 _now = 0;
     u64 _doubtful = 0;      ///< where the doubted stamps would move the time
     unsigned _believed = 0; ///< stamps, counted up to the few that matter

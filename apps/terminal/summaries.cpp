@@ -74,6 +74,10 @@ std::string trackSummary(const TrackRunCounts& counts) {
     table += countRow("  tracked", tracking.tracked, tracking.replies);
     table += countRow("aircraft", tracking.aircraft);
     table += countRow("killed", tracking.killed);
+    const PositionCounts& positions = tracking.positions;
+    table += countRow("positions", positions.checked);
+    table += countRow("  refused", positions.refused, positions.checked);
+    table += countRow("  unconfirmed", positions.unconfirmed, positions.checked);
     table += countRow("stamps not believed", counts.doubtedStamps);
     table += countRow("stamps of other kind", counts.refusedStamps);
     table += countRow("lines not readable", counts.unreadableLines);

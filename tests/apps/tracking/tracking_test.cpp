@@ -2,8 +2,14 @@
 #include "apps/tracked_lines.h"
 #include "apps/tracking/track_history.h"
 
+#include "simulator/cpr_encoder.h"
+#include "simulator/frame_encoder.h"
+#include "simulator/payload_encoder.h"
+
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <string>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -18,29 +24,56 @@ TEST(Tracking, CountsAndKills) {
     ASSERT_EQ(killed.size(), 1U);
     EXPECT_EQ(killed.front().icaoAddr(), 0x40621DU);
     EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3}),
-              "replies read                  5\n"
-              "  tracked                     5  100.0 %\n"
+              "replies read                  6\n"
+              "  tracked                     6  100.0 %\n"
               "aircraft                      2\n"
               "killed                        1\n"
+              "positions                     2\n"
+              "  refused                     0    0.0 %\n"
+              "  unconfirmed                 0    0.0 %\n"
               "stamps not believed           1\n"
               "stamps of other kind          2\n"
               "lines not readable            3");
 }
 
-TEST(TrackHistory, HasThePositionsInTheirOrder) {
-    const TrackedLines tracked(threeAircraft());
-    const std::vector<ADSBTarget> aircraft = tracked.tracking.aircraft();
+TEST(TrackHistory, HasThePlacesInTheirOrder) {
     TrackHistory history;
-    for (const ADSBTarget& one : aircraft) {
-        history.note(one);
-    }
+    history.note(0x40621D, {52, 4});
+    history.note(0x40621D, {52.0004, 4.0004}); // too near
+    history.note(0x40621D, {52.01, 4});
     EXPECT_EQ(history.trackOf(0x4840D6).size(), 0U);
-    ASSERT_EQ(history.trackOf(0x40621D).size(), 1U);
-    EXPECT_NEAR(history.trackOf(0x40621D).front().latitude, 52.2572, 1e-4);
-    history.note(aircraft.front()); // at the same position
-    EXPECT_EQ(history.trackOf(0x40621D).size(), 1U);
+    ASSERT_EQ(history.trackOf(0x40621D).size(), 2U);
+    EXPECT_EQ(history.trackOf(0x40621D).back().latitude, 52.01);
     history.forget(0x40621D);
     EXPECT_EQ(history.trackOf(0x40621D).size(), 0U);
+}
+
+std::string positionLine(int second, double latitude, bool odd) {
+    simulator::AirbornePosition position;
+    position.odd = odd;
+    position.cpr = simulator::encodeCpr(latitude, 4, odd, simulator::CprGrid::Airborne);
+    return std::to_string(second) + "," +
+           hexBytes(simulator::df17(0x4840D6, 5, simulator::airbornePosition(position)));
+}
+
+// The messages of an aircraft at 52 degrees north; then another transmitter at 55 degrees has its
+// address. The pairs across both are false.
+TEST(Tracking, KeepsFalsePositionsApart) {
+    std::vector<std::string> lines;
+    for (int second = 1; second <= 4; ++second) {
+        lines.push_back(positionLine(second, 52, second % 2 == 1));
+    }
+    lines.push_back(positionLine(5, 55, true));
+    const TrackedLines tracked(lines);
+    const TrackedAircraft aircraft = tracked.tracking.aircraft().front();
+    EXPECT_GT(std::abs(aircraft.latitude() - 52), 1);
+    ASSERT_TRUE(aircraft.position);
+    EXPECT_NEAR(aircraft.position->place.latitude, 52, 1e-3);
+    EXPECT_EQ(aircraft.position->stampMs, 4000U);
+    const PositionCounts counts = tracked.tracking.counts().positions;
+    EXPECT_EQ(counts.checked, 4U);
+    EXPECT_EQ(counts.refused, 1U);
+    EXPECT_EQ(counts.unconfirmed, 0U);
 }
 
 } // namespace
