@@ -50,6 +50,10 @@ position is shown when a second one agrees. Positions agree only if their messag
 even and odd format in turn. The summary counts those that were refused, and aircraft
 whose first position is not confirmed.
 
+The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
+longest make room, each for 300 s at least, and without that, replies of new aircraft are
+left out. Aircraft are removed only when three replies in a row have come to that time.
+
 How far a reply is believed depends on the system clock, not on stamps: the aircraft must
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
 recording that is read in one second is judged as if it had been received in one second.
@@ -65,6 +69,7 @@ Exit status:
   2    the command line is wrong
   130  interrupted)";
 
+constexpr const char* never = "never";
 constexpr int interruptedStatus = 130;
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
@@ -113,6 +118,11 @@ std::string startError(std::string& text) {
     return text == "mtime" ? "" : number(0, latestStart)(text);
 }
 
+/// What is wrong with the text of a silence; empty if nothing is.
+std::string silenceError(std::string& text) {
+    return text == never ? "" : number(0.001, longestSeconds)(text);
+}
+
 /// In milliseconds since 1970. The text has passed startError().
 std::optional<u64> startOf(const TrackOptions& options, const std::string& path) {
     if (!options.start) {
@@ -147,6 +157,9 @@ public:
         }
         if (options.everyMs) {
             _shows.emplace(*options.everyMs);
+        }
+        if (options.keepAll) {
+            _tracking.keepAll();
         }
         if (options.silentMs) {
             _checks.emplace(std::min(*options.silentMs, longestCheckPeriod));
@@ -230,9 +243,25 @@ private:
 
     void take(const DFMessage* message) {
         const ADSBTarget* aircraft = _tracking.take(message);
+        noteLosses();
         const auto verdict = _tracking.verdict();
         if (_pages && verdict) {
             notePosition(*aircraft, *verdict);
+        }
+    }
+
+    /// Says once which aircraft a full table loses.
+    void noteLosses() {
+        for (const TrackedAircraft& aircraft : _tracking.madeRoom()) {
+            _history.forget(aircraft.icaoAddr());
+        }
+        if (!_saidRoom && !_tracking.madeRoom().empty()) {
+            _saidRoom = true;
+            report("the table is full; those silent for longest, 300 s at least, make room");
+        }
+        if (!_saidNoRoom && _tracking.notTaken() > 0) {
+            _saidNoRoom = true;
+            report("the table is full; replies of new aircraft are left out");
         }
     }
 
@@ -278,6 +307,8 @@ private:
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;
+    bool _saidRoom = false;
+    bool _saidNoRoom = false;
 };
 
 } // namespace
@@ -320,9 +351,20 @@ void TrackCommand::addOutputOptions() {
 }
 
 void TrackCommand::addTrackingOptions() {
-    addSeconds(line(), "--silent-after", _options.silentMs,
-               "Remove an aircraft that was not heard for so long in\n"
-               "the recording, and write a line about it");
+    line()
+        .add_option_function<std::string>(
+            "--silent-after",
+            [this](const std::string& text) {
+                _options.keepAll = text == never;
+                if (!_options.keepAll) {
+                    _options.silentMs = milliseconds(std::stod(text));
+                }
+            },
+            "Remove an aircraft that was not heard for so long in\n"
+            "the recording, and write a line about it; never: keep\n"
+            "all even when the table is full")
+        ->type_name("SECONDS|never")
+        ->check(CLI::Validator(silenceError, ""));
     line()
         .add_option("--start", _options.start,
                     "When the first reply of a counter was received, in\n"

@@ -18,6 +18,7 @@ struct TrackOptions {
     bool descending = false;               ///< sort from the highest to the lowest
     std::optional<u64> everyMs;            ///< show all aircraft each time
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
+    bool keepAll = false;                  ///< also when the table is full
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data

@@ -74,6 +74,8 @@ std::string trackSummary(const TrackRunCounts& counts) {
     table += countRow("  tracked", tracking.tracked, tracking.replies);
     table += countRow("aircraft", tracking.aircraft);
     table += countRow("killed", tracking.killed);
+    table += countRow("  to make room", tracking.madeRoom);
+    table += countRow("replies without room", tracking.notTaken);
     const PositionCounts& positions = tracking.positions;
     table += countRow("positions", positions.checked);
     table += countRow("  refused", positions.refused, positions.checked);

@@ -8,6 +8,9 @@
 #include <ondrel/df_messages.h>
 #include <ondrel/types.h>
 
+#include <algorithm>
+#include <array>
+#include <bitset>
 #include <optional>
 #include <vector>
 
@@ -25,17 +28,32 @@ struct TrackingCounts {
     u64 tracked;  ///< of these, the ones that updated an aircraft
     u64 aircraft; ///< in the table now
     u64 killed;   ///< aircraft removed
+    u64 madeRoom; ///< of these, the ones removed since the table was full
+    u64 notTaken; ///< replies of new aircraft that found no room
     PositionCounts positions;
 };
 
 /// Takes replies into a table of aircraft, counts them, and keeps the time of the recording.
+///
+/// The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
+/// longest make room for new ones, but none that was heard in the last 300 seconds. Silence counts
+/// up to a time that three replies in a row have reached, so a single wild stamp removes no
+/// aircraft.
 class Tracking {
 public:
+    static constexpr u64 shortestSilence = 300000; ///< ms, of those that make room
+
     explicit Tracking(const std::optional<AltitudeCheck>& check,
                       double greatestKnots = PositionCheck::usualKnots);
 
-    /// Sets the time of the run.
-    void moveTo(u64 timeMs) { _now = timeMs; }
+    /// No aircraft makes room from now on.
+    void keepAll() { _makesRoom = false; }
+
+    /// Sets the time of the run; call it for each reply.
+    void moveTo(u64 timeMs) {
+        _before = {_now, _before[0]};
+        _now = timeMs;
+    }
 
     /// The time of the run.
     u64 now() const { return _now; }
@@ -52,6 +70,12 @@ public:
         return _positions.positionOf(aircraft.trackId());
     }
 
+    /// The aircraft that made room for the last reply.
+    const std::vector<TrackedAircraft>& madeRoom() const { return _madeRoom; }
+
+    /// Replies of new aircraft that found no room.
+    u64 notTaken() const { return _notTaken; }
+
     /// Removes the aircraft that were last heard so long ago or longer, and gives them.
     std::vector<TrackedAircraft> killSilentFor(u64 milliseconds);
 
@@ -61,6 +85,10 @@ public:
     TrackingCounts counts() const;
 
 private:
+    u64 reached() const { return std::min({_now, _before[0], _before[1]}); }
+    const ADSBTarget* enter(const DFMessage& message);
+    bool makeRoom();
+    std::vector<TrackedAircraft> kill(u64 lastUpdate);
     void checkPosition(const ADSBTarget& aircraft, const DFMessage& message);
     std::vector<TrackedAircraft> withPositions(std::vector<ADSBTarget> targets) const;
 
@@ -68,9 +96,17 @@ private:
     PositionCheck _positions;
     std::optional<PositionCheck::Verdict> _verdict;
     u64 _now = 0;
+    std::array<u64, 2> _before{}; ///< the times before _now
+    std::bitset<4096> _taken;     ///< by track number
+    u64 _aircraft = 0;
+    bool _makesRoom = true;
+    u64 _lastSearch = 0; ///< for aircraft that can make room
+    std::vector<TrackedAircraft> _madeRoom;
     u64 _replies = 0;
     u64 _tracked = 0;
     u64 _killed = 0;
+    u64 _killedForRoom = 0;
+    u64 _notTaken = 0;
 };
 
 } // namespace tolvarin::ondrel::client

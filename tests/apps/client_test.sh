@@ -263,7 +263,7 @@ run track --every 20 long.txt
 expect "a table each 20 of 60 seconds" 3 "$(grep -cE '^[0-9.]+: [0-9]+ aircraft$' out)"
 
 printf '%s\n' "1.000,$good" "2.000,8D4840D6202CC371C32CE0576098" \
-    "31.500,8D4840D6202CC371C32CE0576098" >two.txt
+    31.500,8D4840D6202CC371C32CE0576098{,,} >two.txt
 run track --silent-after 30 two.txt
 expect "silent: killed with a line" \
     "31.500  40621D  -  killed, silent for 30.500 s 1 1" \
@@ -304,6 +304,12 @@ for i in 0 1 86400 2 3; do echo "$((1700000000 + i)),$good"; done >wild.txt
 run track --silent-after 300 wild.txt
 expect "a wild stamp" "0 1 0.0 1" "$(counted killed) $(counted 'stamps not believed') \
 $(awk '/^40621D/ { print $NF }' out) $(grep -c '^wild.txt: the stamp of reply 3 is 86399.000 s ahead' err)"
+# Half an hour ahead is a gap that can be; one reply alone removes no aircraft for it.
+printf '%s\n' "1700000000,$good" "1700001800,8D4840D6202CC371C32CE0576098" >gap.txt
+for silence in 300 never; do
+    run track --silent-after $silence gap.txt
+    expect "a gap, --silent-after $silence" "0 2" "$(counted killed) $(counted aircraft)"
+done
 echo "1700000000000,$good" >milliseconds.txt
 run track milliseconds.txt
 expect "milliseconds are no seconds" "1 1" "$status $(grep -c 'expected seconds: put a point' err)"
@@ -320,7 +326,7 @@ done
 run track --report 4840d6 two.txt
 expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 3" \
     "$status $(head -1 out) $(grep -cEx -e 'Callsign +KLM1023 {10}yes {4}31.500 {20}2.000' \
-        -e 'Altitude {27}- {10}no {5}-' -e '  ACID {29}2' out)"
+        -e 'Altitude {27}- {10}no {5}-' -e '  ACID {29}4' out)"
 run track --report 4840D7 two.txt
 expect "one aircraft that is not there" "1 0 2 ondrel: no aircraft 4840D7 is tracked" \
     "$status $(wc -c <out) $(counted aircraft) $(tail -1 err)"

@@ -18,6 +18,9 @@ namespace {
 
 TEST(Tracking, CountsAndKills) {
     TrackedLines tracked(threeAircraft());
+    EXPECT_TRUE(tracked.tracking.killSilentFor(3300).empty()); // only one reply came so late
+    tracked.tracking.moveTo(5300);
+    tracked.tracking.moveTo(5300);
     EXPECT_TRUE(tracked.tracking.killSilentFor(3301).empty());
     EXPECT_TRUE(tracked.tracking.killSilentFor(100000).empty()); // longer than the recording
     const auto killed = tracked.tracking.killSilentFor(3300);
@@ -28,6 +31,8 @@ TEST(Tracking, CountsAndKills) {
               "  tracked                     6  100.0 %\n"
               "aircraft                      2\n"
               "killed                        1\n"
+              "  to make room                0\n"
+              "replies without room          0\n"
               "positions                     2\n"
               "  refused                     0    0.0 %\n"
               "  unconfirmed                 0    0.0 %\n"
@@ -46,6 +51,42 @@ TEST(TrackHistory, HasThePlacesInTheirOrder) {
     EXPECT_EQ(history.trackOf(0x40621D).back().latitude, 52.01);
     history.forget(0x40621D);
     EXPECT_EQ(history.trackOf(0x40621D).size(), 0U);
+}
+
+/// An aircraft with this address, heard at that time.
+void hear(Tracking& tracking, ModeSDecoder& decoder, u32 address, u64 timeMs) {
+    const Reply reply{simulator::df17(address, 5, simulator::identification(4, 3, "X")), timeMs};
+    tracking.moveTo(timeMs);
+    tracking.take(decodeReply(decoder, reply).get());
+}
+
+TEST(Tracking, MakesRoomInAFullTable) {
+    constexpr u64 start = 1000000;
+    constexpr u64 late = start + 64 + Tracking::shortestSilence;
+    for (const bool keepAll : {false, true}) {
+        ModeSDecoder decoder;
+        Tracking tracking(std::nullopt);
+        if (keepAll) {
+            tracking.keepAll();
+        }
+        for (u32 i = 1; i <= 4095; ++i) {
+            hear(tracking, decoder, i, start + i);
+        }
+        hear(tracking, decoder, 4096, start + 5000);
+        EXPECT_EQ(tracking.counts().notTaken, 1U);
+
+        // The time has to come three times. Then those go that are silent for so long, 64 at most.
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_EQ(tracking.counts().aircraft, 4095U);
+            hear(tracking, decoder, 4096, late);
+        }
+        EXPECT_EQ(tracking.madeRoom().size(), keepAll ? 0U : 64U);
+        EXPECT_EQ(tracking.counts().madeRoom, keepAll ? 0U : 64U);
+        EXPECT_EQ(tracking.counts().notTaken, keepAll ? 4U : 3U);
+        EXPECT_EQ(tracking.counts().aircraft, keepAll ? 4095U : 4095U - 64 + 1);
+        EXPECT_EQ(tracking.aircraft().size(), tracking.counts().aircraft);
+        EXPECT_EQ(tracking.aircraft().front().icaoAddr(), keepAll ? 1U : 65U);
+    }
 }
 
 std::string positionLine(int second, double latitude, bool odd) {
