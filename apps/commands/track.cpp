@@ -27,7 +27,8 @@ namespace {
 constexpr const char* description = "Track the aircraft of a recording";
 
 constexpr const char* tableHelp = R"(
-The table has a line for each aircraft. A dash stands for what was not received.
+The table has a line for each aircraft with at least two messages (--min-messages): one
+message alone may be noise that decoded into some address. A dash stands for what was not received.
 )";
 
 constexpr const char* footer = R"(
@@ -73,6 +74,7 @@ constexpr const char* never = "never";
 constexpr int interruptedStatus = 130;
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
+constexpr u64 mostMessages = 1000000;
 constexpr u64 mostFeet = 200000;
 constexpr double latestStart = 9999999999; // seconds since 1970, ten digits
 constexpr u64 longestCheckPeriod = 1000;   // ms between two searches for silent aircraft
@@ -178,11 +180,13 @@ public:
         std::vector<TrackedAircraft> all = sortedAircraft();
         writePages(all);
         _sink->show(all, _tracking.now());
+        _hidden = _tracking.counts().aircraft - all.size();
         return all;
     }
 
     TrackRunCounts counts() const {
-        return {_tracking.counts(), _stamping.doubted(), _stamping.refused(), _input.unreadable()};
+        return {_tracking.counts(), _hidden, _stamping.doubted(), _stamping.refused(),
+                _input.unreadable()};
     }
 
 private:
@@ -278,13 +282,22 @@ private:
         if (_options.silentMs) {
             for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
                 _history.forget(aircraft.icaoAddr());
-                _sink->showKilled(aircraft, _tracking.now());
+                if (isShown(aircraft)) {
+                    _sink->showKilled(aircraft, _tracking.now());
+                }
             }
         }
     }
 
+    bool isShown(const ADSBTarget& aircraft) const {
+        return _options.reportAddress || aircraft.statisticDfMsgCount() >= _options.minMessages;
+    }
+
     std::vector<TrackedAircraft> sortedAircraft() const {
         std::vector<TrackedAircraft> all = _tracking.aircraft();
+        all.erase(std::remove_if(all.begin(), all.end(),
+                                 [this](const TrackedAircraft& one) { return !isShown(one); }),
+                  all.end());
         sortAircraft(all, _tracking.now(), aircraftColumn(_options.sortKey), _options.descending);
         return all;
     }
@@ -307,6 +320,7 @@ private:
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;
+    u64 _hidden = 0; ///< aircraft of the table that are not shown at the end
     bool _saidRoom = false;
     bool _saidNoRoom = false;
 };
@@ -329,6 +343,13 @@ void TrackCommand::addOutputOptions() {
         ->type_name("COLUMN=address")
         ->check(CLI::IsMember(aircraftColumnKeys()).description(""));
     line().add_flag("--reverse", _options.descending, "Sort from the highest to the lowest");
+    line()
+        .add_option("--min-messages", _options.minMessages,
+                    "Show aircraft of which so many messages were counted;\n"
+                    "the summary tells how many are hidden. --report shows\n"
+                    "every aircraft")
+        ->type_name("N=2")
+        ->transform(wholeNumber(1, mostMessages));
     line()
         .add_option("--html", _options.htmlFolder,
                     "Write pages for a browser into this folder: index.html\n"

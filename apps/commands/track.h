@@ -17,6 +17,7 @@ struct TrackOptions {
     std::string sortKey = "address";       ///< of a column
     bool descending = false;               ///< sort from the highest to the lowest
     std::optional<u64> everyMs;            ///< show all aircraft each time
+    u32 minMessages = 2;                   ///< show aircraft with so many; not for a report
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
     bool keepAll = false;                  ///< also when the table is full
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed

@@ -73,6 +73,7 @@ std::string trackSummary(const TrackRunCounts& counts) {
     std::string table = countRow("replies read", tracking.replies);
     table += countRow("  tracked", tracking.tracked, tracking.replies);
     table += countRow("aircraft", tracking.aircraft);
+    table += countRow("  hidden", counts.hidden);
     table += countRow("killed", tracking.killed);
     table += countRow("  to make room", tracking.madeRoom);
     table += countRow("replies without room", tracking.notTaken);

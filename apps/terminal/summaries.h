@@ -33,6 +33,7 @@ private:
 /// What a run of `ondrel track` counted.
 struct TrackRunCounts {
     TrackingCounts tracking;
+    u64 hidden;        ///< aircraft of the table that were not shown
     u64 doubtedStamps; ///< that were not believed
     u64 refusedStamps; ///< of the other kind than the first one
     u64 unreadableLines;

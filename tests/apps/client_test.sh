@@ -250,7 +250,7 @@ expect "all damaged, many repaired and many refused" 1 \
 # -- track -------------------------------------------------------------------------------------
 
 run track long.txt
-aircraft=$(counted aircraft)
+aircraft=$(($(counted aircraft) - $(counted hidden)))
 expect "track: a line for each aircraft" "0 1 $((aircraft + 2))" \
     "$status $((aircraft > 10)) $(wc -l <out)"
 expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
@@ -264,11 +264,11 @@ expect "a table each 20 of 60 seconds" 3 "$(grep -cE '^[0-9.]+: [0-9]+ aircraft$
 
 printf '%s\n' "1.000,$good" "2.000,8D4840D6202CC371C32CE0576098" \
     31.500,8D4840D6202CC371C32CE0576098{,,} >two.txt
-run track --silent-after 30 two.txt
+run track --silent-after 30 --min-messages 1 two.txt
 expect "silent: killed with a line" \
     "31.500  40621D  -  killed, silent for 30.500 s 1 1" \
     "$(head -1 out) $(counted aircraft) $(counted killed)"
-run track --silent-after 30 --json two.txt
+run track --silent-after 30 --min-messages 1 --json two.txt
 expect "silent: the last of it" "true false" \
     "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
 
@@ -323,6 +323,22 @@ for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
         ".*\"altitude\":\{\"value\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
 done
 
+for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 four
+    read -r least shown hidden <<<"$row"
+    run track --min-messages "$least" --html least two.txt
+    expect "--min-messages $least" "$shown $shown $hidden 2" \
+        "$(grep -c '^4' out) $(grep -c 'td class="address"' least/index.html) $(counted hidden) \
+$(counted aircraft)"
+done
+run track two.txt
+expect "one message is too few" "4840D6" "$(tail -n +3 out | cut -c 1-6)"
+run track --json two.txt
+expect "one message is too few, JSON" 1 "$(wc -l <out)"
+run track --report 40621D two.txt
+expect "a report of one message" "0 1" "$status $(grep -c '^Aircraft 40621D' out)"
+refuse 2 "ondrel track: --min-messages: expected a whole number from 1 .*, not '0'" \
+    track --min-messages 0 two.txt
+
 run track --report 4840d6 two.txt
 expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 3" \
     "$status $(head -1 out) $(grep -cEx -e 'Callsign +KLM1023 {10}yes {4}31.500 {20}2.000' \
@@ -366,7 +382,7 @@ echo "$wrong" >&4
 for arguments in "--pace 1 hours.txt" "-"; do
     rm err # of the one before
     # shellcheck disable=SC2086
-    "$client" track --log info $arguments <live_source >live 2>err &
+    "$client" track --min-messages 1 --log info $arguments <live_source >live 2>err &
     for _ in {1..200}; do
         grep -qs 'Fix 1 bit' err && break
         sleep 0.05

@@ -26,19 +26,20 @@ TEST(Tracking, CountsAndKills) {
     const auto killed = tracked.tracking.killSilentFor(3300);
     ASSERT_EQ(killed.size(), 1U);
     EXPECT_EQ(killed.front().icaoAddr(), 0x40621DU);
-    EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3}),
+    EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3, 4}),
               "replies read                  6\n"
               "  tracked                     6  100.0 %\n"
               "aircraft                      2\n"
+              "  hidden                      1\n"
               "killed                        1\n"
               "  to make room                0\n"
               "replies without room          0\n"
               "positions                     2\n"
               "  refused                     0    0.0 %\n"
               "  unconfirmed                 0    0.0 %\n"
-              "stamps not believed           1\n"
-              "stamps of other kind          2\n"
-              "lines not readable            3");
+              "stamps not believed           2\n"
+              "stamps of other kind          3\n"
+              "lines not readable            4");
 }
 
 TEST(TrackHistory, HasThePlacesInTheirOrder) {
