@@ -28,7 +28,12 @@ bool Stamping::stamp(Reply& reply) {
             noteRefused();
             return false;
         }
-        time = followed(*reply.stampMs + _offset);
+        const u64 before = time;
+        time = *reply.stampMs + _offset;
+        const RunClock::Step step = _time.follow(time);
+        if (step != RunClock::Step::Followed) {
+            time = timeAfter(step, before, time);
+        }
     }
     reply.stampMs = std::max<u64>(1, time);
     return true;
@@ -52,13 +57,8 @@ void Stamping::noteRefused() {
     }
 }
 
-/// The stamp, or the time of the run if the stamp is doubted.
-u64 Stamping::followed(u64 stampMs) {
-    const u64 before = now();
-    const RunClock::Step step = _time.follow(stampMs);
-    if (step == RunClock::Step::Followed) {
-        return stampMs;
-    }
+/// The time of a reply whose stamp did not follow: the stamp, or the time before if it is doubted.
+u64 Stamping::timeAfter(RunClock::Step step, u64 before, u64 stampMs) {
     if (step == RunClock::Step::Doubted) {
         if (++_doubted == 1) {
             reportDoubt(stampMs);

@@ -55,7 +55,7 @@ public:
 private:
     void begin(const Reply& first);
     void noteRefused();
-    u64 followed(u64 stampMs);
+    u64 timeAfter(RunClock::Step step, u64 before, u64 stampMs);
     void reportDoubt(u64 stampMs);
 
     Report _report;
