@@ -3,8 +3,10 @@
 #include "compare.h"
 
 #include "apps/decoding/decoded_reply.h"
+#include "apps/input/replay.h"
 #include "apps/input/reply_source.h"
 #include "apps/terminal/reply_text.h"
+#include "apps/tracking/tracking.h"
 
 #include "simulator/recording.h"
 
@@ -78,15 +80,18 @@ std::unique_ptr<ModeSMessage> decodedAlone(ModeSDecoder& decoder, const client::
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0)));
 }
 
-const InTable trackRows({"trackRecording", "a recording read, decoded and tracked.",
-                         "the same replies in memory, decoded and tracked."});
+const InTable
+    trackRows({"trackRecording",
+               "a recording read, stamped, decoded and tracked, with the check of its positions.",
+               "the same replies in memory, decoded and tracked."});
 
 void trackRecording(benchmark::State& state) {
     const Recording recording;
     const auto& replies = recording.replies();
     Reader reader(recording);
     ModeSDecoder decoder;
-    ADSBTracker tracker;
+    client::Stamping stamping([](const std::string&) {});
+    client::Tracking tracking(std::nullopt);
     client::Reply reply;
     ModeSDecoder floorDecoder;
     ADSBTracker floorTracker;
@@ -94,8 +99,10 @@ void trackRecording(benchmark::State& state) {
         state, replies.size(),
         [&](std::size_t i) {
             reader.read(i, reply);
+            stamping.stamp(reply);
+            tracking.moveTo(stamping.now());
             const auto message = decodeReply(decoder, reply);
-            benchmark::DoNotOptimize(tracker.procModeSMsg(message.get()));
+            benchmark::DoNotOptimize(tracking.take(message.get()));
         },
         [&](std::size_t i) {
             const auto message = decodedAlone(floorDecoder, replies[i]);

@@ -6,6 +6,7 @@
 #include "apps/common/interruption.h"
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
+#include "apps/input/recording_start.h"
 #include "apps/input/replay.h"
 #include "apps/json/aircraft_json.h"
 #include "apps/pages/page_folder.h"
@@ -26,14 +27,33 @@ namespace {
 constexpr const char* description = "Track the aircraft of a recording";
 
 constexpr const char* tableHelp = R"(
-The table has a line for each aircraft. A dash stands for what was not received.
+The table has a line for each aircraft with at least two messages (--min-messages): one
+message alone may be noise that decoded into some address. A dash stands for what was not received.
 )";
 
 constexpr const char* footer = R"(
-A reply has the time stamp of its line. A line without a stamp gets the stamp of the line
+A reply has the time stamp of its line. A line without a stamp gets the time of the line
 before it. If the first reply has no stamp, the clock stamps all replies as they are
 read. A position needs two messages not too far apart in time, so positions are then only
 right if the lines come at the speed at which they were received.
+
+A stamp more than an hour ahead or more than 10 s back is not believed until three in a
+row agree. Until then, the replies have the time of the line before them. Then the time
+goes there, also back. The stamps of a recording are either seconds since 1970 or those
+of a counter: replies whose stamps are of the other kind than the first are left out.
+
+Without --start, a counter tells no date, and all times are seconds since its zero.
+
+A position is shown if the aircraft can have come there from its last one at --max-speed,
+with one nautical mile to spare; of a time between the two, at most ten minutes count.
+Three other positions in a row that agree with each other overrule the last one. A first
+position is shown when a second one agrees. Positions agree only if their messages are of
+even and odd format in turn. The summary counts those that were refused, and aircraft
+whose first position is not confirmed.
+
+The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
+longest make room, each for 300 s at least, and without that, replies of new aircraft are
+left out. Aircraft are removed only when three replies in a row have come to that time.
 
 How far a reply is believed depends on the system clock, not on stamps: the aircraft must
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
@@ -51,22 +71,26 @@ Exit status:
   2    the command line is wrong
   130  interrupted)";
 
+constexpr const char* never = "never";
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
+constexpr u64 mostMessages = 1000000;
 constexpr u64 mostFeet = 200000;
-constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
-constexpr std::size_t helpWidth = 54;    // longest line in the description of an option
+constexpr double latestStart = 9999999999; // seconds since 1970, ten digits
+constexpr u64 longestCheckPeriod = 1000;   // ms between two searches for silent aircraft
+constexpr std::size_t helpWidth = 54;      // longest line in the description of an option
+
+/// Of a number of seconds.
+u64 milliseconds(double seconds) {
+    return static_cast<u64>(std::llround(seconds * 1000));
+}
 
 /// Adds an option in seconds, which may have a fraction.
-void addSeconds(CLI::App& command, const std::string& name, std::optional<u64>& milliseconds,
+void addSeconds(CLI::App& command, const std::string& name, std::optional<u64>& option,
                 const std::string& help) {
     command
         .add_option_function<double>(
-            name,
-            [&milliseconds](double seconds) {
-                milliseconds = static_cast<u64>(std::llround(seconds * 1000));
-            },
-            help)
+            name, [&option](double seconds) { option = milliseconds(seconds); }, help)
         ->type_name("SECONDS")
         ->check(number(0.001, longestSeconds));
 }
@@ -91,6 +115,25 @@ AltitudeCheck altitudeCheck(const std::string& text) {
     return {numberAt(0), numberAt(text.find(',') + 1)};
 }
 
+/// What is wrong with the text of a start; empty if nothing is.
+std::string startError(std::string& text) {
+    return text == "mtime" ? "" : number(0, latestStart)(text);
+}
+
+/// What is wrong with the text of a silence; empty if nothing is.
+std::string silenceError(std::string& text) {
+    return text == never ? "" : number(0.001, longestSeconds)(text);
+}
+
+/// In milliseconds since 1970. The text has passed startError().
+std::optional<u64> startOf(const TrackOptions& options, const std::string& path) {
+    if (!options.start) {
+        return std::nullopt;
+    }
+    return *options.start == "mtime" ? startByModification(path)
+                                     : milliseconds(std::stod(*options.start));
+}
+
 std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
     if (options.json) {
         return std::make_unique<AircraftJsonLines>(output);
@@ -103,9 +146,11 @@ std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& outp
 class TrackRun {
 public:
     /// All arguments must outlive the run.
-    TrackRun(const TrackOptions& options, ReplyInput& input, Output& output, Console& console)
+    TrackRun(const TrackOptions& options, std::optional<u64> startMs, ReplyInput& input,
+             Output& output, Console& console)
         : _options(options), _input(input), _console(console), _sink(makeSink(options, output)),
-          _tracking(options.altitudeCheck) {
+          _stamping([this](const std::string& message) { report(message); }, startMs),
+          _tracking(options.altitudeCheck, options.greatestKnots) {
         if (options.htmlFolder) {
             _pages.emplace(*options.htmlFolder);
         }
@@ -116,6 +161,9 @@ public:
         if (options.everyMs) {
             _shows.emplace(*options.everyMs);
         }
+        if (options.keepAll) {
+            _tracking.keepAll();
+        }
         if (options.silentMs) {
             _checks.emplace(std::min(*options.silentMs, longestCheckPeriod));
         }
@@ -123,81 +171,139 @@ public:
 
     /// Reads to the end of the input or until an interruption, and shows what there is then. Gives
     /// the aircraft that were tracked to the end.
-    std::vector<ADSBTarget> run() {
+    std::vector<TrackedAircraft> run() {
         Reply reply;
         while (next(reply)) {
-            moveTo(*reply.stampMs);
+            moveTo(_stamping.now());
             take(_input.decode(reply).get());
         }
         killSilent();
-        std::vector<ADSBTarget> all = sortedAircraft();
+        std::vector<TrackedAircraft> all = sortedAircraft();
         writePages(all);
         _sink->show(all, _tracking.now());
+        _hidden = _tracking.counts().aircraft - all.size();
         return all;
     }
 
-    TrackingCounts counts() const { return _tracking.counts(); }
+    TrackRunCounts counts() const {
+        return {_tracking.counts(), _hidden, _stamping.doubted(), _stamping.refused(),
+                _input.unreadable()};
+    }
 
 private:
     /// Puts the next reply into `reply`, with its stamp, when its time has come. False at the end
     /// of the input and after an interruption.
     bool next(Reply& reply) {
-        if (!_input.next(reply)) {
-            return false;
-        }
-        const bool first = !_stamping.begun();
-        _stamping.stamp(reply);
-        if (first && _stamping.byClock()) {
-            reportMissingStamps();
+        bool first = false;
+        do {
+            if (!_input.next(reply)) {
+                return false;
+            }
+            first = !_stamping.begun();
+        } while (!_stamping.stamp(reply));
+        if (first) {
+            checkStamps();
         }
         if (_pace) {
-            _pace->waitFor(*reply.stampMs);
+            waitFor(*reply.stampMs);
         }
         return !interrupted();
     }
 
-    void reportMissingStamps() {
+    /// Call it after the first reply.
+    void checkStamps() {
+        if (_options.start && !_stamping.byCounter()) {
+            throw Failure("--start is for stamps of a counter; the first reply of " +
+                          _input.name() + " has none");
+        }
+        if (!_stamping.byClock()) {
+            return;
+        }
         if (_pace) {
             throw Failure("cannot replay " + _input.name() + ": its first reply has no time stamp");
         }
-        _console.write(_input.name() + ": the first reply has no time stamp; all are stamped with "
-                                       "the clock");
+        report("the first reply has no time stamp; all are stamped with the clock. Ages and times "
+               "tell when a reply was read, and positions may be wrong or missing");
     }
 
-    /// A period ends before the reply of this stamp is taken in, so it is shown without that reply.
-    void moveTo(u64 stampMs) {
-        if (_shows && _shows->ended(stampMs)) {
+    void waitFor(u64 stampMs) {
+        if (_stamping.jumped()) {
+            _pace->restart();
+        }
+        _pace->waitFor(stampMs);
+    }
+
+    void report(const std::string& message) { _console.write(_input.name() + ": " + message); }
+
+    /// A period ends before the reply of this time is taken in, so it is shown without that reply.
+    void moveTo(u64 timeMs) {
+        if (_shows && _shows->ended(timeMs)) {
             _sink->show(sortedAircraft(), _tracking.now());
         }
-        _tracking.moveTo(stampMs);
-        if (_checks && _checks->ended(stampMs)) {
+        _tracking.moveTo(timeMs);
+        if (_checks && _checks->ended(timeMs)) {
             killSilent();
         }
     }
 
     void take(const DFMessage* message) {
         const ADSBTarget* aircraft = _tracking.take(message);
-        if (_pages && aircraft != nullptr) {
-            _history.note(*aircraft);
+        noteLosses();
+        const auto verdict = _tracking.verdict();
+        if (_pages && verdict) {
+            notePosition(*aircraft, *verdict);
+        }
+    }
+
+    /// Says once which aircraft a full table loses.
+    void noteLosses() {
+        for (const TrackedAircraft& aircraft : _tracking.madeRoom()) {
+            _history.forget(aircraft.icaoAddr());
+        }
+        if (!_saidRoom && !_tracking.madeRoom().empty()) {
+            _saidRoom = true;
+            report("the table is full; those silent for longest, 300 s at least, make room");
+        }
+        if (!_saidNoRoom && _tracking.notTaken() > 0) {
+            _saidNoRoom = true;
+            report("the table is full; replies of new aircraft are left out");
+        }
+    }
+
+    void notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict) {
+        if (verdict == PositionCheck::Verdict::Overruled) {
+            _history.forget(aircraft.icaoAddr());
+        }
+        if (const auto position = _tracking.positionOf(aircraft)) {
+            _history.note(aircraft.icaoAddr(), position->place);
         }
     }
 
     void killSilent() {
         if (_options.silentMs) {
-            for (const ADSBTarget& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
+            for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
                 _history.forget(aircraft.icaoAddr());
-                _sink->showKilled(aircraft, _tracking.now());
+                if (isShown(aircraft)) {
+                    _sink->showKilled(aircraft, _tracking.now());
+                }
             }
         }
     }
 
-    std::vector<ADSBTarget> sortedAircraft() const {
-        std::vector<ADSBTarget> all = _tracking.aircraft();
+    bool isShown(const ADSBTarget& aircraft) const {
+        return _options.reportAddress || aircraft.statisticDfMsgCount() >= _options.minMessages;
+    }
+
+    std::vector<TrackedAircraft> sortedAircraft() const {
+        std::vector<TrackedAircraft> all = _tracking.aircraft();
+        all.erase(std::remove_if(all.begin(), all.end(),
+                                 [this](const TrackedAircraft& one) { return !isShown(one); }),
+                  all.end());
         sortAircraft(all, _tracking.now(), aircraftColumn(_options.sortKey), _options.descending);
         return all;
     }
 
-    void writePages(const std::vector<ADSBTarget>& all) const {
+    void writePages(const std::vector<TrackedAircraft>& all) const {
         if (_pages) {
             _pages->write({_input.name(), _tracking.now(), all, _history});
             _console.write("pages for a browser: " + _pages->indexPath());
@@ -215,6 +321,9 @@ private:
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;
+    u64 _hidden = 0; ///< aircraft of the table that are not shown at the end
+    bool _saidRoom = false;
+    bool _saidNoRoom = false;
 };
 
 } // namespace
@@ -235,6 +344,13 @@ void TrackCommand::addOutputOptions() {
         ->type_name("COLUMN=address")
         ->check(CLI::IsMember(aircraftColumnKeys()).description(""));
     line().add_flag("--reverse", _options.descending, "Sort from the highest to the lowest");
+    line()
+        .add_option("--min-messages", _options.minMessages,
+                    "Show aircraft of which so many messages were counted;\n"
+                    "the summary tells how many are hidden. --report shows\n"
+                    "every aircraft")
+        ->type_name("N=2")
+        ->transform(wholeNumber(1, mostMessages));
     line()
         .add_option("--html", _options.htmlFolder,
                     "Write pages for a browser into this folder: index.html\n"
@@ -257,15 +373,39 @@ void TrackCommand::addOutputOptions() {
 }
 
 void TrackCommand::addTrackingOptions() {
-    addSeconds(line(), "--silent-after", _options.silentMs,
-               "Remove an aircraft that was not heard for so long in\n"
-               "the recording, and write a line about it");
+    line()
+        .add_option_function<std::string>(
+            "--silent-after",
+            [this](const std::string& text) {
+                _options.keepAll = text == never;
+                if (!_options.keepAll) {
+                    _options.silentMs = milliseconds(std::stod(text));
+                }
+            },
+            "Remove an aircraft that was not heard for so long in\n"
+            "the recording, and write a line about it; never: keep\n"
+            "all even when the table is full")
+        ->type_name("SECONDS|never")
+        ->check(CLI::Validator(silenceError, ""));
+    line()
+        .add_option("--start", _options.start,
+                    "When the first reply of a counter was received, in\n"
+                    "seconds since 1970-01-01 UTC; mtime: guess it from the\n"
+                    "time at which the file was last changed")
+        ->type_name("TIME|mtime")
+        ->check(CLI::Validator(startError, ""));
     line()
         .add_option("--pace", _options.pace,
                     "Replay the recording at this multiple of the speed\n"
                     "at which it was received")
         ->type_name("FACTOR")
         ->check(number(0.001, 1e6));
+    line()
+        .add_option("--max-speed", _options.greatestKnots,
+                    "Believe a position if the aircraft can have flown\n"
+                    "there at this speed")
+        ->type_name("KNOTS=2000")
+        ->check(number(1, 1e6));
     line()
         .add_option_function<std::string>(
             "--altitude-check",
@@ -280,11 +420,11 @@ int TrackCommand::run() {
     Output output("-");
     Console console(output);
     ReplyInput input(_input, console);
-    TrackRun track(_options, input, output, console);
-    const std::vector<ADSBTarget> aircraft = track.run();
+    TrackRun track(_options, startOf(_options, _input.arguments.front()), input, output, console);
+    const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
-    console.write(trackSummary(track.counts(), input.unreadable()));
-    const auto isWanted = [this](const ADSBTarget& one) {
+    console.write(trackSummary(track.counts()));
+    const auto isWanted = [this](const TrackedAircraft& one) {
         return one.icaoAddr() == *_options.reportAddress;
     };
     if (_options.reportAddress && std::none_of(aircraft.begin(), aircraft.end(), isWanted)) {

@@ -17,11 +17,15 @@ struct TrackOptions {
     std::string sortKey = "address";       ///< of a column
     bool descending = false;               ///< sort from the highest to the lowest
     std::optional<u64> everyMs;            ///< show all aircraft each time
+    u32 minMessages = 2;                   ///< show aircraft with so many; not for a report
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
+    bool keepAll = false;                  ///< also when the table is full
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
     std::optional<AltitudeCheck> altitudeCheck;
+    double greatestKnots = PositionCheck::usualKnots;
+    std::optional<std::string> start; ///< of a counter: seconds since 1970, or "mtime"
 };
 
 /// `ondrel track`: the aircraft of a recording as a table, JSON or pages.

@@ -11,6 +11,7 @@ namespace tolvarin::ondrel::client {
 struct Reply {
     std::string bytes;          ///< at least one; byte 0 came first
     std::optional<u64> stampMs; ///< when it was received; nothing if the source does not know
+    bool byCounter = false;     ///< stampMs is of a counter, whose zero may be at any time
 };
 
 } // namespace tolvarin::ondrel::client

@@ -86,11 +86,11 @@ std::string secondsText(u64 milliseconds) {
 }
 
 std::string timeText(u64 milliseconds) {
-    constexpr u64 longestCounter = (u64{1} << 48U) / 12000; // ms
+    constexpr u64 firstDate = 946684800000; // ms; a 48-bit counter of 12 MHz does not reach it
     const auto seconds = static_cast<std::time_t>(milliseconds / 1000);
     std::tm fields = {};
     std::array<char, 40> text{};
-    if (milliseconds <= longestCounter || gmtime_r(&seconds, &fields) == nullptr ||
+    if (milliseconds < firstDate || gmtime_r(&seconds, &fields) == nullptr ||
         std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &fields) == 0) {
         return secondsText(milliseconds);
     }

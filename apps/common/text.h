@@ -29,8 +29,8 @@ std::string squawkText(u32 squawk);
 /// Seconds with three decimals: 1500 is "1.500".
 std::string secondsText(u64 milliseconds);
 
-/// Date and time in UTC: "2023-11-14T22:13:20.250Z". A time that a 48-bit counter of 12 MHz can
-/// reach (271 days) counts as such a counter and shows in seconds.
+/// Date and time in UTC: "2023-11-14T22:13:20.250Z". A time before the year 2000 is no date but
+/// counts from some start, as that of a counter does, and shows in seconds.
 std::string timeText(u64 milliseconds);
 
 /// The number rounded to so many decimals; never "-0".

@@ -9,16 +9,16 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-using Target = ADSBTarget;
+using Target = TrackedAircraft;
 using Cell = std::optional<Value>;
 
 constexpr Alignment left = Alignment::Left;
 constexpr Alignment right = Alignment::Right;
 
 /// The cell of a number that has a getter and a flag.
-template <auto isValid, auto number, int decimals = 0>
+template <auto isValid, auto number>
 Cell numberIf(const Target& t, u64 /*newestMs*/) {
-    return (t.*isValid)() ? Cell(decimal((t.*number)(), decimals)) : std::nullopt;
+    return (t.*isValid)() ? Cell(decimal((t.*number)(), 0)) : std::nullopt;
 }
 
 Cell address(const Target& t, u64 /*newestMs*/) {
@@ -38,6 +38,12 @@ Cell squawk(const Target& t, u64 /*newestMs*/) {
 Cell heading(const Target& t, u64 /*newestMs*/) {
     const double degrees = std::fmod(std::round(t.heading()), 360);
     return t.headingValid() ? Cell(decimal(degrees, 0)) : std::nullopt;
+}
+
+/// The cell of a coordinate of the accepted position.
+template <auto coordinate>
+Cell degreesIf(const Target& t, u64 /*newestMs*/) {
+    return t.position ? Cell(decimal(t.position->place.*coordinate, 5)) : std::nullopt;
 }
 
 Cell groundStatus(const Target& t, u64 /*newestMs*/) {
@@ -72,10 +78,9 @@ const std::vector<AircraftColumn>& aircraftColumns() {
         {"heading", "heading", "deg", "over ground", right, heading},
         {"rate", "vertical", "ft/min", "barometric", right,
          numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro>},
-        {"latitude", "latitude", "deg", "north is positive", right,
-         numberIf<&Target::positionValid, &Target::latitude, 5>},
+        {"latitude", "latitude", "deg", "north is positive", right, degreesIf<&GeoPoint::latitude>},
         {"longitude", "longitude", "deg", "east is positive", right,
-         numberIf<&Target::positionValid, &Target::longitude, 5>},
+         degreesIf<&GeoPoint::longitude>},
         {"status", "status", "", "", left, groundStatus},
         {"version", "MOPS", "", "the version, with ? until it is confirmed", left, version},
         {"nic", "NIC", "", "integrity of the position", right,
@@ -117,8 +122,8 @@ const AircraftColumn& aircraftColumn(std::string_view key) {
                          [key](const AircraftColumn& column) { return column.key == key; });
 }
 
-void sortAircraft(std::vector<ADSBTarget>& aircraft, u64 newestMs, const AircraftColumn& column,
-                  bool descending) {
+void sortAircraft(std::vector<TrackedAircraft>& aircraft, u64 newestMs,
+                  const AircraftColumn& column, bool descending) {
     const auto isBefore = [&](const Target& one, const Target& other) {
         const Cell cell = column.cell(one, newestMs);
         const Cell otherCell = column.cell(other, newestMs);

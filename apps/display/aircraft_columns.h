@@ -1,8 +1,8 @@
 #pragma once
 
 #include "apps/display/aircraft_data.h"
+#include "apps/tracking/tracked_aircraft.h"
 
-#include <ondrel/adsb_target.h>
 #include <ondrel/types.h>
 
 #include <optional>
@@ -24,7 +24,7 @@ struct AircraftColumn {
 
     /// The entry of an aircraft, and what the column is sorted by; nothing if the aircraft has no
     /// valid value. `newestMs` is the newest stamp of all replies.
-    std::optional<Value> (*cell)(const ADSBTarget& aircraft, u64 newestMs);
+    std::optional<Value> (*cell)(const TrackedAircraft& aircraft, u64 newestMs);
 };
 
 /// All columns from left to right. A new column is one row here.
@@ -41,7 +41,7 @@ const AircraftColumn& aircraftColumn(std::string_view key);
 
 /// Sorts the aircraft by a column. Those without a valid value come last in either direction;
 /// equal ones keep their order.
-void sortAircraft(std::vector<ADSBTarget>& aircraft, u64 newestMs, const AircraftColumn& column,
-                  bool descending);
+void sortAircraft(std::vector<TrackedAircraft>& aircraft, u64 newestMs,
+                  const AircraftColumn& column, bool descending);
 
 } // namespace tolvarin::ondrel::client

@@ -33,7 +33,9 @@ Value yesNo(bool set) {
 }
 
 // Programs rely on the keys and on the order of the rows.
-std::vector<AircraftDatum> dataOf(const ADSBTarget& t) {
+std::vector<AircraftDatum> dataOf(const TrackedAircraft& t) {
+    const bool placed = t.position.has_value();
+    const Position position = t.position.value_or(Position{});
     return {
         {"callsign", "Callsign", "", identification, words(callsignOf(t).value_or("")),
          t.callsignLastUpdate() > 0, t.callsignLastUpdate(), t.callsignLastChange()},
@@ -54,10 +56,10 @@ std::vector<AircraftDatum> dataOf(const ADSBTarget& t) {
         {"mops_version_confirmed", "MOPS version confirmed", "", status,
          yesNo(t.mopsVersionConfirmed()), true, t.mopsVersionLastUpdate(),
          t.mopsVersionLastChange()},
-        {"latitude", "Latitude", "deg", motion, decimal(t.latitude(), 6), t.positionValid(),
-         t.positionLastUpdate()},
-        {"longitude", "Longitude", "deg", motion, decimal(t.longitude(), 6), t.positionValid(),
-         t.positionLastUpdate()},
+        {"latitude", "Latitude", "deg", motion, decimal(position.place.latitude, 6), placed,
+         position.stampMs},
+        {"longitude", "Longitude", "deg", motion, decimal(position.place.longitude, 6), placed,
+         position.stampMs},
         {"altitude", "Altitude", "ft", motion, whole(t.altitudeBaro()), t.altitudeBaroValid(),
          t.altitudeBaroLastUpdate()},
         {"ground_speed", "Ground speed", "kt", motion, decimal(t.groundSpeed(), 1),

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/tracking/tracked_aircraft.h"
+
 #include <ondrel/adsb_target.h>
 #include <ondrel/types.h>
 
@@ -45,7 +47,7 @@ struct AircraftDatum {
 
 /// The one list of the data of an aircraft. It has everything that a target holds except address,
 /// track number and message counts. Text, pages and JSON walk it: a new datum is one row here.
-std::vector<AircraftDatum> dataOf(const ADSBTarget& aircraft);
+std::vector<AircraftDatum> dataOf(const TrackedAircraft& aircraft);
 
 /// Messages of one kind.
 struct MessageCount {

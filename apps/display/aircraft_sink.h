@@ -1,6 +1,7 @@
 #pragma once
 
-#include <ondrel/adsb_target.h>
+#include "apps/tracking/tracked_aircraft.h"
+
 #include <ondrel/types.h>
 
 #include <vector>
@@ -17,10 +18,10 @@ public:
     virtual ~AircraftSink() = default;
 
     /// Shows all aircraft in this order. `newestMs` is the newest stamp of all replies.
-    virtual void show(const std::vector<ADSBTarget>& aircraft, u64 newestMs) = 0;
+    virtual void show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) = 0;
 
     /// Shows an aircraft that was removed because it was silent.
-    virtual void showKilled(const ADSBTarget& aircraft, u64 newestMs) = 0;
+    virtual void showKilled(const TrackedAircraft& aircraft, u64 newestMs) = 0;
 };
 
 } // namespace tolvarin::ondrel::client

@@ -1,6 +1,7 @@
 #include "apps/input/replay.h"
 
 #include "apps/common/interruption.h"
+#include "apps/common/text.h"
 
 #include <algorithm>
 
@@ -11,19 +12,78 @@ u64 systemMilliseconds() {
     return static_cast<u64>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
 }
 
-void Stamping::stamp(Reply& reply) {
-    if (!begun()) {
-        _byClock = !reply.stampMs;
+bool Stamping::stamp(Reply& reply) {
+    _jumped = false;
+    if (++_replies == 1) {
+        begin(reply);
     }
     if (_byClock) {
-        reply.stampMs = _clock();
+        _clocked = _clock();
+        reply.stampMs = _clocked;
+        return true;
     }
-    _last = std::max<u64>(1, reply.stampMs.value_or(_last));
-    reply.stampMs = _last;
+    u64 time = now();
+    if (reply.stampMs) {
+        if (reply.byCounter != _byCounter) {
+            noteRefused();
+            return false;
+        }
+        const u64 before = time;
+        time = *reply.stampMs + _offset;
+        const RunClock::Step step = _time.follow(time);
+        if (step != RunClock::Step::Followed) {
+            time = timeAfter(step, before, time);
+        }
+    }
+    reply.stampMs = std::max<u64>(1, time);
+    return true;
+}
+
+void Stamping::begin(const Reply& first) {
+    _byClock = !first.stampMs;
+    _byCounter = first.byCounter;
+    if (_startMs && _byCounter) {
+        _offset = *_startMs - *first.stampMs;
+    }
+}
+
+void Stamping::noteRefused() {
+    if (++_refused == 1) {
+        const std::string seconds = "seconds since 1970";
+        const std::string counter = "the stamp of a counter";
+        _report("reply " + std::to_string(_replies) + " has " + (_byCounter ? seconds : counter) +
+                ", the first one has " + (_byCounter ? counter : seconds) +
+                "; all that differ from the first one are left out");
+    }
+}
+
+/// The time of a reply whose stamp did not follow: the stamp, or the time before if it is doubted.
+u64 Stamping::timeAfter(RunClock::Step step, u64 before, u64 stampMs) {
+    if (step == RunClock::Step::Doubted) {
+        if (++_doubted == 1) {
+            reportDoubt(stampMs);
+        }
+        return before;
+    }
+    _jumped = true;
+    if (stampMs < before && !_wentBack) {
+        _wentBack = true;
+        _report("from reply " + std::to_string(_replies) + " on, the stamps are " +
+                secondsText(before - stampMs) + " s back; the time goes back with them");
+    }
+    return stampMs;
+}
+
+void Stamping::reportDoubt(u64 stampMs) {
+    const bool ahead = stampMs > now();
+    _report("the stamp of reply " + std::to_string(_replies) + " is " +
+            secondsText(ahead ? stampMs - now() : now() - stampMs) + " s " +
+            (ahead ? "ahead" : "back") +
+            "; such stamps are not believed until three in a row agree");
 }
 
 bool Periods::ended(u64 stampMs) {
-    if (!_begin) {
+    if (!_begin || stampMs + RunClock::furthestBack < *_begin) {
         _begin = stampMs;
     }
     const u64 passed = stampMs - std::min(stampMs, *_begin);

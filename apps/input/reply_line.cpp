@@ -4,7 +4,6 @@
 
 #include <charconv>
 #include <cstddef>
-#include <limits>
 #include <optional>
 #include <system_error>
 #include <utility>
@@ -15,6 +14,7 @@ namespace {
 
 constexpr std::size_t tickDigits = 12;
 constexpr u64 ticksPerMs = 12000;
+constexpr u64 longestSeconds = 1000000000000; // 13 digits: the year 33658
 
 // The forms, for messages and for help texts.
 constexpr std::string_view forms = "*HEX;, @TICKSHEX;, HEX or SECONDS[.FRACTION],HEX";
@@ -85,7 +85,22 @@ Problem readTicks(std::string_view digits, Reply& reply) {
         ticks = ticks << 4U | *digit;
     }
     reply.stampMs = ticks / ticksPerMs;
+    reply.byCounter = true;
     return std::nullopt;
+}
+
+/// What is wrong with a number that is too large for seconds. Other programs count from 1970 in
+/// smaller units, which show by the number of digits.
+std::string tooManySeconds(u64 number) {
+    const auto tellsUnit = [](const std::string& unit, int digits) {
+        return "the time stamp is in " + unit + "; expected seconds: put a point before its last " +
+               std::to_string(digits) + " digits";
+    };
+    if (number < 1000 * longestSeconds) {
+        return tellsUnit("milliseconds", 3);
+    }
+    return number < 1000000 * longestSeconds ? tellsUnit("microseconds", 6)
+                                             : tellsUnit("nanoseconds", 9);
 }
 
 /// Milliseconds of the digits behind a decimal point.
@@ -113,12 +128,13 @@ Problem readSeconds(std::string_view text, Reply& reply) {
     if (wrong != std::string_view::npos) {
         return wrongDigit(fraction[wrong], "decimal");
     }
-    const u64 milliseconds = thousandths(fraction);
-    if (whole.ec != std::errc() ||
-        seconds > (std::numeric_limits<u64>::max() - milliseconds) / 1000) {
+    if (whole.ec != std::errc()) {
         return "the time stamp is too large; expected seconds since 1970-01-01";
     }
-    reply.stampMs = seconds * 1000 + milliseconds;
+    if (seconds >= longestSeconds) {
+        return tooManySeconds(seconds);
+    }
+    reply.stampMs = seconds * 1000 + thousandths(fraction);
     return std::nullopt;
 }
 
@@ -163,6 +179,7 @@ LineContent readReplyLine(std::string_view line, Reply& reply, std::string& erro
         return LineContent::Nothing;
     }
     reply.stampMs.reset();
+    reply.byCounter = false;
     auto problem = readReply(line, reply);
     if (problem) {
         error = *std::move(problem);

@@ -20,7 +20,7 @@ Json valueJson(const Value& value) {
     return std::visit([](const auto& data) { return Json(data); }, value.data);
 }
 
-Json dataJson(const ADSBTarget& aircraft) {
+Json dataJson(const TrackedAircraft& aircraft) {
     Json data;
     for (const AircraftDatum& datum : dataOf(aircraft)) {
         Json& form = data[std::string(datum.key)];
@@ -42,7 +42,7 @@ Json countsJson(const std::vector<MessageCount>& counts) {
     return json;
 }
 
-Json statisticsJson(const ADSBTarget& aircraft) {
+Json statisticsJson(const TrackedAircraft& aircraft) {
     Json statistics;
     statistics["messages"] = aircraft.statisticDfMsgCount();
     statistics["by_format"] = countsJson(countsByFormat(aircraft));
@@ -53,7 +53,7 @@ Json statisticsJson(const ADSBTarget& aircraft) {
 
 } // namespace
 
-Json aircraftJson(const ADSBTarget& aircraft, u64 newestMs, bool killed) {
+Json aircraftJson(const TrackedAircraft& aircraft, u64 newestMs, bool killed) {
     Json form;
     form["time_ms"] = newestMs;
     form["address"] = hex24(aircraft.icaoAddr());
@@ -66,13 +66,13 @@ Json aircraftJson(const ADSBTarget& aircraft, u64 newestMs, bool killed) {
     return form;
 }
 
-void AircraftJsonLines::show(const std::vector<ADSBTarget>& aircraft, u64 newestMs) {
-    for (const ADSBTarget& one : aircraft) {
+void AircraftJsonLines::show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
+    for (const TrackedAircraft& one : aircraft) {
         _output << aircraftJson(one, newestMs, false).dump() << '\n';
     }
 }
 
-void AircraftJsonLines::showKilled(const ADSBTarget& aircraft, u64 newestMs) {
+void AircraftJsonLines::showKilled(const TrackedAircraft& aircraft, u64 newestMs) {
     _output << aircraftJson(aircraft, newestMs, true).dump() << '\n';
 }
 

@@ -2,9 +2,9 @@
 
 #include "apps/common/file.h"
 #include "apps/display/aircraft_sink.h"
+#include "apps/tracking/tracked_aircraft.h"
 
 #include <nlohmann/json.hpp>
-#include <ondrel/adsb_target.h>
 #include <ondrel/types.h>
 
 #include <vector>
@@ -26,7 +26,7 @@ namespace tolvarin::ondrel::client {
 /// |                | last_update_ms; and last_change_ms where changes are kept              |
 /// | statistics     | messages counted: messages, by_format ("DF-17" and the like), by_type  |
 /// |                | ("ACID" and the like), each without zeros, and last_update_ms          |
-nlohmann::ordered_json aircraftJson(const ADSBTarget& aircraft, u64 newestMs, bool killed);
+nlohmann::ordered_json aircraftJson(const TrackedAircraft& aircraft, u64 newestMs, bool killed);
 
 /// Writes each aircraft as a line with such an object.
 class AircraftJsonLines final : public AircraftSink {
@@ -34,8 +34,8 @@ public:
     /// The output must outlive the sink.
     explicit AircraftJsonLines(Output& output) : _output(output) {}
 
-    void show(const std::vector<ADSBTarget>& aircraft, u64 newestMs) override;
-    void showKilled(const ADSBTarget& aircraft, u64 newestMs) override;
+    void show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) override;
+    void showKilled(const TrackedAircraft& aircraft, u64 newestMs) override;
 
 private:
     Output& _output;

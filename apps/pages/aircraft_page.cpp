@@ -71,7 +71,7 @@ std::string section(std::string_view title, std::string_view heads, const std::s
            "\n";
 }
 
-std::string dataSections(const ADSBTarget& aircraft, u64 newestMs) {
+std::string dataSections(const TrackedAircraft& aircraft, u64 newestMs) {
     constexpr std::string_view heads =
         "<th>Item</th><th>Value</th><th>Last update</th><th>Last change</th>";
     const std::vector<AircraftDatum> data = dataOf(aircraft);
@@ -95,7 +95,7 @@ std::string countRow(const std::string& kind, u32 count) {
            "\n";
 }
 
-std::string countSection(const ADSBTarget& aircraft) {
+std::string countSection(const TrackedAircraft& aircraft) {
     std::string rows = countRow("All", aircraft.statisticDfMsgCount());
     for (const auto& counts : {countsByFormat(aircraft), countsByType(aircraft)}) {
         for (const auto& [kind, count] : counts) {
@@ -107,7 +107,7 @@ std::string countSection(const ADSBTarget& aircraft) {
 
 } // namespace
 
-std::string aircraftPage(const ADSBTarget& aircraft, u64 newestMs) {
+std::string aircraftPage(const TrackedAircraft& aircraft, u64 newestMs) {
     const std::string address = hex24(aircraft.icaoAddr());
     const auto callsign = callsignOf(aircraft);
     const std::string heading =

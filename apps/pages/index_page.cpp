@@ -28,8 +28,8 @@ std::string legend() {
 }
 
 std::string map(const IndexContents& contents) {
-    const auto hasPosition = [](const ADSBTarget& aircraft) {
-        return placeOf(aircraft).has_value();
+    const auto hasPosition = [](const TrackedAircraft& aircraft) {
+        return aircraft.position.has_value();
     };
     if (std::none_of(contents.aircraft.begin(), contents.aircraft.end(), hasPosition)) {
         return element("p", "quiet", "No aircraft has a position.") + "\n";
@@ -52,7 +52,7 @@ std::string tableHead() {
     return element("thead", element("tr", cells)) + "\n";
 }
 
-std::string tableCell(const AircraftColumn& column, const ADSBTarget& aircraft, u64 nowMs) {
+std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircraft, u64 nowMs) {
     const auto cell = column.cell(aircraft, nowMs);
     std::string style = column.alignment == Alignment::Right ? "number" : std::string(column.key);
     if (!cell) {
@@ -65,7 +65,7 @@ std::string tableCell(const AircraftColumn& column, const ADSBTarget& aircraft, 
 
 std::string table(const IndexContents& contents) {
     std::string rows = "\n";
-    for (const ADSBTarget& aircraft : contents.aircraft) {
+    for (const TrackedAircraft& aircraft : contents.aircraft) {
         std::string cells;
         for (const AircraftColumn& column : aircraftColumns()) {
             cells += tableCell(column, aircraft, contents.nowMs);

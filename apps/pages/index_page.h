@@ -1,8 +1,8 @@
 #pragma once
 
 #include "apps/tracking/track_history.h"
+#include "apps/tracking/tracked_aircraft.h"
 
-#include <ondrel/adsb_target.h>
 #include <ondrel/types.h>
 
 #include <string>
@@ -12,9 +12,9 @@ namespace tolvarin::ondrel::client {
 
 /// What the index shows.
 struct IndexContents {
-    std::string recording;                   ///< the name of the input
-    u64 nowMs;                               ///< the newest stamp
-    const std::vector<ADSBTarget>& aircraft; ///< in the order of the table
+    std::string recording;                        ///< the name of the input
+    u64 nowMs;                                    ///< the newest stamp
+    const std::vector<TrackedAircraft>& aircraft; ///< in the order of the table
     const TrackHistory& history;
 };
 

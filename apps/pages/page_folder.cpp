@@ -38,7 +38,7 @@ std::string PageFolder::indexPath() const {
 }
 
 void PageFolder::write(const IndexContents& contents) const {
-    for (const ADSBTarget& aircraft : contents.aircraft) {
+    for (const TrackedAircraft& aircraft : contents.aircraft) {
         writePage(pathOf(pageName(aircraft.icaoAddr())), aircraftPage(aircraft, contents.nowMs));
     }
     writePage(indexPath(), indexPage(contents));

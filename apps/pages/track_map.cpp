@@ -24,10 +24,10 @@ constexpr double gridLabelCost = 20;
 constexpr double markerCost = 40;
 
 /// The aircraft that have a position on earth.
-std::vector<const ADSBTarget*> withPlace(const std::vector<ADSBTarget>& aircraft) {
-    std::vector<const ADSBTarget*> chosen;
-    for (const ADSBTarget& one : aircraft) {
-        if (placeOf(one)) {
+std::vector<const TrackedAircraft*> withPlace(const std::vector<TrackedAircraft>& aircraft) {
+    std::vector<const TrackedAircraft*> chosen;
+    for (const TrackedAircraft& one : aircraft) {
+        if (one.position) {
             chosen.push_back(&one);
         }
     }
@@ -35,26 +35,26 @@ std::vector<const ADSBTarget*> withPlace(const std::vector<ADSBTarget>& aircraft
 }
 
 /// The past positions and the current one.
-std::vector<GeoPoint> pathOf(const ADSBTarget& aircraft, const TrackHistory& history) {
+std::vector<GeoPoint> pathOf(const TrackedAircraft& aircraft, const TrackHistory& history) {
     const std::vector<GeoPoint>& track = history.trackOf(aircraft.icaoAddr());
     std::vector<GeoPoint> path;
     path.reserve(track.size() + 1);
     path.assign(track.begin(), track.end());
-    path.push_back(*placeOf(aircraft));
+    path.push_back(aircraft.position->place);
     return path;
 }
 
-std::vector<GeoPoint> allPoints(const std::vector<const ADSBTarget*>& aircraft,
+std::vector<GeoPoint> allPoints(const std::vector<const TrackedAircraft*>& aircraft,
                                 const TrackHistory& history) {
     std::vector<GeoPoint> points;
-    for (const ADSBTarget* one : aircraft) {
+    for (const TrackedAircraft* one : aircraft) {
         const std::vector<GeoPoint> path = pathOf(*one, history);
         points.insert(points.end(), path.begin(), path.end());
     }
     return points;
 }
 
-std::string_view bandStyle(const ADSBTarget& aircraft) {
+std::string_view bandStyle(const TrackedAircraft& aircraft) {
     const auto& bands = altitudeBands();
     if (!aircraft.altitudeBaroValid()) {
         return bands.back().style;
@@ -74,7 +74,7 @@ std::string attribute(std::string_view name, double value) {
     return client::attribute(name, decimalText(value, 1));
 }
 
-std::string nameOf(const ADSBTarget& aircraft) {
+std::string nameOf(const TrackedAircraft& aircraft) {
     return callsignOf(aircraft).value_or(hex24(aircraft.icaoAddr()));
 }
 
@@ -112,7 +112,7 @@ const std::vector<AltitudeBand>& altitudeBands() {
     return bands;
 }
 
-TrackMap::TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history,
+TrackMap::TrackMap(const std::vector<TrackedAircraft>& aircraft, const TrackHistory& history,
                    double width, double greatestHeight)
     : _aircraft(withPlace(aircraft)), _history(history),
       _view(allPoints(_aircraft, history), width, greatestHeight),
@@ -123,13 +123,13 @@ std::string TrackMap::svg(std::string_view style) {
            " " + decimalText(_view.height(), 0) + "\">\n";
     addGraticule();
     addScale();
-    for (const ADSBTarget* aircraft : _aircraft) {
+    for (const TrackedAircraft* aircraft : _aircraft) {
         addTrack(*aircraft);
     }
-    for (const ADSBTarget* aircraft : _aircraft) {
+    for (const TrackedAircraft* aircraft : _aircraft) {
         addMarker(*aircraft);
     }
-    for (const ADSBTarget* aircraft : _aircraft) {
+    for (const TrackedAircraft* aircraft : _aircraft) {
         addLabel(*aircraft);
     }
     return _svg + "</svg>\n";
@@ -175,7 +175,7 @@ void TrackMap::addScale() {
     _labels.avoid(Box{left.x, 0, right.x, margin + 5 * tick}, gridLabelCost);
 }
 
-void TrackMap::addTrack(const ADSBTarget& aircraft) {
+void TrackMap::addTrack(const TrackedAircraft& aircraft) {
     const std::vector<GeoPoint> places = pathOf(aircraft, _history);
     MapPoint last = _view.at(places.front());
     std::string path = "M" + pair(last);
@@ -197,8 +197,8 @@ void TrackMap::addTrack(const ADSBTarget& aircraft) {
 }
 
 /// An arrow head along the heading, or a disc if the heading is not known.
-void TrackMap::addMarker(const ADSBTarget& aircraft) {
-    const MapPoint at = _view.at(*placeOf(aircraft));
+void TrackMap::addMarker(const TrackedAircraft& aircraft) {
+    const MapPoint at = _view.at(aircraft.position->place);
     const std::string style = attribute("class", "marker " + std::string(bandStyle(aircraft)));
     _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + "><title>" +
             htmlText(hex24(aircraft.icaoAddr()) + " " + callsignOf(aircraft).value_or("")) +
@@ -214,8 +214,8 @@ void TrackMap::addMarker(const ADSBTarget& aircraft) {
                   markerCost);
 }
 
-void TrackMap::addLabel(const ADSBTarget& aircraft) {
-    const MapPoint at = _view.at(*placeOf(aircraft));
+void TrackMap::addLabel(const TrackedAircraft& aircraft) {
+    const MapPoint at = _view.at(aircraft.position->place);
     const std::string name = nameOf(aircraft);
     const auto place =
         _labels.place(at, characterWidth * static_cast<double>(name.size()), labelHeight);

@@ -3,8 +3,7 @@
 #include "apps/pages/label_layout.h"
 #include "apps/pages/map_view.h"
 #include "apps/tracking/track_history.h"
-
-#include <ondrel/adsb_target.h>
+#include "apps/tracking/tracked_aircraft.h"
 
 #include <string>
 #include <string_view>
@@ -27,9 +26,9 @@ const std::vector<AltitudeBand>& altitudeBands();
 /// else its address. Marker and label link to its page. Aircraft without a position are left out.
 class TrackMap {
 public:
-    /// The arguments must outlive the map. At least one aircraft must have a position (placeOf).
-    TrackMap(const std::vector<ADSBTarget>& aircraft, const TrackHistory& history, double width,
-             double greatestHeight);
+    /// The arguments must outlive the map. At least one aircraft must have a position.
+    TrackMap(const std::vector<TrackedAircraft>& aircraft, const TrackHistory& history,
+             double width, double greatestHeight);
 
     /// The picture; `style` is its class for the style sheet. Call it once.
     std::string svg(std::string_view style);
@@ -38,13 +37,13 @@ private:
     void addGraticule();
     void addDegrees(const MapPoint& at, const std::string& label);
     void addScale();
-    void addTrack(const ADSBTarget& aircraft);
-    void addMarker(const ADSBTarget& aircraft);
-    void addLabel(const ADSBTarget& aircraft);
+    void addTrack(const TrackedAircraft& aircraft);
+    void addMarker(const TrackedAircraft& aircraft);
+    void addLabel(const TrackedAircraft& aircraft);
     void addLine(const MapPoint& from, const MapPoint& to, std::string_view style);
     void addText(const MapPoint& at, std::string_view attributes, std::string_view text);
 
-    std::vector<const ADSBTarget*> _aircraft; ///< those with a position
+    std::vector<const TrackedAircraft*> _aircraft; ///< those with a position
     const TrackHistory& _history;
     MapView _view;
     LabelLayout _labels;

@@ -30,10 +30,10 @@ std::string joined(const std::vector<std::string>& cells) {
 
 /// One column of a table: head, unit, and one entry for each aircraft, all of the same width.
 std::vector<std::string> columnLines(const AircraftColumn& column,
-                                     const std::vector<ADSBTarget>& aircraft, u64 newestMs) {
+                                     const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
     std::vector<std::string> lines = {std::string(column.head), std::string(column.unit)};
     std::size_t width = std::max(column.head.size(), column.unit.size());
-    for (const ADSBTarget& one : aircraft) {
+    for (const TrackedAircraft& one : aircraft) {
         const auto cell = column.cell(one, newestMs);
         lines.push_back(cell ? cell->text : "-");
         width = std::max(width, lines.back().size());
@@ -69,7 +69,7 @@ std::string countLine(const std::string& kind, u32 count) {
     return reportLine(kind, std::to_string(count), "", "", "", "");
 }
 
-std::string countLines(const ADSBTarget& aircraft) {
+std::string countLines(const TrackedAircraft& aircraft) {
     const u32 total = aircraft.statisticDfMsgCount();
     std::string lines = total > 0 ? countLine("Messages", total) : "";
     for (const auto& counts : {countsByFormat(aircraft), countsByType(aircraft)}) {
@@ -82,7 +82,7 @@ std::string countLines(const ADSBTarget& aircraft) {
 
 } // namespace
 
-std::string aircraftTable(const std::vector<ADSBTarget>& aircraft, u64 newestMs) {
+std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
     std::vector<std::vector<std::string>> lines(aircraft.size() + 2);
     for (const AircraftColumn& column : aircraftColumns()) {
         const std::vector<std::string> entries = columnLines(column, aircraft, newestMs);
@@ -97,7 +97,7 @@ std::string aircraftTable(const std::vector<ADSBTarget>& aircraft, u64 newestMs)
     return table;
 }
 
-std::string aircraftReport(const ADSBTarget& aircraft, u64 newestMs) {
+std::string aircraftReport(const TrackedAircraft& aircraft, u64 newestMs) {
     std::string lines = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
                         std::to_string(aircraft.trackId()) + ", last heard " +
                         timeText(aircraft.lastUpdate()) + ", " +
@@ -109,24 +109,25 @@ std::string aircraftReport(const ADSBTarget& aircraft, u64 newestMs) {
     return lines + '\n' + countLines(aircraft);
 }
 
-void AircraftText::show(const std::vector<ADSBTarget>& aircraft, u64 newestMs) {
+void AircraftText::show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
     if (_repeated) {
         _output << secondsText(newestMs) << ": " << aircraft.size() << " aircraft\n";
     }
     _output << form(aircraft, newestMs) << (_repeated ? "\n" : "");
 }
 
-std::string AircraftText::form(const std::vector<ADSBTarget>& aircraft, u64 newestMs) const {
+std::string AircraftText::form(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) const {
     if (!_reportAddress) {
         return aircraftTable(aircraft, newestMs);
     }
     const auto found =
-        std::find_if(aircraft.begin(), aircraft.end(),
-                     [this](const ADSBTarget& one) { return one.icaoAddr() == *_reportAddress; });
+        std::find_if(aircraft.begin(), aircraft.end(), [this](const TrackedAircraft& one) {
+            return one.icaoAddr() == *_reportAddress;
+        });
     return found != aircraft.end() ? aircraftReport(*found, newestMs) : "";
 }
 
-void AircraftText::showKilled(const ADSBTarget& aircraft, u64 newestMs) {
+void AircraftText::showKilled(const TrackedAircraft& aircraft, u64 newestMs) {
     _output << joined({secondsText(newestMs), hex24(aircraft.icaoAddr()),
                        callsignOf(aircraft).value_or("-"),
                        "killed, silent for " + secondsText(ageOf(aircraft, newestMs)) + " s"})

@@ -73,12 +73,22 @@ std::string DecodeSummary::text(const UnreadableLines& unreadable) const {
     return table;
 }
 
-std::string trackSummary(const TrackingCounts& counts, const UnreadableLines& unreadable) {
-    std::string table = countRow("replies read", counts.replies);
-    table += countRow("  tracked", counts.tracked, counts.replies);
-    table += countRow("aircraft", counts.aircraft);
-    table += countRow("killed", counts.killed);
-    table += unreadableRows(unreadable);
+std::string trackSummary(const TrackRunCounts& counts) {
+    const TrackingCounts& tracking = counts.tracking;
+    std::string table = countRow("replies read", tracking.replies);
+    table += countRow("  tracked", tracking.tracked, tracking.replies);
+    table += countRow("aircraft", tracking.aircraft);
+    table += countRow("  hidden", counts.hidden);
+    table += countRow("killed", tracking.killed);
+    table += countRow("  to make room", tracking.madeRoom);
+    table += countRow("replies without room", tracking.notTaken);
+    const PositionCounts& positions = tracking.positions;
+    table += countRow("positions", positions.checked);
+    table += countRow("  refused", positions.refused, positions.checked);
+    table += countRow("  unconfirmed", positions.unconfirmed, positions.checked);
+    table += countRow("stamps not believed", counts.doubtedStamps);
+    table += countRow("stamps of other kind", counts.refusedStamps);
+    table += unreadableRows(counts.unreadable);
     table.pop_back();
     return table;
 }

@@ -36,6 +36,15 @@ private:
     std::array<u64, 4> _byConfidence{}; ///< of decoded replies, by ModeSMessage::Confidence
 };
 
-std::string trackSummary(const TrackingCounts& counts, const UnreadableLines& unreadable);
+/// What a run of `ondrel track` counted.
+struct TrackRunCounts {
+    TrackingCounts tracking;
+    u64 hidden;        ///< aircraft of the table that were not shown
+    u64 doubtedStamps; ///< that were not believed
+    u64 refusedStamps; ///< of the other kind than the first one
+    UnreadableLines unreadable;
+};
+
+std::string trackSummary(const TrackRunCounts& counts);
 
 } // namespace tolvarin::ondrel::client

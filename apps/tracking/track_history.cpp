@@ -16,21 +16,10 @@ bool isNear(const GeoPoint& left, const GeoPoint& right) {
 
 } // namespace
 
-std::optional<GeoPoint> placeOf(const ADSBTarget& aircraft) {
-    if (!aircraft.positionValid() || std::abs(aircraft.latitude()) > 90) {
-        return std::nullopt;
-    }
-    return GeoPoint{aircraft.latitude(), aircraft.longitude()};
-}
-
-void TrackHistory::note(const ADSBTarget& aircraft) {
-    const auto place = placeOf(aircraft);
-    if (!place) {
-        return;
-    }
-    std::vector<GeoPoint>& track = _tracks[aircraft.icaoAddr()];
-    if (track.empty() || !isNear(track.back(), *place)) {
-        track.push_back(*place);
+void TrackHistory::note(u32 address, const GeoPoint& place) {
+    std::vector<GeoPoint>& track = _tracks[address];
+    if (track.empty() || !isNear(track.back(), place)) {
+        track.push_back(place);
     }
 }
 

@@ -1,29 +1,19 @@
 #pragma once
 
-#include <ondrel/adsb_target.h>
+#include "apps/tracking/geo_point.h"
+
 #include <ondrel/types.h>
 
-#include <optional>
 #include <unordered_map>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
 
-/// A place on earth in degrees, north and east positive.
-struct GeoPoint {
-    double latitude;
-    double longitude;
-};
-
-/// The position of the aircraft; nothing if it is not known or its latitude is beyond a pole, which
-/// damaged messages can lead to.
-std::optional<GeoPoint> placeOf(const ADSBTarget& aircraft);
-
 /// The past positions of each aircraft.
 class TrackHistory {
 public:
-    /// Adds the aircraft's position if it differs from the last one.
-    void note(const ADSBTarget& aircraft);
+    /// Adds a place if it differs from the last one.
+    void note(u32 address, const GeoPoint& place);
 
     void forget(u32 address) { _tracks.erase(address); }
 

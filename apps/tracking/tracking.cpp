@@ -1,37 +1,154 @@
 #include "apps/tracking/tracking.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <string>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
-Tracking::Tracking(const std::optional<AltitudeCheck>& check) {
+namespace {
+
+/// The ME field of a squitter with an airborne position; null for other messages.
+const std::string* positionField(const DFMessage& message) {
+    if (message.downlinkFormat() != DFMessage::DF17) {
+        return nullptr;
+    }
+    const std::string& field = static_cast<const DF17Message&>(message).constFieldME().data();
+    const unsigned typeCode = static_cast<u8>(field.front()) >> 3U;
+    const bool isPosition = (typeCode >= 9 && typeCode <= 18) || (typeCode >= 20 && typeCode <= 22);
+    return isPosition ? &field : nullptr;
+}
+
+/// Whether the position is of the odd format (RTCA DO-260B, 2.2.3.2.3.5).
+bool isOdd(const std::string& positionField) {
+    return (static_cast<u8>(positionField[2]) & 0x04U) != 0;
+}
+
+constexpr u64 places = 4095;          // in the tracker's table
+constexpr std::size_t leaving = 64;   // at once, since each search looks at the whole table
+constexpr u64 betweenSearches = 1000; // ms
+
+/// Whether the tracker would make a new aircraft of it (ADSBTracker::procModeSMsg).
+bool makesAircraft(const DFMessage& message) {
+    switch (message.downlinkFormat()) {
+    case DFMessage::DF0:
+    case DFMessage::DF4:
+    case DFMessage::DF5:
+    case DFMessage::DF16:
+    case DFMessage::DF20:
+    case DFMessage::DF21:
+        return message.confidence() >= ModeSMessage::Medium;
+    case DFMessage::DF17:
+        return message.confidence() == ModeSMessage::High;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+Tracking::Tracking(const std::optional<AltitudeCheck>& check, double greatestKnots)
+    : _positions(greatestKnots) {
     if (check) {
         _tracker.setAltituteBaroChecking(true, check->seconds, check->feet);
     }
 }
 
-void Tracking::moveTo(u64 stampMs) {
-    _now = std::max(_now, stampMs);
-}
-
 const ADSBTarget* Tracking::take(const DFMessage* message) {
     ++_replies;
+    _verdict.reset();
+    _madeRoom.clear();
     const ADSBTarget* aircraft = _tracker.procModeSMsg(message);
-    _tracked += aircraft != nullptr ? 1U : 0U;
+    if (aircraft == nullptr && _aircraft == places && message != nullptr) {
+        aircraft = enter(*message);
+    }
+    if (aircraft == nullptr) {
+        return nullptr;
+    }
+    ++_tracked;
+    if (!_taken[aircraft->trackId()]) {
+        _taken.set(aircraft->trackId());
+        ++_aircraft;
+    }
+    if (aircraft->positionLastUpdate() == aircraft->lastUpdate()) {
+        checkPosition(*aircraft, *message);
+    }
     return aircraft;
 }
 
-std::vector<ADSBTarget> Tracking::killSilentFor(u64 milliseconds) {
-    if (_now < milliseconds) {
+/// Only for a target whose position is as new as the message. Other messages at the same time did
+/// not bring it.
+void Tracking::checkPosition(const ADSBTarget& aircraft, const DFMessage& message) {
+    if (const std::string* field = positionField(message)) {
+        _verdict = _positions.check(
+            aircraft.trackId(),
+            {{aircraft.latitude(), aircraft.longitude()}, aircraft.positionLastUpdate()},
+            isOdd(*field));
+    }
+}
+
+/// Takes a message in that the full table refused. Null if it can make no room for it.
+const ADSBTarget* Tracking::enter(const DFMessage& message) {
+    if (!makesAircraft(message)) {
+        return nullptr;
+    }
+    const ADSBTarget* aircraft = makeRoom() ? _tracker.procModeSMsg(&message) : nullptr;
+    _notTaken += aircraft == nullptr ? 1U : 0U;
+    return aircraft;
+}
+
+/// Removes aircraft. False if none has been silent for long enough.
+bool Tracking::makeRoom() {
+    // Where the time has gone back, the difference wraps around and is large.
+    const bool hasSearched = reached() - _lastSearch < betweenSearches;
+    if (!_makesRoom || hasSearched || reached() < shortestSilence) {
+        return false;
+    }
+    _lastSearch = reached();
+    std::vector<u64> heard;
+    for (const ADSBTarget& target : _tracker.allTargets()) {
+        heard.push_back(target.lastUpdate());
+    }
+    const auto last =
+        heard.begin() + static_cast<std::ptrdiff_t>(std::min(leaving, heard.size())) - 1;
+    std::nth_element(heard.begin(), last, heard.end());
+    _madeRoom = kill(std::min(*last, reached() - shortestSilence));
+    _killedForRoom += _madeRoom.size();
+    return !_madeRoom.empty();
+}
+
+std::vector<TrackedAircraft> Tracking::killSilentFor(u64 milliseconds) {
+    if (reached() < milliseconds) {
         return {};
     }
-    std::vector<ADSBTarget> killed = _tracker.killTargets(_now - milliseconds);
+    return kill(reached() - milliseconds);
+}
+
+/// Removes the aircraft that were last heard then or before.
+std::vector<TrackedAircraft> Tracking::kill(u64 lastUpdate) {
+    std::vector<TrackedAircraft> killed = withPositions(_tracker.killTargets(lastUpdate));
+    for (const TrackedAircraft& target : killed) {
+        _positions.forget(target.trackId());
+        _taken.reset(target.trackId());
+    }
+    _aircraft -= killed.size();
     _killed += killed.size();
     return killed;
 }
 
+std::vector<TrackedAircraft> Tracking::withPositions(std::vector<ADSBTarget> targets) const {
+    std::vector<TrackedAircraft> all;
+    all.reserve(targets.size());
+    for (ADSBTarget& target : targets) {
+        const std::optional<Position> position = positionOf(target);
+        all.emplace_back(std::move(target), position);
+    }
+    return all;
+}
+
 TrackingCounts Tracking::counts() const {
-    return {_replies, _tracked, aircraft().size(), _killed};
+    return {_replies, _tracked, _aircraft, _killed, _killedForRoom, _notTaken, _positions.counts()};
 }
 
 } // namespace tolvarin::ondrel::client

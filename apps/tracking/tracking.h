@@ -1,10 +1,16 @@
 #pragma once
 
+#include "apps/tracking/position_check.h"
+#include "apps/tracking/tracked_aircraft.h"
+
 #include <ondrel/adsb_target.h>
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/df_messages.h>
 #include <ondrel/types.h>
 
+#include <algorithm>
+#include <array>
+#include <bitset>
 #include <optional>
 #include <vector>
 
@@ -22,37 +28,85 @@ struct TrackingCounts {
     u64 tracked;  ///< of these, the ones that updated an aircraft
     u64 aircraft; ///< in the table now
     u64 killed;   ///< aircraft removed
+    u64 madeRoom; ///< of these, the ones removed since the table was full
+    u64 notTaken; ///< replies of new aircraft that found no room
+    PositionCounts positions;
 };
 
 /// Takes replies into a table of aircraft, counts them, and keeps the time of the recording.
+///
+/// The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
+/// longest make room for new ones, but none that was heard in the last 300 seconds. Silence counts
+/// up to a time that three replies in a row have reached, so a single wild stamp removes no
+/// aircraft.
 class Tracking {
 public:
-    explicit Tracking(const std::optional<AltitudeCheck>& check);
+    static constexpr u64 shortestSilence = 300000; ///< ms, of those that make room
 
-    /// Moves the time forward to a stamp; an earlier stamp changes nothing.
-    void moveTo(u64 stampMs);
+    explicit Tracking(const std::optional<AltitudeCheck>& check,
+                      double greatestKnots = PositionCheck::usualKnots);
 
-    /// The newest stamp.
+    /// No aircraft makes room from now on.
+    void keepAll() { _makesRoom = false; }
+
+    /// Sets the time of the run; call it for each reply.
+    void moveTo(u64 timeMs) {
+        _before = {_now, _before[0]};
+        _now = timeMs;
+    }
+
+    /// The time of the run.
     u64 now() const { return _now; }
 
     /// Takes the message of a reply in; null for a refused one. Gives the aircraft that it updated,
     /// valid until the next call, or null if the tracker did not believe the reply.
     const ADSBTarget* take(const DFMessage* message);
 
+    /// What became of the position that the last reply gave; nothing if it gave none.
+    std::optional<PositionCheck::Verdict> verdict() const { return _verdict; }
+
+    /// The last position of an aircraft that was accepted.
+    std::optional<Position> positionOf(const ADSBTarget& aircraft) const {
+        return _positions.positionOf(aircraft.trackId());
+    }
+
+    /// The aircraft that made room for the last reply.
+    const std::vector<TrackedAircraft>& madeRoom() const { return _madeRoom; }
+
+    /// Replies of new aircraft that found no room.
+    u64 notTaken() const { return _notTaken; }
+
     /// Removes the aircraft that were last heard so long ago or longer, and gives them.
-    std::vector<ADSBTarget> killSilentFor(u64 milliseconds);
+    std::vector<TrackedAircraft> killSilentFor(u64 milliseconds);
 
     /// Copies of all aircraft in the order of their addresses.
-    std::vector<ADSBTarget> aircraft() const { return _tracker.allTargets(); }
+    std::vector<TrackedAircraft> aircraft() const { return withPositions(_tracker.allTargets()); }
 
     TrackingCounts counts() const;
 
 private:
+    u64 reached() const { return std::min({_now, _before[0], _before[1]}); }
+    const ADSBTarget* enter(const DFMessage& message);
+    bool makeRoom();
+    std::vector<TrackedAircraft> kill(u64 lastUpdate);
+    void checkPosition(const ADSBTarget& aircraft, const DFMessage& message);
+    std::vector<TrackedAircraft> withPositions(std::vector<ADSBTarget> targets) const;
+
     ADSBTracker _tracker;
+    PositionCheck _positions;
+    std::optional<PositionCheck::Verdict> _verdict;
     u64 _now = 0;
+    std::array<u64, 2> _before{}; ///< the times before _now
+    std::bitset<4096> _taken;     ///< by track number
+    u64 _aircraft = 0;
+    bool _makesRoom = true;
+    u64 _lastSearch = 0; ///< for aircraft that can make room
+    std::vector<TrackedAircraft> _madeRoom;
     u64 _replies = 0;
     u64 _tracked = 0;
     u64 _killed = 0;
+    u64 _killedForRoom = 0;
+    u64 _notTaken = 0;
 };
 
 } // namespace tolvarin::ondrel::client

@@ -366,7 +366,7 @@ expect "all damaged, many repaired and many refused" 1 \
 # -- track -------------------------------------------------------------------------------------
 
 run track long.txt
-aircraft=$(counted aircraft)
+aircraft=$(($(counted aircraft) - $(counted hidden)))
 expect "track: a line for each aircraft" "0 1 $((aircraft + 2))" \
     "$status $((aircraft > 10)) $(wc -l <out)"
 expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
@@ -380,14 +380,58 @@ run track --every 20 long.txt
 expect "a table each 20 of 60 seconds" 3 "$(grep -cE '^[0-9.]+: [0-9]+ aircraft$' out)"
 
 printf '%s\n' "1.000,$good" "2.000,8D4840D6202CC371C32CE0576098" \
-    "31.500,8D4840D6202CC371C32CE0576098" >two.txt
-run track --silent-after 30 two.txt
+    31.500,8D4840D6202CC371C32CE0576098{,,} >two.txt
+run track --silent-after 30 --min-messages 1 two.txt
 expect "silent: killed with a line" \
     "31.500  40621D  -  killed, silent for 30.500 s 1 1" \
     "$(head -1 out) $(counted aircraft) $(counted killed)"
-run track --silent-after 30 --json two.txt
+run track --silent-after 30 --min-messages 1 --json two.txt
 expect "silent: the last of it" "true false" \
     "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
+
+# -- track: time ------------------------------------------------------------------------------
+
+# The counter of the first line reads 2 s, that of the last one 5 s.
+counter="@0000016E3600$good; @000001C9C380$good; @000002255100$good; @000003938700$good;"
+# shellcheck disable=SC2086
+printf '%s\n' $counter >counter.txt
+touch -d @1700000003 counter.txt
+for row in "0:5.000" "1700000000:2023-11-14T22:13:23.000Z" "mtime:2023-11-14T22:13:23.000Z"; do
+    start=${row%%:*}
+    # shellcheck disable=SC2046
+    run track --report 40621D $([[ $start == 0 ]] || echo "--start $start") counter.txt
+    expect "a counter that starts at $start" \
+        "Aircraft 40621D, track number 1, last heard ${row#*:}, 0.000 s ago" "$(head -1 out)"
+done
+"$client" track --start mtime - <counter.txt >out 2>err
+expect "no file, no time of its own" "1 ondrel: cannot tell when - was modified; --start mtime \
+needs a file" "$? $(cat err)"
+refuse 1 "ondrel: --start is for stamps of a counter; the first reply of two.txt has none" \
+    track --start 1 two.txt
+refuse 2 "ondrel track: --start: expected a number .*, not 'noon'" track --start noon two.txt
+
+head -3 counter.txt >mixed.txt
+for i in 0 1 2; do echo "170000000$i,$good"; done >>mixed.txt
+run track mixed.txt
+expect "two kinds of stamps" "3 3 1" "$(counted 'replies read') $(counted 'stamps of other kind') \
+$(grep -c '^mixed.txt: reply 4 has seconds since 1970, .* left out$' err)"
+
+# One line a day ahead; its time is that of the line before it.
+for i in 0 1 86400 2 3; do echo "$((1700000000 + i)),$good"; done >wild.txt
+run track --silent-after 300 wild.txt
+expect "a wild stamp" "0 1 0.0 1" "$(counted killed) $(counted 'stamps not believed') \
+$(awk '/^40621D/ { print $NF }' out) $(grep -c '^wild.txt: the stamp of reply 3 is 86399.000 s ahead' err)"
+# Half an hour ahead is a gap that can be; one reply alone removes no aircraft for it.
+printf '%s\n' "1700000000,$good" "1700001800,8D4840D6202CC371C32CE0576098" >gap.txt
+for silence in 300 never; do
+    run track --silent-after $silence gap.txt
+    expect "a gap, --silent-after $silence" "0 2" "$(counted killed) $(counted aircraft)"
+done
+echo "1700000000000,$good" >milliseconds.txt
+run track milliseconds.txt
+expect "milliseconds are no seconds" "1 1" "$status $(grep -c 'expected seconds: put a point' err)"
+
+# -- track: limits and reports -----------------------------------------------------------------
 
 printf '%s\n' "1,8D40621D580B0000000000599BF2" "2,8D40621D580F80000000000878A1" >jump.txt
 for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
@@ -396,10 +440,26 @@ for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
         ".*\"altitude\":\{\"value\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
 done
 
+for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 four
+    read -r least shown hidden <<<"$row"
+    run track --min-messages "$least" --html least two.txt
+    expect "--min-messages $least" "$shown $shown $hidden 2" \
+        "$(grep -c '^4' out) $(grep -c 'td class="address"' least/index.html) $(counted hidden) \
+$(counted aircraft)"
+done
+run track two.txt
+expect "one message is too few" "4840D6" "$(tail -n +3 out | cut -c 1-6)"
+run track --json two.txt
+expect "one message is too few, JSON" 1 "$(wc -l <out)"
+run track --report 40621D two.txt
+expect "a report of one message" "0 1" "$status $(grep -c '^Aircraft 40621D' out)"
+refuse 2 "ondrel track: --min-messages: expected a whole number from 1 .*, not '0'" \
+    track --min-messages 0 two.txt
+
 run track --report 4840d6 two.txt
 expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 3" \
     "$status $(head -1 out) $(grep -cEx -e 'Callsign +KLM1023 {10}yes {4}31.500 {20}2.000' \
-        -e 'Altitude {27}- {10}no {5}-' -e '  ACID {29}2' out)"
+        -e 'Altitude {27}- {10}no {5}-' -e '  ACID {29}4' out)"
 run track --report 4840D7 two.txt
 expect "one aircraft that is not there" "1 0 2 ondrel: no aircraft 4840D7 is tracked" \
     "$status $(wc -c <out) $(counted aircraft) $(tail -1 err)"
@@ -433,10 +493,11 @@ expect "paced: the first table comes at its time" 1 \
 # source. The first reply needs repair, so the log shows that it has been read. The line behind it
 # has begun and looks like a reply.
 wrong=8D40621D59C382D690C8AC2863A7
-printf '%s\n' "1.000,$wrong" "9999.000,$wrong" >hours.txt
+printf '%s\n' "1.000,$wrong" "3500.000,$wrong" >hours.txt
 mkfifo live_source
 exec 4<>live_source
-for arguments in "TERM track --pace 1 hours.txt" "INT track -" "HUP track -" "TERM decode -" \
+for arguments in "TERM track --min-messages 1 --pace 1 hours.txt" "INT track --min-messages 1 -" \
+    "HUP track --min-messages 1 -" "TERM decode -" \
     "HUP decode -"; do
     read -r signal arguments <<<"$arguments"
     rm err # of the one before

@@ -32,10 +32,12 @@ private:
     ModeSDecoder _decoder;
 };
 
-/// Messages of three aircraft from the public literature on Mode S: a position in two messages, an
-/// identification and a velocity. The last line is believed only because its aircraft is known.
+/// Messages of three aircraft from the public literature on Mode S: two positions in three
+/// messages, an identification and a velocity. The last line is believed only because its aircraft
+/// is known.
 inline std::vector<std::string> threeAircraft() {
     return {
+        "0.500,8D40621D58C382D690C8AC2863A7",
         "1.000,8D40621D58C386435CC412692AD6",
         "2.000,8D40621D58C382D690C8AC2863A7",
         "3.500,8D4840D6202CC371C32CE0576098",

@@ -47,6 +47,15 @@ std::string operationalStatus() {
     return simulator::df17(address, 5, simulator::operationalStatus(status));
 }
 
+/// The aircraft with the position of the target, as if it had been confirmed.
+TrackedAircraft confirmed(const ADSBTarget& target) {
+    std::optional<Position> position;
+    if (target.positionValid()) {
+        position = {{target.latitude(), target.longitude()}, target.positionLastUpdate()};
+    }
+    return {target, position};
+}
+
 /// An aircraft that has sent all data that one aircraft can send. The frames come at 1000 ms, 2000
 /// ms and so on.
 ADSBTarget heardAircraft() {
@@ -116,7 +125,7 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"nacp", "", false, 0, 0},
         {"sil", "", false, 0, 0},
     };
-    const std::vector<AircraftDatum> data = dataOf(heardAircraft());
+    const std::vector<AircraftDatum> data = dataOf(confirmed(heardAircraft()));
     ASSERT_EQ(data.size(), std::size(rows));
     for (std::size_t i = 0; i < data.size(); ++i) {
         const AircraftDatum& datum = data[i];
@@ -159,9 +168,9 @@ TEST(AircraftData, GoFromOneTrackerToAnotherInAReport) {
     EXPECT_EQ(receiver->lastUpdate(), sender.lastUpdate());
     EXPECT_EQ(receiver->trackId(), sender.trackId());
 
-    const std::vector<AircraftDatum> sent = dataOf(sender);
-    const std::vector<AircraftDatum> unknown = dataOf(ADSBTarget(address));
-    const std::vector<AircraftDatum> received = dataOf(*receiver);
+    const std::vector<AircraftDatum> sent = dataOf(confirmed(sender));
+    const std::vector<AircraftDatum> unknown = dataOf(confirmed(ADSBTarget(address)));
+    const std::vector<AircraftDatum> received = dataOf(confirmed(*receiver));
     for (std::size_t i = 0; i < sent.size(); ++i) {
         const AircraftDatum expected =
             expectedAfterReport(sent[i], unknown[i], report.lastUpdate());

@@ -41,8 +41,8 @@ TEST(ReplyLine, GivesBytesAndStamp) {
         {"7.0019999,00", "00", 7001},
         {"0007.9999999999999999999999999999999,00", "00", 7999},
         // the largest stamp; a fraction without the precision of a double
-        {"18446744073709551.615,00", "00", 18446744073709551615ULL},
-        {"9007199254740.993,00", "00", 9007199254740993ULL},
+        {"999999999999.999,00", "00", 999999999999999},
+        {"9007199254.993,00", "00", 9007199254993},
     };
     Reply reply;
     std::string error;
@@ -101,7 +101,13 @@ TEST(ReplyLine, TellsWhatIsWrong) {
         {"-1,5DA0", "'-' is not a decimal digit"},
         {"1.2.3,5DA0", "'.' is not a decimal digit"},
         {"1,5,5DA0", "',' is not a hexadecimal digit"},
-        {"18446744073709551.616,00", "the time stamp is too large"},
+        {"1000000000000,00",
+         "the time stamp is in milliseconds; expected seconds: put a point before "
+         "its last 3 digits"},
+        {"1641427457780,00", "the time stamp is in milliseconds"},
+        {"1641427457780.5,00", "the time stamp is in milliseconds"},
+        {"1641427457780123,00", "the time stamp is in microseconds"},
+        {"1641427457780123456,00", "the time stamp is in nanoseconds"},
         {"99999999999999999999999999,00", "the time stamp is too large"},
     };
     Reply reply;

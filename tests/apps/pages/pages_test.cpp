@@ -53,9 +53,10 @@ std::string unbalanced(const std::string& page) {
     return open.empty() ? "" : open.back();
 }
 
-// A published pair of position messages of one aircraft; an identification and an emergency squawk
-// of another one without a position.
+// Published position messages of one aircraft, one of them twice; an identification and an
+// emergency squawk of another one without a position.
 const std::vector<std::string> lines = {
+    "0.500,8D40621D58C382D690C8AC2863A7",
     "1.000,8D40621D58C386435CC412692AD6",
     "2.000,8D40621D58C382D690C8AC2863A7",
     "3.500,8D4840D6202CC371C32CE0576098",
@@ -64,8 +65,10 @@ const std::vector<std::string> lines = {
 
 struct Pages {
     Pages() {
-        for (const ADSBTarget& one : tracked.tracking.aircraft()) {
-            history.note(one);
+        for (const TrackedAircraft& one : tracked.tracking.aircraft()) {
+            if (one.position) {
+                history.note(one.icaoAddr(), one.position->place);
+            }
         }
     }
     std::string index(const std::string& recording) const {
@@ -115,7 +118,7 @@ std::string rowOf(const std::string& page, const std::string& label) {
 
 TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
     const Pages pages;
-    const ADSBTarget aircraft = pages.tracked.tracking.aircraft().at(1);
+    const TrackedAircraft aircraft = pages.tracked.tracking.aircraft().at(1);
     const std::string page = aircraftPage(aircraft, 5500);
     EXPECT_EQ(unbalanced(page), "");
     EXPECT_NE(page.find(R"(<a href="index.html">All aircraft</a>)"), std::string::npos);
@@ -147,7 +150,7 @@ TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
 // 1700000000 is 2023-11-14, 22:13:20 UTC.
 TEST(AircraftPage, ShowsTheDateOfWhatIsOfAnotherDay) {
     const TrackedLines tracked({"1700000000.25,8D4840D6202CC371C32CE0576098"});
-    const ADSBTarget aircraft = tracked.tracking.aircraft().front();
+    const TrackedAircraft aircraft = tracked.tracking.aircraft().front();
     EXPECT_NE(aircraftPage(aircraft, 1700000001000).find(">22:13:20.250</td>"), std::string::npos);
     EXPECT_NE(aircraftPage(aircraft, 1700086400000).find(">2023-11-14 22:13:20.250 UTC</td>"),
               std::string::npos);
@@ -176,12 +179,12 @@ TEST(IndexPage, DrawsNothingBeyondThePoles) {
     position.odd = false;
     position.cpr = {44431, 0};
     const std::string even = simulator::df17(0x4840D6, 5, simulator::airbornePosition(position));
-    const TrackedLines tracked({"1," + hexBytes(odd), "2," + hexBytes(even)});
-    const std::vector<ADSBTarget> aircraft = tracked.tracking.aircraft();
-    TrackHistory history;
-    history.note(aircraft.front());
+    const TrackedLines tracked(
+        {"1," + hexBytes(odd), "2," + hexBytes(even), "3," + hexBytes(odd), "4," + hexBytes(even)});
+    const std::vector<TrackedAircraft> aircraft = tracked.tracking.aircraft();
+    const TrackHistory history;
     EXPECT_GT(aircraft.front().latitude(), 90);
-    EXPECT_EQ(history.trackOf(0x4840D6).size(), 0U);
+    EXPECT_FALSE(aircraft.front().position);
     EXPECT_EQ(countOf(indexPage({"", 2000, aircraft, history}), "<svg "), 0U);
 }
 

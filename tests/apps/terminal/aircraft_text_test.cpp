@@ -16,7 +16,7 @@ TEST(AircraftTable, ShowsWhatIsKnown) {
     EXPECT_EQ(aircraftTable(tracked.tracking.aircraft(), now), std::string(R"(
 address  callsign  squawk  altitude  speed  heading  vertical  latitude  longitude  status  MOPS  NIC  PIC  messages  age
                                  ft     kt      deg    ft/min       deg        deg                                      s
-40621D   -         -          38000      -        -         -  52.25720    3.91937  air     0?      8   11         2  3.3
+40621D   -         -          38000      -        -         -  52.25720    3.91937  air     0?      8   11         3  3.3
 4840D6   KLM1023   0123           -      -        -         -         -          -  ground  0?      -    -         2  0.0
 485020   -         -              -    159      183      -832         -          -  -       0?      -    -         1  1.3
 )")

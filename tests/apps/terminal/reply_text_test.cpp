@@ -31,7 +31,7 @@ TEST(ReplyText, IsOneLineInColumns) {
         std::string text;
     } rows[] = {
         // stamps wider than the column push it to the right
-        {"18446744073709551.615," + good, "18446744073709551.615  " + text},
+        {"999999999999.999," + good, "999999999999.999  " + text},
         // beyond repair, a format without a class, cut short
         {beyondRepair, "             -  DF-17  ------  refused  8D40621D58C382D690C8AC2863A6"},
         {"08", "             -  DF-1   ------  refused  08"},
