@@ -35,7 +35,9 @@ bool TextSource::next(Reply& reply) {
         if (content == LineContent::Error && !_begun) {
             content = readFirst(*line, reply, error);
         }
-        _begun = _begun || content != LineContent::Nothing;
+        if (content != LineContent::Nothing) {
+            _begun = true;
+        }
         if (content == LineContent::Reply) {
             return true;
         }
