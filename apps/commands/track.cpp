@@ -28,7 +28,8 @@ constexpr const char* description = "Track the aircraft of a recording";
 
 constexpr const char* tableHelp = R"(
 The table has a line for each aircraft with at least two messages (--min-messages): one
-message alone may be noise that decoded into some address. A dash stands for what was not received.
+message alone may be noise that decoded into some address. A dash stands for what was not
+received.
 )";
 
 constexpr const char* footer = R"(
