@@ -1,5 +1,7 @@
 #include "apps/tracking/tracking.h"
 
+#include <ondrel/adsb_message.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -15,9 +17,8 @@ const std::string* positionField(const DFMessage& message) {
         return nullptr;
     }
     const std::string& field = static_cast<const DF17Message&>(message).constFieldME().data();
-    const unsigned typeCode = static_cast<u8>(field.front()) >> 3U;
-    const bool isPosition = (typeCode >= 9 && typeCode <= 18) || (typeCode >= 20 && typeCode <= 22);
-    return isPosition ? &field : nullptr;
+    const auto typeCode = static_cast<u8>(static_cast<u8>(field.front()) >> 3U);
+    return ADSBMessage::typeByCode(typeCode) == ADSBMessage::POS_AIR ? &field : nullptr;
 }
 
 /// Whether the position is of the odd format (RTCA DO-260B, 2.2.3.2.3.5).
