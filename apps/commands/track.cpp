@@ -126,6 +126,23 @@ std::string silenceError(std::string& text) {
     return text == never ? "" : number(0.001, longestSeconds)(text);
 }
 
+/// What is wrong with the text of a place; empty if nothing is.
+std::string placeError(const std::string& text) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos) {
+        return "expected LAT,LON in degrees, not '" + text + "'";
+    }
+    std::string latitude = text.substr(0, comma);
+    std::string longitude = text.substr(comma + 1);
+    const std::string error = number(-90, 90)(latitude);
+    return error.empty() ? number(-180, 180)(longitude) : error;
+}
+
+/// The text has passed placeError().
+GeoPoint placeOf(const std::string& text) {
+    return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
+}
+
 /// In milliseconds since 1970. The text has passed startError().
 std::optional<u64> startOf(const TrackOptions& options, const std::string& path) {
     if (!options.start) {
@@ -181,7 +198,7 @@ public:
         killSilent();
         std::vector<TrackedAircraft> all = sortedAircraft();
         writePages(all);
-        _sink->show(all, _tracking.now());
+        _sink->show(all, showing());
         _hidden = _tracking.counts().aircraft - all.size();
         return all;
     }
@@ -239,7 +256,8 @@ private:
     /// A period ends before the reply of this time is taken in, so it is shown without that reply.
     void moveTo(u64 timeMs) {
         if (_shows && _shows->ended(timeMs)) {
-            _sink->show(sortedAircraft(), _tracking.now());
+            _sink->show(sortedAircraft(), showing());
+            ++_showings;
         }
         _tracking.moveTo(timeMs);
         if (_checks && _checks->ended(timeMs)) {
@@ -285,7 +303,7 @@ private:
             for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
                 _history.forget(aircraft.icaoAddr());
                 if (isShown(aircraft)) {
-                    _sink->showKilled(aircraft, _tracking.now());
+                    _sink->showKilled(aircraft, showing());
                 }
             }
         }
@@ -295,18 +313,20 @@ private:
         return _options.reportAddress || aircraft.statisticDfMsgCount() >= _options.minMessages;
     }
 
+    Showing showing() const { return {_tracking.now(), _showings + 1, _options.receiver}; }
+
     std::vector<TrackedAircraft> sortedAircraft() const {
         std::vector<TrackedAircraft> all = _tracking.aircraft();
         all.erase(std::remove_if(all.begin(), all.end(),
                                  [this](const TrackedAircraft& one) { return !isShown(one); }),
                   all.end());
-        sortAircraft(all, _tracking.now(), aircraftColumn(_options.sortKey), _options.descending);
+        sortAircraft(all, showing(), aircraftColumn(_options.sortKey), _options.descending);
         return all;
     }
 
     void writePages(const std::vector<TrackedAircraft>& all) const {
         if (_pages) {
-            _pages->write({_input.name(), _tracking.now(), all, _history});
+            _pages->write({_input.name(), showing(), all, _history});
             _console.write("pages for a browser: " + _pages->indexPath());
         }
     }
@@ -322,7 +342,8 @@ private:
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;
-    u64 _hidden = 0; ///< aircraft of the table that are not shown at the end
+    u64 _showings = 0; ///< of all aircraft, done
+    u64 _hidden = 0;   ///< aircraft of the table that are not shown at the end
     bool _saidRoom = false;
     bool _saidNoRoom = false;
 };
@@ -368,6 +389,13 @@ void TrackCommand::addOutputOptions() {
         ->type_name("ADDRESS")
         ->check(icaoAddress())
         ->excludes(json);
+    line()
+        .add_option_function<std::string>(
+            "--location", [this](const std::string& text) { _options.receiver = placeOf(text); },
+            "Where the receiver stands, in degrees, north and east\n"
+            "positive: adds the distance of each aircraft")
+        ->type_name("LAT,LON")
+        ->check(CLI::Validator(placeError, ""));
     addSeconds(line(), "--every", _options.everyMs,
                "Also show the aircraft at each such interval of the\n"
                "recording");

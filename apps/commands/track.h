@@ -2,6 +2,7 @@
 
 #include "apps/commands/command.h"
 #include "apps/commands/reply_input.h"
+#include "apps/tracking/geo_point.h"
 #include "apps/tracking/tracking.h"
 
 #include <ondrel/types.h>
@@ -23,6 +24,7 @@ struct TrackOptions {
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
+    std::optional<GeoPoint> receiver;      ///< where it stands
     std::optional<AltitudeCheck> altitudeCheck;
     double greatestKnots = PositionCheck::usualKnots;
     std::optional<std::string> start; ///< of a counter: seconds since 1970, or "mtime"

@@ -10,89 +10,138 @@ namespace tolvarin::ondrel::client {
 namespace {
 
 using Target = TrackedAircraft;
-using Cell = std::optional<Value>;
+using Entry = std::optional<Cell>;
 
 constexpr Alignment left = Alignment::Left;
 constexpr Alignment right = Alignment::Right;
 
-/// The cell of a number that has a getter and a flag.
+/// The cell of a number that has a getter, a flag and a time.
+template <auto isValid, auto number, auto lastUpdate>
+Entry numberIf(const Target& t, const Showing& showing) {
+    return (t.*isValid)() ? Entry({decimal((t.*number)(), 0), isOld((t.*lastUpdate)(), showing)})
+                          : std::nullopt;
+}
+
+/// The same for a number that does not become old.
 template <auto isValid, auto number>
-Cell numberIf(const Target& t, u64 /*newestMs*/) {
-    return (t.*isValid)() ? Cell(decimal((t.*number)(), 0)) : std::nullopt;
+Entry lastingNumberIf(const Target& t, const Showing& /*showing*/) {
+    return (t.*isValid)() ? Entry({decimal((t.*number)(), 0)}) : std::nullopt;
 }
 
-Cell address(const Target& t, u64 /*newestMs*/) {
-    return words(hex24(t.icaoAddr()));
+Entry address(const Target& t, const Showing& /*showing*/) {
+    return Cell{words(hex24(t.icaoAddr()))};
 }
 
-Cell callsign(const Target& t, u64 /*newestMs*/) {
+Entry callsign(const Target& t, const Showing& /*showing*/) {
     const auto text = callsignOf(t);
-    return text ? Cell(words(*text)) : std::nullopt;
+    return text ? Entry({words(*text)}) : std::nullopt;
 }
 
-Cell squawk(const Target& t, u64 /*newestMs*/) {
-    return t.squawkValid() ? Cell(words(squawkText(t.squawk()))) : std::nullopt;
+Entry category(const Target& t, const Showing& /*showing*/) {
+    const auto text = categoryOf(t);
+    return text ? Entry({words(*text)}) : std::nullopt;
+}
+
+Entry squawk(const Target& t, const Showing& /*showing*/) {
+    return t.squawkValid() ? Entry({words(squawkText(t.squawk()))}) : std::nullopt;
+}
+
+Entry emergency(const Target& t, const Showing& /*showing*/) {
+    const std::string_view text = emergencyOf(t);
+    return !text.empty() ? Entry({words(std::string(text))}) : std::nullopt;
 }
 
 /// Whole degrees below 360: 359.5 and more round to 0.
-Cell heading(const Target& t, u64 /*newestMs*/) {
+Entry track(const Target& t, const Showing& showing) {
     const double degrees = std::fmod(std::round(t.heading()), 360);
-    return t.headingValid() ? Cell(decimal(degrees, 0)) : std::nullopt;
+    return t.headingValid() ? Entry({decimal(degrees, 0), isOld(t.headingLastUpdate(), showing)})
+                            : std::nullopt;
 }
 
 /// The cell of a coordinate of the accepted position.
 template <auto coordinate>
-Cell degreesIf(const Target& t, u64 /*newestMs*/) {
-    return t.position ? Cell(decimal(t.position->place.*coordinate, 5)) : std::nullopt;
+Entry degreesIf(const Target& t, const Showing& showing) {
+    return t.position ? Entry({decimal(t.position->place.*coordinate, 5),
+                               isOld(t.position->stampMs, showing)})
+                      : std::nullopt;
 }
 
-Cell groundStatus(const Target& t, u64 /*newestMs*/) {
+Entry distance(const Target& t, const Showing& showing) {
+    const auto miles = distanceOf(t, showing);
+    return miles ? Entry({decimal(*miles, 1), isOld(t.position->stampMs, showing)}) : std::nullopt;
+}
+
+Entry groundStatus(const Target& t, const Showing& /*showing*/) {
     const bool known = t.groundStatusValid() && t.groundStatus() != Target::GroundStatusUnknown;
-    return known ? Cell(words(groundStatusText(t))) : std::nullopt;
+    return known ? Entry({words(groundStatusText(t))}) : std::nullopt;
 }
 
 /// With a question mark until the version is confirmed.
-Cell version(const Target& t, u64 /*newestMs*/) {
-    return words(std::to_string(t.mopsVersion()) + (t.mopsVersionConfirmed() ? "" : "?"));
+Entry version(const Target& t, const Showing& /*showing*/) {
+    return Cell{words(std::to_string(t.mopsVersion()) + (t.mopsVersionConfirmed() ? "" : "?"))};
 }
 
-Cell messages(const Target& t, u64 /*newestMs*/) {
-    return whole(t.statisticDfMsgCount());
+Entry messages(const Target& t, const Showing& /*showing*/) {
+    return Cell{whole(t.statisticDfMsgCount())};
 }
 
-Cell age(const Target& t, u64 newestMs) {
-    return decimal(static_cast<double>(ageOf(t, newestMs)) / 1000, 1);
+Entry seen(const Target& t, const Showing& showing) {
+    return Cell{decimal(static_cast<double>(ageOf(t.lastUpdate(), showing)) / 1000, 1)};
 }
 
 } // namespace
 
 const std::vector<AircraftColumn>& aircraftColumns() {
     static const std::vector<AircraftColumn> columns = {
-        {"address", "address", "", "", left, address},
-        {"callsign", "callsign", "", "", left, callsign},
-        {"squawk", "squawk", "", "", left, squawk},
-        {"altitude", "altitude", "ft", "barometric", right,
-         numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro>},
-        {"speed", "speed", "kt", "over ground", right,
-         numberIf<&Target::groundSpeedValid, &Target::groundSpeed>},
-        {"heading", "heading", "deg", "over ground", right, heading},
-        {"rate", "vertical", "ft/min", "barometric", right,
-         numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro>},
-        {"latitude", "latitude", "deg", "north is positive", right, degreesIf<&GeoPoint::latitude>},
-        {"longitude", "longitude", "deg", "east is positive", right,
+        {"address", "address", "", "", left, true, address},
+        {"callsign", "callsign", "", "", left, true, callsign},
+        {"category", "category", "", "the emitter category: A3 is a large aeroplane", left, true,
+         category},
+        {"squawk", "squawk", "", "", left, true, squawk},
+        {"emergency", "emergency", "", "what the squawks 7500, 7600 and 7700 say", left, false,
+         emergency},
+        {"altitude", "altitude", "ft", "barometric", right, true,
+         numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro,
+                  &Target::altitudeBaroLastUpdate>},
+        {"ground_speed", "ground speed", "kt", "", right, true,
+         numberIf<&Target::groundSpeedValid, &Target::groundSpeed, &Target::groundSpeedLastUpdate>},
+        {"track", "track", "deg", "the direction of flight over ground", right, true, track},
+        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true,
+         numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro,
+                  &Target::verticalRateBaroLastUpdate>},
+        {"latitude", "latitude", "deg", "north is positive", right, true,
+         degreesIf<&GeoPoint::latitude>},
+        {"longitude", "longitude", "deg", "east is positive", right, true,
          degreesIf<&GeoPoint::longitude>},
-        {"status", "status", "", "", left, groundStatus},
-        {"version", "MOPS", "", "the version, with ? until it is confirmed", left, version},
-        {"nic", "NIC", "", "integrity of the position", right,
-         numberIf<&Target::nicValid, &Target::nic>},
-        {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right,
-         numberIf<&Target::picValid, &Target::pic>},
+        {"distance", "distance", "NM", "from the receiver (--location)", right, false, distance},
+        {"ground_status", "ground status", "", "", left, true, groundStatus},
+        {"mops_version", "MOPS version", "", "of the transponder, with ? until it is confirmed",
+         left, true, version},
+        {"nic", "NIC", "", "integrity of the position", right, true,
+         lastingNumberIf<&Target::nicValid, &Target::nic>},
+        {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right, true,
+         lastingNumberIf<&Target::picValid, &Target::pic>},
         {"messages", "messages", "", "the number of messages that the tracker believed", right,
-         messages},
-        {"age", "age", "s", "time from the last message of the aircraft to the newest reply of all",
-         right, age},
+         true, messages},
+        {"seen", "seen", "s",
+         "time from the last message of the aircraft to the newest reply of all", right, true,
+         seen},
     };
     return columns;
+}
+
+std::vector<AircraftColumn> columnsFor(const std::vector<TrackedAircraft>& aircraft,
+                                       const Showing& showing) {
+    std::vector<AircraftColumn> chosen;
+    for (const AircraftColumn& column : aircraftColumns()) {
+        const auto hasEntry = [&](const TrackedAircraft& one) {
+            return column.cell(one, showing).has_value();
+        };
+        if (column.always || std::any_of(aircraft.begin(), aircraft.end(), hasEntry)) {
+            chosen.push_back(column);
+        }
+    }
+    return chosen;
 }
 
 std::vector<std::string> aircraftColumnKeys() {
@@ -104,11 +153,11 @@ std::vector<std::string> aircraftColumnKeys() {
 }
 
 std::string aircraftColumnHelp() {
-    constexpr std::size_t headWidth = 10;
+    constexpr std::size_t nameWidth = 13; // "ground status"
     std::string lines;
     for (const AircraftColumn& column : aircraftColumns()) {
         if (!column.help.empty()) {
-            lines += "  " + toTheLeft(column.head, headWidth) + std::string(columnGap);
+            lines += "  " + toTheLeft(column.name, nameWidth) + std::string(columnGap);
             lines += column.help;
             lines += '\n';
         }
@@ -122,15 +171,16 @@ const AircraftColumn& aircraftColumn(std::string_view key) {
                          [key](const AircraftColumn& column) { return column.key == key; });
 }
 
-void sortAircraft(std::vector<TrackedAircraft>& aircraft, u64 newestMs,
+void sortAircraft(std::vector<TrackedAircraft>& aircraft, const Showing& showing,
                   const AircraftColumn& column, bool descending) {
     const auto isBefore = [&](const Target& one, const Target& other) {
-        const Cell cell = column.cell(one, newestMs);
-        const Cell otherCell = column.cell(other, newestMs);
+        const Entry cell = column.cell(one, showing);
+        const Entry otherCell = column.cell(other, showing);
         if (!cell || !otherCell) {
             return cell.has_value() && !otherCell;
         }
-        return descending ? otherCell->data < cell->data : cell->data < otherCell->data;
+        return descending ? otherCell->value.data < cell->value.data
+                          : cell->value.data < otherCell->value.data;
     };
     std::stable_sort(aircraft.begin(), aircraft.end(), isBefore);
 }

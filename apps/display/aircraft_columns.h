@@ -15,20 +15,30 @@ namespace tolvarin::ondrel::client {
 
 enum class Alignment { Left, Right };
 
+/// The entry of an aircraft in a column.
+struct Cell {
+    Value value;        ///< by its data the column is sorted
+    bool isOld = false; ///< by isOld() of the showing
+};
+
 struct AircraftColumn {
     std::string_view key;  ///< its name on the command line
-    std::string_view head; ///< the text above the column
-    std::string_view unit; ///< below the head; may be empty
-    std::string_view help; ///< for the help text; empty if the head says it all
+    std::string_view name; ///< stands above the column: one word or two
+    std::string_view unit; ///< below it; may be empty
+    std::string_view help; ///< for the help text; empty if the name says it all
     Alignment alignment;
+    bool always; ///< whether it is shown if no aircraft has an entry
 
-    /// The entry of an aircraft, and what the column is sorted by; nothing if the aircraft has no
-    /// valid value. `newestMs` is the newest stamp of all replies.
-    std::optional<Value> (*cell)(const TrackedAircraft& aircraft, u64 newestMs);
+    /// Nothing if the aircraft has no valid value.
+    std::optional<Cell> (*cell)(const TrackedAircraft& aircraft, const Showing& showing);
 };
 
 /// All columns from left to right. A new column is one row here.
 const std::vector<AircraftColumn>& aircraftColumns();
+
+/// The columns that a table of these aircraft has.
+std::vector<AircraftColumn> columnsFor(const std::vector<TrackedAircraft>& aircraft,
+                                       const Showing& showing);
 
 /// The keys of all columns.
 std::vector<std::string> aircraftColumnKeys();
@@ -41,7 +51,7 @@ const AircraftColumn& aircraftColumn(std::string_view key);
 
 /// Sorts the aircraft by a column. Those without a valid value come last in either direction;
 /// equal ones keep their order.
-void sortAircraft(std::vector<TrackedAircraft>& aircraft, u64 newestMs,
+void sortAircraft(std::vector<TrackedAircraft>& aircraft, const Showing& showing,
                   const AircraftColumn& column, bool descending);
 
 } // namespace tolvarin::ondrel::client

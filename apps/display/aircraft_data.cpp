@@ -1,6 +1,7 @@
 #include "apps/display/aircraft_data.h"
 
 #include "apps/common/text.h"
+#include "apps/tracking/geo_point.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -13,6 +14,43 @@ constexpr std::string_view identification = dataGroups[0];
 constexpr std::string_view motion = dataGroups[1];
 constexpr std::string_view status = dataGroups[2];
 constexpr std::string_view quality = dataGroups[3];
+
+/// The names of the emitter categories (RTCA DO-260B, table 2-20), by letter and number. Those that
+/// have none are reserved.
+std::string_view categoryName(char letter, u8 number) {
+    constexpr std::array<std::string_view, 8> a = {
+        "no information",   "light",     "small", "large", "high-vortex large", "heavy",
+        "high performance", "rotorcraft"};
+    constexpr std::array<std::string_view, 8> b = {
+        "no information", "glider",   "lighter than air",        "parachutist",
+        "ultralight",     "reserved", "unmanned aerial vehicle", "space vehicle"};
+    constexpr std::array<std::string_view, 8> c = {"no information",
+                                                   "surface emergency vehicle",
+                                                   "surface service vehicle",
+                                                   "point obstacle",
+                                                   "cluster obstacle",
+                                                   "line obstacle",
+                                                   "reserved",
+                                                   "reserved"};
+    switch (letter) {
+    case 'A':
+        return a.at(number);
+    case 'B':
+        return b.at(number);
+    case 'C':
+        return c.at(number);
+    default:
+        return number == 0 ? "no information" : "reserved";
+    }
+}
+
+Value categoryValue(const TrackedAircraft& aircraft) {
+    const std::string category = categoryOf(aircraft).value_or("");
+    return {category, category.empty()
+                          ? ""
+                          : category + " " +
+                                std::string(categoryName(category[0], aircraft.emitterCategory()))};
+}
 
 } // namespace
 
@@ -33,16 +71,21 @@ Value yesNo(bool set) {
 }
 
 // Programs rely on the keys and on the order of the rows.
-std::vector<AircraftDatum> dataOf(const TrackedAircraft& t) {
+std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showing) {
+    const std::string_view emergency = emergencyOf(t);
+    const auto distance = distanceOf(t, showing);
     const bool placed = t.position.has_value();
     const Position position = t.position.value_or(Position{});
+    const bool amplitudeTold = t.signalAmplitude() > 0; // 0 is a message without one
     return {
         {"callsign", "Callsign", "", identification, words(callsignOf(t).value_or("")),
          t.callsignLastUpdate() > 0, t.callsignLastUpdate(), t.callsignLastChange()},
-        {"emitter_category", "Emitter category", "", identification, whole(t.emitterCategory()),
-         t.emitterCategoryValid(), t.emitterCategoryLastUpdate(), t.emitterCategoryLastChange()},
+        {"category", "Category", "", identification, categoryValue(t), t.identityTypeCode != 0,
+         t.emitterCategoryLastUpdate(), t.emitterCategoryLastChange()},
         {"squawk", "Squawk", "", identification, words(squawkText(t.squawk())), t.squawkValid(),
          t.squawkLastUpdate(), t.squawkLastChange()},
+        {"emergency", "Emergency", "", status, words(std::string(emergency)), !emergency.empty(),
+         emergency.empty() ? 0 : t.squawkLastUpdate()},
         {"ground_status", "Ground status", "", status, words(groundStatusText(t)),
          t.groundStatusValid(), t.groundStatusLastUpdate(), t.groundStatusLastChange()},
         {"spi", "SPI", "", status, yesNo(t.spiStatus()), t.spiStatusValid(),
@@ -60,16 +103,18 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t) {
          position.stampMs},
         {"longitude", "Longitude", "deg", motion, decimal(position.place.longitude, 6), placed,
          position.stampMs},
-        {"altitude", "Altitude", "ft", motion, whole(t.altitudeBaro()), t.altitudeBaroValid(),
+        {"distance_nm", "Distance", "NM", motion, decimal(distance.value_or(0), 1),
+         distance.has_value(), distance ? position.stampMs : 0},
+        {"altitude_ft", "Altitude", "ft", motion, whole(t.altitudeBaro()), t.altitudeBaroValid(),
          t.altitudeBaroLastUpdate()},
-        {"ground_speed", "Ground speed", "kt", motion, decimal(t.groundSpeed(), 1),
+        {"ground_speed_kt", "Ground speed", "kt", motion, decimal(t.groundSpeed(), 1),
          t.groundSpeedValid(), t.groundSpeedLastUpdate()},
-        {"heading", "Heading", "deg", motion, decimal(t.heading(), 1), t.headingValid(),
+        {"track_deg", "Track", "deg", motion, decimal(t.heading(), 1), t.headingValid(),
          t.headingLastUpdate()},
-        {"vertical_rate", "Vertical rate", "ft/min", motion, whole(t.verticalRateBaro()),
+        {"vertical_rate_ft_min", "Vertical rate", "ft/min", motion, whole(t.verticalRateBaro()),
          t.verticalRateBaroValid(), t.verticalRateBaroLastUpdate()},
         {"signal_amplitude", "Signal amplitude", "", status, whole(t.signalAmplitude()),
-         t.signalAmplitudeValid(), t.signalAmplitudeLastUpdate()},
+         amplitudeTold, amplitudeTold ? t.signalAmplitudeLastUpdate() : 0},
         {"nucp", "NUCp", "", quality, whole(t.nucp()), t.nucpValid(), t.nucpLastUpdate(),
          t.nucpLastChange()},
         {"nucr", "NUCr", "", quality, whole(t.nucr()), t.nucrValid(), t.nucrLastUpdate(),
@@ -130,13 +175,40 @@ std::string groundStatusText(const ADSBTarget& aircraft) {
     }
 }
 
-bool isAlarming(const ADSBTarget& aircraft) {
-    const u32 squawk = aircraft.squawk();
-    return aircraft.squawkValid() && (squawk == 07500 || squawk == 07600 || squawk == 07700);
+bool AircraftDatum::isOld(const Showing& showing) const {
+    return group == motion && known() && client::isOld(lastUpdate, showing);
 }
 
-u64 ageOf(const ADSBTarget& aircraft, u64 newestMs) {
-    return newestMs - std::min(newestMs, aircraft.lastUpdate());
+std::optional<std::string> categoryOf(const TrackedAircraft& aircraft) {
+    if (aircraft.identityTypeCode == 0) {
+        return std::nullopt;
+    }
+    const auto letter = static_cast<char>('E' - aircraft.identityTypeCode); // 4 is set A, 1 is D
+    return letter + std::to_string(aircraft.emitterCategory());
+}
+
+std::string_view emergencyOf(const ADSBTarget& aircraft) {
+    switch (aircraft.squawkValid() ? aircraft.squawk() : 0) {
+    case 07500:
+        return "unlawful interference";
+    case 07600:
+        return "radio failure";
+    case 07700:
+        return "general emergency";
+    default:
+        return "";
+    }
+}
+
+std::optional<double> distanceOf(const TrackedAircraft& aircraft, const Showing& showing) {
+    if (!aircraft.position || !showing.receiver) {
+        return std::nullopt;
+    }
+    return nauticalMiles(*showing.receiver, aircraft.position->place);
+}
+
+u64 ageOf(u64 stampMs, const Showing& showing) {
+    return showing.timeMs - std::min(showing.timeMs, stampMs);
 }
 
 } // namespace tolvarin::ondrel::client

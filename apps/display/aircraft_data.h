@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/display/showing.h"
 #include "apps/tracking/tracked_aircraft.h"
 
 #include <ondrel/adsb_target.h>
@@ -33,7 +34,7 @@ constexpr std::array<std::string_view, 4> dataGroups = {"Identification", "Motio
 
 /// One datum of an aircraft.
 struct AircraftDatum {
-    std::string_view key;                         ///< for programs
+    std::string_view key;                         ///< for programs, with the unit behind it
     std::string_view label;                       ///< for people
     std::string_view unit;                        ///< may be empty
     std::string_view group;                       ///< of dataGroups
@@ -43,11 +44,15 @@ struct AircraftDatum {
     std::optional<u64> lastChange = std::nullopt; ///< nothing where changes are not kept
 
     bool known() const { return valid || lastUpdate > 0; }
+
+    /// Whether it is a datum that changes all the time and has become old.
+    bool isOld(const Showing& showing) const;
 };
 
 /// The one list of the data of an aircraft. It has everything that a target holds except address,
-/// track number and message counts. Text, pages and JSON walk it: a new datum is one row here.
-std::vector<AircraftDatum> dataOf(const TrackedAircraft& aircraft);
+/// track number and message counts, and what the client adds. Text, pages and JSON walk it: a new
+/// datum is one row here.
+std::vector<AircraftDatum> dataOf(const TrackedAircraft& aircraft, const Showing& showing);
 
 /// Messages of one kind.
 struct MessageCount {
@@ -65,11 +70,16 @@ std::optional<std::string> callsignOf(const ADSBTarget& aircraft);
 /// "ground", "air" or "unknown".
 std::string groundStatusText(const ADSBTarget& aircraft);
 
-/// Whether the squawk is 7500 (unlawful interference), 7600 (lost communication) or 7700
-/// (emergency).
-bool isAlarming(const ADSBTarget& aircraft);
+/// The letter and the number of the emitter category, such as "A3"; nothing without one.
+std::optional<std::string> categoryOf(const TrackedAircraft& aircraft);
 
-/// Milliseconds from the last message of the aircraft to `newestMs`.
-u64 ageOf(const ADSBTarget& aircraft, u64 newestMs);
+/// What the squawk says if it is 7500, 7600 or 7700; empty if it is another one.
+std::string_view emergencyOf(const ADSBTarget& aircraft);
+
+/// Nautical miles from the receiver; nothing if either place is not known.
+std::optional<double> distanceOf(const TrackedAircraft& aircraft, const Showing& showing);
+
+/// Milliseconds from that time to the time of the showing.
+u64 ageOf(u64 stampMs, const Showing& showing);
 
 } // namespace tolvarin::ondrel::client

@@ -1,8 +1,7 @@
 #pragma once
 
+#include "apps/display/showing.h"
 #include "apps/tracking/tracked_aircraft.h"
-
-#include <ondrel/types.h>
 
 #include <vector>
 
@@ -17,11 +16,12 @@ public:
     AircraftSink& operator=(const AircraftSink&) = delete;
     virtual ~AircraftSink() = default;
 
-    /// Shows all aircraft in this order. `newestMs` is the newest stamp of all replies.
-    virtual void show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) = 0;
+    /// Shows all aircraft in this order.
+    virtual void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) = 0;
 
-    /// Shows an aircraft that was removed because it was silent.
-    virtual void showKilled(const TrackedAircraft& aircraft, u64 newestMs) = 0;
+    /// Shows an aircraft that was removed because it was silent. It would have been part of this
+    /// showing.
+    virtual void showKilled(const TrackedAircraft& aircraft, const Showing& showing) = 0;
 };
 
 } // namespace tolvarin::ondrel::client

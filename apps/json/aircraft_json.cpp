@@ -20,9 +20,9 @@ Json valueJson(const Value& value) {
     return std::visit([](const auto& data) { return Json(data); }, value.data);
 }
 
-Json dataJson(const TrackedAircraft& aircraft) {
+Json dataJson(const TrackedAircraft& aircraft, const Showing& showing) {
     Json data;
-    for (const AircraftDatum& datum : dataOf(aircraft)) {
+    for (const AircraftDatum& datum : dataOf(aircraft, showing)) {
         Json& form = data[std::string(datum.key)];
         form["value"] = datum.known() ? valueJson(datum.value) : Json();
         form["valid"] = datum.valid;
@@ -53,27 +53,27 @@ Json statisticsJson(const TrackedAircraft& aircraft) {
 
 } // namespace
 
-Json aircraftJson(const TrackedAircraft& aircraft, u64 newestMs, bool killed) {
+Json aircraftJson(const TrackedAircraft& aircraft, const Showing& showing, bool killed) {
     Json form;
-    form["time_ms"] = newestMs;
+    form["time_ms"] = showing.timeMs;
     form["address"] = hex24(aircraft.icaoAddr());
     form["track_number"] = aircraft.trackId();
     form["killed"] = killed;
     form["last_update_ms"] = aircraft.lastUpdate();
-    form["age_ms"] = ageOf(aircraft, newestMs);
-    form["data"] = dataJson(aircraft);
+    form["age_ms"] = ageOf(aircraft.lastUpdate(), showing);
+    form["data"] = dataJson(aircraft, showing);
     form["statistics"] = statisticsJson(aircraft);
     return form;
 }
 
-void AircraftJsonLines::show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
+void AircraftJsonLines::show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) {
     for (const TrackedAircraft& one : aircraft) {
-        _output << aircraftJson(one, newestMs, false).dump() << '\n';
+        _output << aircraftJson(one, showing, false).dump() << '\n';
     }
 }
 
-void AircraftJsonLines::showKilled(const TrackedAircraft& aircraft, u64 newestMs) {
-    _output << aircraftJson(aircraft, newestMs, true).dump() << '\n';
+void AircraftJsonLines::showKilled(const TrackedAircraft& aircraft, const Showing& showing) {
+    _output << aircraftJson(aircraft, showing, true).dump() << '\n';
 }
 
 } // namespace tolvarin::ondrel::client

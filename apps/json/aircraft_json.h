@@ -26,7 +26,8 @@ namespace tolvarin::ondrel::client {
 /// |                | last_update_ms; and last_change_ms where changes are kept              |
 /// | statistics     | messages counted: messages, by_format ("DF-17" and the like), by_type  |
 /// |                | ("ACID" and the like), each without zeros, and last_update_ms          |
-nlohmann::ordered_json aircraftJson(const TrackedAircraft& aircraft, u64 newestMs, bool killed);
+nlohmann::ordered_json aircraftJson(const TrackedAircraft& aircraft, const Showing& showing,
+                                    bool killed);
 
 /// Writes each aircraft as a line with such an object.
 class AircraftJsonLines final : public AircraftSink {
@@ -34,8 +35,8 @@ public:
     /// The output must outlive the sink.
     explicit AircraftJsonLines(Output& output) : _output(output) {}
 
-    void show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) override;
-    void showKilled(const TrackedAircraft& aircraft, u64 newestMs) override;
+    void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) override;
+    void showKilled(const TrackedAircraft& aircraft, const Showing& showing) override;
 
 private:
     Output& _output;

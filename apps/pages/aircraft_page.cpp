@@ -71,17 +71,17 @@ std::string section(std::string_view title, std::string_view heads, const std::s
            "\n";
 }
 
-std::string dataSections(const TrackedAircraft& aircraft, u64 newestMs) {
+std::string dataSections(const TrackedAircraft& aircraft, const Showing& showing) {
     constexpr std::string_view heads =
         "<th>Item</th><th>Value</th><th>Last update</th><th>Last change</th>";
-    const std::vector<AircraftDatum> data = dataOf(aircraft);
+    const std::vector<AircraftDatum> data = dataOf(aircraft, showing);
     std::string sections;
     for (const std::string_view group : dataGroups) {
         std::string rows;
         for (const AircraftDatum& datum : data) {
             if (datum.group == group) {
-                const bool alarming = datum.key == "squawk" && isAlarming(aircraft);
-                rows += dataRow(datum, alarming, newestMs);
+                const bool alarming = datum.key == "squawk" && !emergencyOf(aircraft).empty();
+                rows += dataRow(datum, alarming, showing.timeMs);
             }
         }
         sections += section(group, heads, rows);
@@ -107,21 +107,21 @@ std::string countSection(const TrackedAircraft& aircraft) {
 
 } // namespace
 
-std::string aircraftPage(const TrackedAircraft& aircraft, u64 newestMs) {
+std::string aircraftPage(const TrackedAircraft& aircraft, const Showing& showing) {
     const std::string address = hex24(aircraft.icaoAddr());
     const auto callsign = callsignOf(aircraft);
     const std::string heading =
         callsign ? htmlText(*callsign) + " " + element("small", "address", address) : address;
     const std::string summary = "Track number " + std::to_string(aircraft.trackId()) +
                                 ", last heard " + dateAndTime(aircraft.lastUpdate()) + ", " +
-                                secondsText(ageOf(aircraft, newestMs)) +
+                                secondsText(ageOf(aircraft.lastUpdate(), showing)) +
                                 " s before the newest reply of all";
     return htmlPage("Aircraft " + address, std::string(commonStyle) + std::string(aircraftStyle),
                     element("p", "back", link(indexName, "All aircraft")) + "\n" +
                         element("h1", heading) + "\n" + element("p", "quiet", htmlText(summary)) +
                         "\n" +
                         element("div", "groups",
-                                "\n" + dataSections(aircraft, newestMs) + countSection(aircraft)) +
+                                "\n" + dataSections(aircraft, showing) + countSection(aircraft)) +
                         "\n");
 }
 

@@ -40,10 +40,10 @@ std::string map(const IndexContents& contents) {
            "\n";
 }
 
-std::string tableHead() {
+std::string tableHead(const std::vector<AircraftColumn>& columns) {
     std::string cells;
-    for (const AircraftColumn& column : aircraftColumns()) {
-        std::string text = htmlText(column.head);
+    for (const AircraftColumn& column : columns) {
+        std::string text = htmlText(column.name);
         if (!column.unit.empty()) {
             text += " " + element("small", htmlText(column.unit));
         }
@@ -52,29 +52,33 @@ std::string tableHead() {
     return element("thead", element("tr", cells)) + "\n";
 }
 
-std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircraft, u64 nowMs) {
-    const auto cell = column.cell(aircraft, nowMs);
+std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircraft,
+                      const Showing& showing) {
+    const auto cell = column.cell(aircraft, showing);
     std::string style = column.alignment == Alignment::Right ? "number" : std::string(column.key);
     if (!cell) {
         return element("td", style + " quiet", dash);
     }
     const bool isLink = column.key == "address";
     return element("td", style,
-                   isLink ? link(pageName(aircraft.icaoAddr()), cell->text) : htmlText(cell->text));
+                   isLink ? link(pageName(aircraft.icaoAddr()), cell->value.text)
+                          : htmlText(cell->value.text));
 }
 
 std::string table(const IndexContents& contents) {
+    const auto columns = columnsFor(contents.aircraft, contents.showing);
     std::string rows = "\n";
     for (const TrackedAircraft& aircraft : contents.aircraft) {
         std::string cells;
-        for (const AircraftColumn& column : aircraftColumns()) {
-            cells += tableCell(column, aircraft, contents.nowMs);
+        for (const AircraftColumn& column : columns) {
+            cells += tableCell(column, aircraft, contents.showing);
         }
-        rows += element("tr", isAlarming(aircraft) ? "alarm" : "", cells) + "\n";
+        rows += element("tr", !emergencyOf(aircraft).empty() ? "alarm" : "", cells) + "\n";
     }
     return element("div", "table",
                    "\n" +
-                       element("table", "aircraft", "\n" + tableHead() + element("tbody", rows)) +
+                       element("table", "aircraft",
+                               "\n" + tableHead(columns) + element("tbody", rows)) +
                        "\n") +
            "\n";
 }
@@ -83,7 +87,7 @@ std::string table(const IndexContents& contents) {
 
 std::string indexPage(const IndexContents& contents) {
     const std::string summary = std::to_string(contents.aircraft.size()) + " aircraft in " +
-                                contents.recording + ", as of " + timeText(contents.nowMs);
+                                contents.recording + ", as of " + timeText(contents.showing.timeMs);
     return htmlPage("Aircraft", std::string(commonStyle) + std::string(indexStyle),
                     element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) +
                         "\n" + map(contents) + table(contents));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/display/showing.h"
 #include "apps/tracking/track_history.h"
 #include "apps/tracking/tracked_aircraft.h"
 
@@ -12,8 +13,8 @@ namespace tolvarin::ondrel::client {
 
 /// What the index shows.
 struct IndexContents {
-    std::string recording;                        ///< the name of the input
-    u64 nowMs;                                    ///< the newest stamp
+    std::string recording; ///< the name of the input
+    Showing showing;
     const std::vector<TrackedAircraft>& aircraft; ///< in the order of the table
     const TrackHistory& history;
 };

@@ -39,7 +39,7 @@ std::string PageFolder::indexPath() const {
 
 void PageFolder::write(const IndexContents& contents) const {
     for (const TrackedAircraft& aircraft : contents.aircraft) {
-        writePage(pathOf(pageName(aircraft.icaoAddr())), aircraftPage(aircraft, contents.nowMs));
+        writePage(pathOf(pageName(aircraft.icaoAddr())), aircraftPage(aircraft, contents.showing));
     }
     writePage(indexPath(), indexPage(contents));
 }

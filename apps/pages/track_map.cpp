@@ -225,7 +225,7 @@ void TrackMap::addLabel(const TrackedAircraft& aircraft) {
     if (place->isFar) {
         addLine(at, place->anchor, "leader");
     }
-    const std::string style = isAlarming(aircraft) ? "name alarming" : "name";
+    const std::string style = !emergencyOf(aircraft).empty() ? "name alarming" : "name";
     _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + ">";
     addText(place->anchor,
             attribute("class", style) + attribute("text-anchor", anchorName(place->side)), name);

@@ -5,6 +5,7 @@
 #include "apps/display/aircraft_data.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <string_view>
 
@@ -28,14 +29,24 @@ std::string joined(const std::vector<std::string>& cells) {
     return line;
 }
 
-/// One column of a table: head, unit, and one entry for each aircraft, all of the same width.
+/// The two lines of the head: the first word of the name; the second one and the unit.
+std::array<std::string, 2> headOf(const AircraftColumn& column) {
+    const std::size_t blank = std::min(column.name.find(' '), column.name.size());
+    std::string below(column.name.substr(std::min(blank + 1, column.name.size())));
+    below += below.empty() || column.unit.empty() ? "" : " ";
+    return {std::string(column.name.substr(0, blank)), below + std::string(column.unit)};
+}
+
+/// One column of a table: its head and one entry for each aircraft, all of the same width.
 std::vector<std::string> columnLines(const AircraftColumn& column,
-                                     const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
-    std::vector<std::string> lines = {std::string(column.head), std::string(column.unit)};
-    std::size_t width = std::max(column.head.size(), column.unit.size());
+                                     const std::vector<TrackedAircraft>& aircraft,
+                                     const Showing& showing) {
+    const auto head = headOf(column);
+    std::vector<std::string> lines(head.begin(), head.end());
+    std::size_t width = std::max(head[0].size(), head[1].size());
     for (const TrackedAircraft& one : aircraft) {
-        const auto cell = column.cell(one, newestMs);
-        lines.push_back(cell ? cell->text : "-");
+        const auto cell = column.cell(one, showing);
+        lines.push_back(cell ? cell->value.text : "-");
         width = std::max(width, lines.back().size());
     }
     const bool right = column.alignment == Alignment::Right;
@@ -82,10 +93,10 @@ std::string countLines(const TrackedAircraft& aircraft) {
 
 } // namespace
 
-std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
+std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) {
     std::vector<std::vector<std::string>> lines(aircraft.size() + 2);
-    for (const AircraftColumn& column : aircraftColumns()) {
-        const std::vector<std::string> entries = columnLines(column, aircraft, newestMs);
+    for (const AircraftColumn& column : columnsFor(aircraft, showing)) {
+        const std::vector<std::string> entries = columnLines(column, aircraft, showing);
         for (std::size_t i = 0; i < lines.size(); ++i) {
             lines[i].push_back(entries[i]);
         }
@@ -97,40 +108,42 @@ std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, u64 newe
     return table;
 }
 
-std::string aircraftReport(const TrackedAircraft& aircraft, u64 newestMs) {
+std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing) {
     std::string lines = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
                         std::to_string(aircraft.trackId()) + ", last heard " +
                         timeText(aircraft.lastUpdate()) + ", " +
-                        secondsText(ageOf(aircraft, newestMs)) + " s ago\n\n";
+                        secondsText(ageOf(aircraft.lastUpdate(), showing)) + " s ago\n\n";
     lines += reportLine("Item", "Value", "", "Valid", "Last update", "Last change");
-    for (const AircraftDatum& datum : dataOf(aircraft)) {
+    for (const AircraftDatum& datum : dataOf(aircraft, showing)) {
         lines += datumLine(datum);
     }
     return lines + '\n' + countLines(aircraft);
 }
 
-void AircraftText::show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) {
+void AircraftText::show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) {
     if (_repeated) {
-        _output << secondsText(newestMs) << ": " << aircraft.size() << " aircraft\n";
+        _output << secondsText(showing.timeMs) << ": " << aircraft.size() << " aircraft\n";
     }
-    _output << form(aircraft, newestMs) << (_repeated ? "\n" : "");
+    _output << form(aircraft, showing) << (_repeated ? "\n" : "");
 }
 
-std::string AircraftText::form(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) const {
+std::string AircraftText::form(const std::vector<TrackedAircraft>& aircraft,
+                               const Showing& showing) const {
     if (!_reportAddress) {
-        return aircraftTable(aircraft, newestMs);
+        return aircraftTable(aircraft, showing);
     }
     const auto found =
         std::find_if(aircraft.begin(), aircraft.end(), [this](const TrackedAircraft& one) {
             return one.icaoAddr() == *_reportAddress;
         });
-    return found != aircraft.end() ? aircraftReport(*found, newestMs) : "";
+    return found != aircraft.end() ? aircraftReport(*found, showing) : "";
 }
 
-void AircraftText::showKilled(const TrackedAircraft& aircraft, u64 newestMs) {
-    _output << joined({secondsText(newestMs), hex24(aircraft.icaoAddr()),
+void AircraftText::showKilled(const TrackedAircraft& aircraft, const Showing& showing) {
+    _output << joined({secondsText(showing.timeMs), hex24(aircraft.icaoAddr()),
                        callsignOf(aircraft).value_or("-"),
-                       "killed, silent for " + secondsText(ageOf(aircraft, newestMs)) + " s"})
+                       "killed, silent for " + secondsText(ageOf(aircraft.lastUpdate(), showing)) +
+                           " s"})
             << '\n';
 }
 

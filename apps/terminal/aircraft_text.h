@@ -15,11 +15,11 @@
 namespace tolvarin::ondrel::client {
 
 /// A table with a line for each aircraft, in the order given, below two lines of heads and units.
-std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, u64 newestMs);
+std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing);
 
 /// All that is known of one aircraft: a line for each datum with its value, whether it is valid,
 /// and when it was last updated and changed; then the messages counted.
-std::string aircraftReport(const TrackedAircraft& aircraft, u64 newestMs);
+std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing);
 
 /// Writes the table, or the report of one aircraft in its place.
 class AircraftText final : public AircraftSink {
@@ -30,11 +30,11 @@ public:
     AircraftText(Output& output, std::optional<u32> reportAddress, bool repeated)
         : _output(output), _reportAddress(reportAddress), _repeated(repeated) {}
 
-    void show(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) override;
-    void showKilled(const TrackedAircraft& aircraft, u64 newestMs) override;
+    void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) override;
+    void showKilled(const TrackedAircraft& aircraft, const Showing& showing) override;
 
 private:
-    std::string form(const std::vector<TrackedAircraft>& aircraft, u64 newestMs) const;
+    std::string form(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) const;
 
     Output& _output;
     std::optional<u32> _reportAddress;

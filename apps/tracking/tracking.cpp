@@ -11,14 +11,8 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-/// The ME field of a squitter with an airborne position; null for other messages.
-const std::string* positionField(const DFMessage& message) {
-    if (message.downlinkFormat() != DFMessage::DF17) {
-        return nullptr;
-    }
-    const std::string& field = static_cast<const DF17Message&>(message).constFieldME().data();
-    const auto typeCode = static_cast<u8>(static_cast<u8>(field.front()) >> 3U);
-    return ADSBMessage::typeByCode(typeCode) == ADSBMessage::POS_AIR ? &field : nullptr;
+u8 typeCodeOf(const std::string& field) {
+    return static_cast<u8>(static_cast<u8>(field.front()) >> 3U);
 }
 
 /// Whether the position is of the odd format (RTCA DO-260B, 2.2.3.2.3.5).
@@ -72,20 +66,24 @@ const ADSBTarget* Tracking::take(const DFMessage* message) {
         _taken.set(aircraft->trackId());
         ++_aircraft;
     }
-    if (aircraft->positionLastUpdate() == aircraft->lastUpdate()) {
-        checkPosition(*aircraft, *message);
+    if (message->downlinkFormat() == DFMessage::DF17) {
+        noteSquitter(*aircraft, static_cast<const DF17Message&>(*message).constFieldME().data());
     }
     return aircraft;
 }
 
-/// Only for a target whose position is as new as the message. Other messages at the same time did
-/// not bring it.
-void Tracking::checkPosition(const ADSBTarget& aircraft, const DFMessage& message) {
-    if (const std::string* field = positionField(message)) {
+/// A position is new if it is as new as its squitter.
+void Tracking::noteSquitter(const ADSBTarget& aircraft, const std::string& field) {
+    const u8 typeCode = typeCodeOf(field);
+    const auto type = ADSBMessage::typeByCode(typeCode);
+    if (type == ADSBMessage::ACID) {
+        _identityTypeCodes[aircraft.trackId()] = typeCode;
+    } else if (type == ADSBMessage::POS_AIR &&
+               aircraft.positionLastUpdate() == aircraft.lastUpdate()) {
         _verdict = _positions.check(
             aircraft.trackId(),
             {{aircraft.latitude(), aircraft.longitude()}, aircraft.positionLastUpdate()},
-            isOdd(*field));
+            isOdd(field));
     }
 }
 
@@ -128,22 +126,24 @@ std::vector<TrackedAircraft> Tracking::killSilentFor(u64 milliseconds) {
 
 /// Removes the aircraft that were last heard then or before.
 std::vector<TrackedAircraft> Tracking::kill(u64 lastUpdate) {
-    std::vector<TrackedAircraft> killed = withPositions(_tracker.killTargets(lastUpdate));
+    std::vector<TrackedAircraft> killed = tracked(_tracker.killTargets(lastUpdate));
     for (const TrackedAircraft& target : killed) {
         _positions.forget(target.trackId());
         _taken.reset(target.trackId());
+        _identityTypeCodes[target.trackId()] = 0;
     }
     _aircraft -= killed.size();
     _killed += killed.size();
     return killed;
 }
 
-std::vector<TrackedAircraft> Tracking::withPositions(std::vector<ADSBTarget> targets) const {
+std::vector<TrackedAircraft> Tracking::tracked(std::vector<ADSBTarget> targets) const {
     std::vector<TrackedAircraft> all;
     all.reserve(targets.size());
     for (ADSBTarget& target : targets) {
         const std::optional<Position> position = positionOf(target);
-        all.emplace_back(std::move(target), position);
+        const u8 typeCode = _identityTypeCodes[target.trackId()];
+        all.emplace_back(std::move(target), position).identityTypeCode = typeCode;
     }
     return all;
 }

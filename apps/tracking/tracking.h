@@ -12,6 +12,7 @@
 #include <array>
 #include <bitset>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -80,7 +81,7 @@ public:
     std::vector<TrackedAircraft> killSilentFor(u64 milliseconds);
 
     /// Copies of all aircraft in the order of their addresses.
-    std::vector<TrackedAircraft> aircraft() const { return withPositions(_tracker.allTargets()); }
+    std::vector<TrackedAircraft> aircraft() const { return tracked(_tracker.allTargets()); }
 
     TrackingCounts counts() const;
 
@@ -89,15 +90,16 @@ private:
     const ADSBTarget* enter(const DFMessage& message);
     bool makeRoom();
     std::vector<TrackedAircraft> kill(u64 lastUpdate);
-    void checkPosition(const ADSBTarget& aircraft, const DFMessage& message);
-    std::vector<TrackedAircraft> withPositions(std::vector<ADSBTarget> targets) const;
+    void noteSquitter(const ADSBTarget& aircraft, const std::string& field);
+    std::vector<TrackedAircraft> tracked(std::vector<ADSBTarget> targets) const;
 
     ADSBTracker _tracker;
     PositionCheck _positions;
     std::optional<PositionCheck::Verdict> _verdict;
     u64 _now = 0;
-    std::array<u64, 2> _before{}; ///< the times before _now
-    std::bitset<4096> _taken;     ///< by track number
+    std::array<u64, 2> _before{};              ///< the times before _now
+    std::bitset<4096> _taken;                  ///< by track number
+    std::array<u8, 4096> _identityTypeCodes{}; ///< by track number
     u64 _aircraft = 0;
     bool _makesRoom = true;
     u64 _lastSearch = 0; ///< for aircraft that can make room

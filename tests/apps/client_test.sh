@@ -223,6 +223,8 @@ refuse 2 "ondrel track: --altitude-check: expected a whole number from 0 to .*, 
 refuse 2 "ondrel track: --report: expected six hexadecimal digits, not '4840D'" \
     track --report 4840D forms.txt
 refuse 2 "ondrel track: --json excludes --report" track --json --report 4840D6 forms.txt
+refuse 2 "ondrel track: --location: expected LAT,LON in degrees, not .51.5." track --location 51.5 forms.txt
+refuse 2 "ondrel track: --location: expected a number from -90 to 90, not .91." track --location 91,0 forms.txt
 refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --html forms.txt forms.txt
 refuse 1 "ondrel: cannot create /proc/x: .*" track --html /proc/x forms.txt
 mkdir -p taken/index.html
@@ -375,7 +377,7 @@ $(($(counted tracked) > 1000)) $(counted killed)"
 run track --json long.txt
 expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"time_ms":.*"by_type":.*}$' out)"
 run track --sort altitude --reverse long.txt
-expect "sorted" "" "$(tail -n +3 out | cut -c 27-34 | grep -v -- - | sort -nrc 2>&1)"
+expect "sorted" "" "$(tail -n +3 out | cut -c 38-45 | grep -v -- - | sort -nrc 2>&1)"
 run track --every 20 long.txt
 expect "a table each 20 of 60 seconds" 3 "$(grep -cE '^[0-9.]+: [0-9]+ aircraft$' out)"
 
@@ -437,7 +439,7 @@ printf '%s\n' "1,8D40621D580B0000000000599BF2" "2,8D40621D580F80000000000878A1" 
 for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
     run track --altitude-check $limits --json jump.txt
     expect_line "altitude check $limits" out \
-        ".*\"altitude\":\{\"value\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
+        ".*\"altitude_ft\":\{\"value\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
 done
 
 for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 four

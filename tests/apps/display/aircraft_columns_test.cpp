@@ -22,13 +22,13 @@ TEST(AircraftColumns, SortWithTheInvalidOnesLast) {
              {"address", true, {0x485020, 0x4840D6, 0x40621D}},
              {"callsign", false, {0x4840D6, 0x40621D, 0x485020}},
              {"callsign", true, {0x4840D6, 0x40621D, 0x485020}},
-             {"rate", true, {0x485020, 0x40621D, 0x4840D6}},
-             {"status", true, {0x4840D6, 0x40621D, 0x485020}},
+             {"vertical_rate", true, {0x485020, 0x40621D, 0x4840D6}},
+             {"ground_status", true, {0x4840D6, 0x40621D, 0x485020}},
              {"messages", false, {0x485020, 0x4840D6, 0x40621D}},
-             {"age", false, {0x4840D6, 0x485020, 0x40621D}},
+             {"seen", false, {0x4840D6, 0x485020, 0x40621D}},
          }) {
         auto aircraft = tracked.tracking.aircraft();
-        sortAircraft(aircraft, tracked.tracking.now(), aircraftColumn(row.key), row.descending);
+        sortAircraft(aircraft, {tracked.tracking.now()}, aircraftColumn(row.key), row.descending);
         std::vector<u32> order;
         for (const TrackedAircraft& one : aircraft) {
             order.push_back(one.icaoAddr());

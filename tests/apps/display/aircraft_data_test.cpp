@@ -47,13 +47,19 @@ std::string operationalStatus() {
     return simulator::df17(address, 5, simulator::operationalStatus(status));
 }
 
-/// The aircraft with the position of the target, as if it had been confirmed.
+/// Fourteen seconds after the first frame, for a receiver on the meridian of Greenwich.
+const Showing showing = {14000, 1, GeoPoint{51.5, 0}};
+
+/// The aircraft with the position of the target, as if it had been confirmed, and with the set A of
+/// emitter categories.
 TrackedAircraft confirmed(const ADSBTarget& target) {
     std::optional<Position> position;
     if (target.positionValid()) {
         position = {{target.latitude(), target.longitude()}, target.positionLastUpdate()};
     }
-    return {target, position};
+    TrackedAircraft aircraft(target, position);
+    aircraft.identityTypeCode = 4;
+    return aircraft;
 }
 
 /// An aircraft that has sent all data that one aircraft can send. The frames come at 1000 ms, 2000
@@ -100,8 +106,9 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
     };
     const Row rows[] = {
         {"callsign", "KLM1023", true, 10000, 1000},
-        {"emitter_category", "3", true, 10000, 1000},
+        {"category", "A3 large", true, 10000, 1000},
         {"squawk", "7700", true, 9000, 8000},
+        {"emergency", "general emergency", true, 9000, {}},
         {"ground_status", "air", true, 12000, 11000},
         {"spi", "yes", true, 9000, 8000},
         {"alert", "yes", true, 9000, 8000},
@@ -110,10 +117,11 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"mops_version_confirmed", "yes", true, 6000, 6000},
         {"latitude", "52.249999", true, 12000, {}},
         {"longitude", "-3.500009", true, 12000, {}},
-        {"altitude", "31000", true, 12000, {}},
-        {"ground_speed", "500.0", true, 7000, {}},
-        {"heading", "36.9", true, 7000, {}},
-        {"vertical_rate", "-640", true, 7000, {}},
+        {"distance_nm", "137.2", true, 12000, {}},
+        {"altitude_ft", "31000", true, 12000, {}},
+        {"ground_speed_kt", "500.0", true, 7000, {}},
+        {"track_deg", "36.9", true, 7000, {}},
+        {"vertical_rate_ft_min", "-640", true, 7000, {}},
         {"signal_amplitude", "77", true, 12000, {}},
         {"nucp", "7", true, 12000, 11000},
         {"nucr", "1", false, 2000, 2000},
@@ -125,7 +133,7 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"nacp", "", false, 0, 0},
         {"sil", "", false, 0, 0},
     };
-    const std::vector<AircraftDatum> data = dataOf(confirmed(heardAircraft()));
+    const std::vector<AircraftDatum> data = dataOf(confirmed(heardAircraft()), showing);
     ASSERT_EQ(data.size(), std::size(rows));
     for (std::size_t i = 0; i < data.size(); ++i) {
         const AircraftDatum& datum = data[i];
@@ -152,7 +160,7 @@ AircraftDatum expectedAfterReport(const AircraftDatum& sent, const AircraftDatum
         expected.lastChange = 0;
     } else if (sent.key == "ground_status") {
         expected.lastChange = sent.lastUpdate;
-    } else if (sent.key == "heading") {
+    } else if (sent.key == "track_deg") {
         expected.lastUpdate = reportTime;
     }
     return expected;
@@ -168,9 +176,9 @@ TEST(AircraftData, GoFromOneTrackerToAnotherInAReport) {
     EXPECT_EQ(receiver->lastUpdate(), sender.lastUpdate());
     EXPECT_EQ(receiver->trackId(), sender.trackId());
 
-    const std::vector<AircraftDatum> sent = dataOf(confirmed(sender));
-    const std::vector<AircraftDatum> unknown = dataOf(confirmed(ADSBTarget(address)));
-    const std::vector<AircraftDatum> received = dataOf(confirmed(*receiver));
+    const std::vector<AircraftDatum> sent = dataOf(confirmed(sender), showing);
+    const std::vector<AircraftDatum> unknown = dataOf(confirmed(ADSBTarget(address)), showing);
+    const std::vector<AircraftDatum> received = dataOf(confirmed(*receiver), showing);
     for (std::size_t i = 0; i < sent.size(); ++i) {
         const AircraftDatum expected =
             expectedAfterReport(sent[i], unknown[i], report.lastUpdate());

@@ -72,7 +72,8 @@ struct Pages {
         }
     }
     std::string index(const std::string& recording) const {
-        return indexPage({recording, tracked.tracking.now(), tracked.tracking.aircraft(), history});
+        return indexPage(
+            {recording, {tracked.tracking.now()}, tracked.tracking.aircraft(), history});
     }
 
     TrackedLines tracked{lines};
@@ -96,7 +97,7 @@ TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     EXPECT_EQ(countOf(page, ">KLM1023</text>"), 0U);
 
     const TrackHistory nothing;
-    const std::string empty = indexPage({"", 0, {}, nothing});
+    const std::string empty = indexPage({"", {0}, {}, nothing});
     EXPECT_EQ(countOf(empty, "<svg "), 0U);
     EXPECT_EQ(unbalanced(empty), "");
 }
@@ -119,7 +120,7 @@ std::string rowOf(const std::string& page, const std::string& label) {
 TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
     const Pages pages;
     const TrackedAircraft aircraft = pages.tracked.tracking.aircraft().at(1);
-    const std::string page = aircraftPage(aircraft, 5500);
+    const std::string page = aircraftPage(aircraft, {5500});
     EXPECT_EQ(unbalanced(page), "");
     EXPECT_NE(page.find(R"(<a href="index.html">All aircraft</a>)"), std::string::npos);
     EXPECT_NE(page.find(R"(<h1>KLM1023 <small class="address">4840D6</small></h1>)"),
@@ -129,7 +130,7 @@ TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
     for (const std::string_view group : dataGroups) {
         EXPECT_EQ(countOf(page, "<h2>" + std::string(group) + "</h2>"), 1U);
     }
-    for (const AircraftDatum& datum : dataOf(aircraft)) {
+    for (const AircraftDatum& datum : dataOf(aircraft, {5500})) {
         EXPECT_EQ(countOf(page, "<td>" + std::string(datum.label) + "</td>"), 1U) << datum.key;
     }
     EXPECT_EQ(rowOf(page, "Callsign"), R"(<td class="value">KLM1023</td>)"
@@ -151,15 +152,16 @@ TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
 TEST(AircraftPage, ShowsTheDateOfWhatIsOfAnotherDay) {
     const TrackedLines tracked({"1700000000.25,8D4840D6202CC371C32CE0576098"});
     const TrackedAircraft aircraft = tracked.tracking.aircraft().front();
-    EXPECT_NE(aircraftPage(aircraft, 1700000001000).find(">22:13:20.250</td>"), std::string::npos);
-    EXPECT_NE(aircraftPage(aircraft, 1700086400000).find(">2023-11-14 22:13:20.250 UTC</td>"),
+    EXPECT_NE(aircraftPage(aircraft, {1700000001000}).find(">22:13:20.250</td>"),
+              std::string::npos);
+    EXPECT_NE(aircraftPage(aircraft, {1700086400000}).find(">2023-11-14 22:13:20.250 UTC</td>"),
               std::string::npos);
 }
 
 TEST(Pages, NeedNoNetwork) {
     const Pages pages;
     const std::string all =
-        pages.index("x.csv") + aircraftPage(pages.tracked.tracking.aircraft().front(), 4000);
+        pages.index("x.csv") + aircraftPage(pages.tracked.tracking.aircraft().front(), {4000});
     for (const char* way : {"http", "src=", "url(", "@import", "<link", "<script"}) {
         EXPECT_EQ(all.find(way), std::string::npos) << way;
     }
@@ -185,7 +187,7 @@ TEST(IndexPage, DrawsNothingBeyondThePoles) {
     const TrackHistory history;
     EXPECT_GT(aircraft.front().latitude(), 90);
     EXPECT_FALSE(aircraft.front().position);
-    EXPECT_EQ(countOf(indexPage({"", 2000, aircraft, history}), "<svg "), 0U);
+    EXPECT_EQ(countOf(indexPage({"", {2000}, aircraft, history}), "<svg "), 0U);
 }
 
 } // namespace
