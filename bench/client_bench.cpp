@@ -35,7 +35,7 @@ public:
         options.damage.manyBits = 0.02;
         simulator::Traffic traffic(options);
         std::ofstream file(_path);
-        writeRecording(file, traffic, simulator::LineForm::Seconds, options.startMs);
+        writeRecording(file, traffic, simulator::RecordingForm::Seconds, options.startMs);
         file.close();
         const auto source = open();
         client::Reply reply;
@@ -48,7 +48,8 @@ public:
     ~Recording() { std::remove(_path.c_str()); }
 
     std::unique_ptr<client::ReplySource> open() const {
-        return client::openReplySource(_path, {[](const auto&, const auto&) {}, [](u64, u64) {}});
+        return client::openReplySource(_path, client::ReceiverCounter::Kind::TwelveMHz,
+                                       {[](const auto&, const auto&) {}, [](u64, u64) {}});
     }
 
     const std::vector<client::Reply>& replies() const { return _replies; }

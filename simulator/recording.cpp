@@ -31,30 +31,45 @@ std::string seconds(std::uint64_t milliseconds) {
     return std::to_string(milliseconds / 1000) + "." + fraction;
 }
 
+/// A reply that was cut short makes a frame that is cut short.
+std::string frame(const Reply& reply, std::uint64_t counter) {
+    constexpr char escape = '\x1A';
+    constexpr char signal = 100;
+    std::string body;
+    for (unsigned bits = 48; bits > 0; bits -= 8) {
+        body += static_cast<char>((counter >> (bits - 8)) & 0xFFU);
+    }
+    body += signal + reply.bytes;
+    std::string bytes = {escape, reply.bytes.size() <= 7 ? '2' : '3'};
+    for (const char byte : body) {
+        bytes.append(byte == escape ? 2 : 1, byte);
+    }
+    return bytes;
+}
+
 } // namespace
 
-std::string recordingLine(const Reply& reply, LineForm form, std::uint64_t startMs) {
-    std::string digits = hex(reply.bytes);
+std::string recorded(const Reply& reply, RecordingForm form, std::uint64_t startMs) {
+    const std::uint64_t ticks = (reply.timeMs - startMs) * ticksPerMs;
     switch (form) {
-    case LineForm::Seconds:
-        return seconds(reply.timeMs) + "," + digits;
-    case LineForm::Ticks:
-        return "@" + hex((reply.timeMs - startMs) * ticksPerMs, 12) + digits + ";";
-    case LineForm::Frame:
-        return "*" + digits + ";";
+    case RecordingForm::Seconds:
+        return seconds(reply.timeMs) + "," + hex(reply.bytes) + "\n";
+    case RecordingForm::Ticks:
+        return "@" + hex(ticks, 12) + hex(reply.bytes) + ";\n";
+    case RecordingForm::Frame:
+        return "*" + hex(reply.bytes) + ";\n";
+    case RecordingForm::Binary:
+        return frame(reply, ticks + 1);
     default:
-        return digits;
+        return hex(reply.bytes) + "\n";
     }
 }
 
-std::size_t writeRecording(std::ostream& out, Traffic& traffic, LineForm form,
-                           std::uint64_t startMs, const std::vector<std::string>& comments) {
-    for (const std::string& comment : comments) {
-        out << "# " << comment << '\n';
-    }
+std::size_t writeRecording(std::ostream& out, Traffic& traffic, RecordingForm form,
+                           std::uint64_t startMs) {
     std::size_t count = 0;
     while (const auto reply = traffic.next()) {
-        out << recordingLine(*reply, form, startMs) << '\n';
+        out << recorded(*reply, form, startMs);
         ++count;
     }
     return count;

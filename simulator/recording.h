@@ -1,5 +1,5 @@
 /// @file
-/// Writes replies as text, one a line, hexadecimal digits in upper case.
+/// Writes replies as text, one a line, hexadecimal digits in upper case, or as binary frames.
 #pragma once
 
 #include "simulator/traffic.h"
@@ -7,24 +7,24 @@
 #include <cstddef>
 #include <iosfwd>
 #include <string>
-#include <vector>
 
 namespace tolvarin::ondrel::simulator {
 
-enum class LineForm {
+enum class RecordingForm {
     Seconds, ///< `SECONDS.FRACTION,HEX`: seconds since 1970-01-01 UTC with three decimals
     Ticks,   ///< `@TICKSHEX;`: 12 digits of a 12 MHz counter, which starts with the recording
     Frame,   ///< `*HEX;`
     Bare,    ///< `HEX`
+    Binary,  ///< frames: 0x1A, a type, 6 bytes of a counter, signal, reply; each 0x1A behind the
+             ///< type twice. The counter starts at 1, since 0 says that there is no time
 };
 
-/// One line without its end. `startMs` is when the counter of LineForm::Ticks was 0; it must not be
-/// later than the reply.
-std::string recordingLine(const Reply& reply, LineForm form, std::uint64_t startMs);
+/// A line with its end, or a frame. `startMs` is when the counter started; it must not be later
+/// than the reply.
+std::string recorded(const Reply& reply, RecordingForm form, std::uint64_t startMs);
 
-/// Writes a `#` line for each comment and then all replies that the traffic still yields. Returns
-/// the number of replies.
-std::size_t writeRecording(std::ostream& out, Traffic& traffic, LineForm form,
-                           std::uint64_t startMs, const std::vector<std::string>& comments = {});
+/// Writes all replies that the traffic still yields. Returns their number.
+std::size_t writeRecording(std::ostream& out, Traffic& traffic, RecordingForm form,
+                           std::uint64_t startMs);
 
 } // namespace tolvarin::ondrel::simulator

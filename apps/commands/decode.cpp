@@ -76,7 +76,7 @@ int DecodeCommand::run() {
         output << text;
     }
     output.close();
-    console.write(summary.text(input.unreadable()));
+    console.write(summary.text(input.leftOut()));
     return input.status();
 }
 

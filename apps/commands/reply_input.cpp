@@ -21,7 +21,16 @@ const std::map<std::string, Log::Level> logLevels = {{"debug", Log::Debug},
 constexpr unsigned mostOfOneReason = 10;
 constexpr unsigned mostShown = 100;
 
-void addLogOption(CLI::App& command, ReplyInputOptions& options) {
+const std::map<std::string, ReceiverCounter::Kind> counters = {
+    {"12mhz", ReceiverCounter::Kind::TwelveMHz}, {"gps", ReceiverCounter::Kind::Gps}};
+
+void addCounterAndLog(CLI::App& command, ReplyInputOptions& options) {
+    command
+        .add_option_function<std::string>(
+            "--clock", [&options](const std::string& name) { options.counter = counters.at(name); },
+            "What counters of receivers count: 12mhz or gps")
+        ->type_name("KIND=12mhz")
+        ->check(CLI::IsMember(counters).description(""));
     options.logLevel = noLog;
     command
         .add_option_function<std::string>(
@@ -41,7 +50,7 @@ void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
             "The recording; - for standard input")
         ->required()
         ->type_name("");
-    addLogOption(command, options);
+    addCounterAndLog(command, options);
 }
 
 void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options) {
@@ -57,13 +66,14 @@ void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options
             throw CLI::ValidationError("FILE", "expected one file, or replies alone");
         }
     });
-    addLogOption(command, options);
+    addCounterAndLog(command, options);
 }
 
 ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
-    : _console(console), _source(options.repliesAllowed && areReplies(options.arguments)
-                                     ? openReplies(options.arguments, events())
-                                     : openReplySource(options.arguments.front(), events())),
+    : _console(console),
+      _source(options.repliesAllowed && areReplies(options.arguments)
+                  ? openReplies(options.arguments, options.counter, events())
+                  : openReplySource(options.arguments.front(), options.counter, events())),
       _log(console, options.logLevel),
       _typed(options.arguments.front() == "-" && ::isatty(STDIN_FILENO) != 0) {
     noteInterruption();
@@ -127,7 +137,7 @@ int ReplyInput::status() const {
     if (interrupted()) {
         return interruptedStatus;
     }
-    return _failed || (_replies == 0 && unreadable().all > 0) ? 1 : 0;
+    return _failed || (_replies == 0 && leftOut().unreadable > 0) ? 1 : 0;
 }
 
 } // namespace tolvarin::ondrel::client

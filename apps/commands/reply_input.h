@@ -22,6 +22,7 @@ struct ReplyInputOptions {
     std::vector<std::string> arguments; ///< the path, or replies where the command takes them
     bool repliesAllowed = false;
     Log::Level logLevel{};
+    ReceiverCounter::Kind counter = ReceiverCounter::Kind::TwelveMHz;
 };
 
 /// Adds FILE and `--log` to the command.
@@ -55,7 +56,9 @@ public:
     void showCount();
 
     const std::string& name() const { return _source->name(); }
-    UnreadableLines unreadable() const { return {_source->unreadable(), _notShown}; }
+    LeftOut leftOut() const {
+        return {_source->counts().unreadable, _notShown, _source->counts().modeAC};
+    }
 
     /// The exit status at the end: 130 after an interruption, 1 if the input could not be read to
     /// its end or there was no reply but something unreadable, else 0.

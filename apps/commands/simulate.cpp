@@ -15,7 +15,7 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-using simulator::LineForm;
+using simulator::RecordingForm;
 
 constexpr const char* description = "Write a recording of invented traffic";
 
@@ -23,8 +23,8 @@ constexpr const char* footer =
     R"(Of the damaged replies, 50 % have one wrong bit, 20 % have two, 10 % have 3 to 12, 10 %
 are cut short, and 10 % are replaced by noise.
 
-The same options give the same bytes on every machine. The first line of a recording is
-the command that makes it again.
+The same options give the same bytes on every machine. The first line of a
+recording, unless it is binary, is the command that makes it again.
 
 Ctrl-C, or a signal to terminate or to hang up, ends the recording behind a whole line.
 
@@ -41,10 +41,11 @@ constexpr u64 mostInterrogators = 64;
 constexpr u64 repliesBetweenProgress = 1000;
 constexpr double halfWayRoundNm = 10800;
 
-const std::map<std::string, LineForm> forms = {{"seconds", LineForm::Seconds},
-                                               {"ticks", LineForm::Ticks},
-                                               {"star", LineForm::Frame},
-                                               {"bare", LineForm::Bare}};
+const std::map<std::string, RecordingForm> forms = {{"seconds", RecordingForm::Seconds},
+                                                    {"ticks", RecordingForm::Ticks},
+                                                    {"star", RecordingForm::Frame},
+                                                    {"bare", RecordingForm::Bare},
+                                                    {"binary", RecordingForm::Binary}};
 
 CLI::Validator share() {
     return number(0, 1);
@@ -77,7 +78,8 @@ void SimulateCommand::addRecordingOptions() {
         ->type_name("FILE");
     line()
         .add_option("--form", _form,
-                    "seconds, ticks, star or bare: SECONDS,HEX @TICKSHEX; *HEX; HEX")
+                    "seconds, ticks, star, bare: SECONDS,HEX @TICKSHEX; *HEX; HEX;\n"
+                    "or binary: frames of 0x1A, type, counter, signal and reply")
         ->type_name("FORM")
         ->check(CLI::IsMember(forms).description(""));
     line()
@@ -145,7 +147,10 @@ int SimulateCommand::run() {
     const simulator::TrafficOptions traffic = options();
     Console console(output);
     noteInterruption();
-    output << "# " << commandLine() << '\n';
+    const RecordingForm form = forms.at(_form);
+    if (form != RecordingForm::Binary) {
+        output << "# " << commandLine() << '\n';
+    }
     simulator::Traffic source(traffic);
     u64 replies = 0;
     std::optional<simulator::Reply> reply;
@@ -153,7 +158,7 @@ int SimulateCommand::run() {
         if (replies++ % repliesBetweenProgress == 0) {
             console.showProgress(reply->timeMs - traffic.startMs, u64{1000} * traffic.seconds);
         }
-        output << recordingLine(*reply, forms.at(_form), traffic.startMs) << '\n';
+        output << recorded(*reply, form, traffic.startMs);
     }
     output.close();
     if (_path != "-" || interrupted()) {

@@ -144,11 +144,11 @@ GeoPoint placeOf(const std::string& text) {
 }
 
 /// In milliseconds since 1970. The text has passed startError().
-std::optional<u64> startOf(const TrackOptions& options, const std::string& path) {
+std::optional<u64> startOf(const TrackOptions& options, const ReplyInputOptions& input) {
     if (!options.start) {
         return std::nullopt;
     }
-    return *options.start == "mtime" ? startByModification(path)
+    return *options.start == "mtime" ? startByModification(input.arguments.front(), input.counter)
                                      : milliseconds(std::stod(*options.start));
 }
 
@@ -205,7 +205,7 @@ public:
 
     TrackRunCounts counts() const {
         return {_tracking.counts(), _hidden, _stamping.doubted(), _stamping.refused(),
-                _input.unreadable()};
+                _input.leftOut()};
     }
 
 private:
@@ -449,7 +449,7 @@ int TrackCommand::run() {
     Output output("-");
     Console console(output);
     ReplyInput input(_input, console);
-    TrackRun track(_options, startOf(_options, _input.arguments.front()), input, output, console);
+    TrackRun track(_options, startOf(_options, _input), input, output, console);
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     console.write(trackSummary(track.counts()));

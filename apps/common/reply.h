@@ -12,6 +12,7 @@ struct Reply {
     std::string bytes;          ///< at least one; byte 0 came first
     std::optional<u64> stampMs; ///< when it was received; nothing if the source does not know
     bool byCounter = false;     ///< stampMs is of a counter, whose zero may be at any time
+    u8 signalAmplitude = 0;     ///< 0: the source does not tell
 };
 
 } // namespace tolvarin::ondrel::client

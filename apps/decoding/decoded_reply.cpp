@@ -35,8 +35,11 @@ std::string DecodedReply::formatName() const {
 
 std::unique_ptr<const DFMessage> decodeReply(ModeSDecoder& decoder, const Reply& reply) {
     // To the decoder, 0 is "no stamp".
-    const ModeSMessage* message =
+    ModeSMessage* message =
         decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.stampMs.value_or(0));
+    if (message != nullptr && reply.signalAmplitude != 0) {
+        message->setSignalAmplitude(reply.signalAmplitude);
+    }
     // Every downlink message is a DFMessage.
     return std::unique_ptr<const DFMessage>(static_cast<const DFMessage*>(message));
 }

@@ -6,13 +6,14 @@
 
 namespace tolvarin::ondrel::client {
 
-ArgumentSource::ArgumentSource(std::vector<std::string> arguments, SourceEvents events)
-    : _arguments(std::move(arguments)), _events(std::move(events)) {}
+ArgumentSource::ArgumentSource(std::vector<std::string> arguments, ReceiverCounter::Kind counter,
+                               SourceEvents events)
+    : _arguments(std::move(arguments)), _counter(counter), _events(std::move(events)) {}
 
 bool ArgumentSource::next(Reply& reply) {
     while (_taken < _arguments.size()) {
         std::string error = lengthError;
-        if (readReplyLine(_arguments[_taken++], reply, error) == LineContent::Reply &&
+        if (readReplyLine(_arguments[_taken++], _counter, reply, error) == LineContent::Reply &&
             lengthFits(reply.bytes)) {
             return true;
         }

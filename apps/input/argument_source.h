@@ -13,15 +13,17 @@ namespace tolvarin::ondrel::client {
 /// Replies as arguments of the command line, each in a form of reply_line.h.
 class ArgumentSource final : public ReplySource {
 public:
-    ArgumentSource(std::vector<std::string> arguments, SourceEvents events);
+    ArgumentSource(std::vector<std::string> arguments, ReceiverCounter::Kind counter,
+                   SourceEvents events);
 
     bool next(Reply& reply) override;
     const std::string& name() const override { return _name; }
-    u64 unreadable() const override { return _unreadable; }
+    SourceCounts counts() const override { return {_unreadable, 0}; }
 
 private:
     const std::string _name = "<arguments>";
     std::vector<std::string> _arguments;
+    ReceiverCounter _counter;
     SourceEvents _events;
     std::size_t _taken = 0;
     u64 _unreadable = 0;

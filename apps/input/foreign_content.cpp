@@ -17,8 +17,6 @@ struct Signature {
 };
 
 constexpr Signature signatures[] = {
-    {0, "\x1A"sv,
-     "a binary feed, whose frames begin with 0x1A; write it as text first, one reply on each line"},
     {0, "\xFF\xFE"sv, "UTF-16 text; convert it first: iconv -f UTF-16 -t UTF-8 FILE"},
     {0, "\xFE\xFF"sv, "UTF-16 text; convert it first: iconv -f UTF-16 -t UTF-8 FILE"},
     {0, "PK\x03\x04"sv, "a zip archive; unpack it first: unzip -p FILE | ondrel COMMAND -"},

@@ -10,12 +10,13 @@
 
 namespace tolvarin::ondrel::client {
 
-u64 startByModification(const std::string& path) {
+u64 startByModification(const std::string& path, ReceiverCounter::Kind counter) {
     struct stat file = {};
     if (path == "-" || ::stat(path.c_str(), &file) != 0 || !S_ISREG(file.st_mode)) {
         throw Failure("cannot tell when " + path + " was modified; --start mtime needs a file");
     }
-    const auto source = openReplySource(path, {[](const auto&, const auto&) {}, [](u64, u64) {}});
+    const auto source =
+        openReplySource(path, counter, {[](const auto&, const auto&) {}, [](u64, u64) {}});
     Stamping stamping([](const std::string&) {});
     Reply reply;
     u64 first = 0;

@@ -12,14 +12,17 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr std::size_t tickDigits = 12;
-constexpr u64 ticksPerMs = 12000;
+constexpr std::size_t counterDigits = 12;
+constexpr std::size_t signalDigits = 2;
 constexpr u64 longestSeconds = 1000000000000; // 13 digits: the year 33658
 
 // The forms, for messages and for help texts.
-constexpr std::string_view forms = "*HEX;, @TICKSHEX;, HEX or SECONDS[.FRACTION],HEX";
+constexpr std::string_view forms =
+    "*HEX;, @COUNTERHEX;, <COUNTERSIGNALHEX;, HEX or SECONDS[.FRACTION],HEX";
 constexpr const char* help = R"(  *HEX;                    a reply
-  @TICKSHEX;               after 12 hexadecimal digits of a 12 MHz counter
+  @COUNTERHEX; %COUNTERHEX;
+                           after 12 hexadecimal digits of the receiver's counter
+  <COUNTERSIGNALHEX;       the same with two digits for the signal amplitude
   HEX                      a reply alone
   SECONDS[.FRACTION],HEX   after seconds since 1970-01-01 UTC
 )";
@@ -75,17 +78,16 @@ Problem readBytes(std::string_view digits, Reply& reply) {
     return std::nullopt;
 }
 
-Problem readTicks(std::string_view digits, Reply& reply) {
-    u64 ticks = 0;
+/// Reads a number that all digits together give.
+Problem readNumber(std::string_view digits, u64& number) {
+    number = 0;
     for (const char character : digits) {
         const auto digit = hexDigit(character);
         if (!digit) {
             return wrongDigit(character, "hexadecimal");
         }
-        ticks = ticks << 4U | *digit;
+        number = number << 4U | *digit;
     }
-    reply.stampMs = ticks / ticksPerMs;
-    reply.byCounter = true;
     return std::nullopt;
 }
 
@@ -138,28 +140,44 @@ Problem readSeconds(std::string_view text, Reply& reply) {
     return std::nullopt;
 }
 
-/// A line that begins with `*` or `@`.
-Problem readMarked(std::string_view line, Reply& reply) {
+/// A line that begins with one of these signs.
+constexpr std::string_view marks = "*@%<";
+
+Problem readMarked(std::string_view line, ReceiverCounter& counter, Reply& reply) {
     if (line.back() != ';') {
         return "the line does not end with ';'; expected " + std::string(forms);
     }
-    const std::string_view digits = line.substr(1, line.size() - 2);
+    std::string_view digits = line.substr(1, line.size() - 2);
     if (line.front() == '*') {
         return readBytes(digits, reply);
     }
-    if (digits.size() < tickDigits) {
-        return "the counter is too short; expected 12 hexadecimal digits behind '@'";
+    const bool hasSignal = line.front() == '<';
+    if (digits.size() < counterDigits + (hasSignal ? signalDigits : 0)) {
+        return "the counter is too short; expected 12 hexadecimal digits" +
+               std::string(hasSignal ? " and two of the signal" : "") + " behind " +
+               shown(line.front());
     }
-    if (auto problem = readTicks(digits.substr(0, tickDigits), reply)) {
+    u64 number = 0;
+    if (auto problem = readNumber(digits.substr(0, counterDigits), number)) {
         return problem;
     }
-    return readBytes(digits.substr(tickDigits), reply);
+    reply.stampMs = counter.milliseconds(number);
+    reply.byCounter = reply.stampMs.has_value();
+    digits.remove_prefix(counterDigits);
+    if (hasSignal) {
+        if (auto problem = readNumber(digits.substr(0, signalDigits), number)) {
+            return problem;
+        }
+        reply.signalAmplitude = static_cast<u8>(number);
+        digits.remove_prefix(signalDigits);
+    }
+    return readBytes(digits, reply);
 }
 
 /// A line that is neither blank nor a comment, without blanks at its ends.
-Problem readReply(std::string_view line, Reply& reply) {
-    if (line.front() == '*' || line.front() == '@') {
-        return readMarked(line, reply);
+Problem readReply(std::string_view line, ReceiverCounter& counter, Reply& reply) {
+    if (marks.find(line.front()) != std::string_view::npos) {
+        return readMarked(line, counter, reply);
     }
     const std::size_t comma = line.find(',');
     if (comma == std::string_view::npos) {
@@ -173,14 +191,16 @@ Problem readReply(std::string_view line, Reply& reply) {
 
 } // namespace
 
-LineContent readReplyLine(std::string_view line, Reply& reply, std::string& error) {
+LineContent readReplyLine(std::string_view line, ReceiverCounter& counter, Reply& reply,
+                          std::string& error) {
     line = trimmed(line);
     if (line.empty() || line.front() == '#') {
         return LineContent::Nothing;
     }
     reply.stampMs.reset();
     reply.byCounter = false;
-    auto problem = readReply(line, reply);
+    reply.signalAmplitude = 0;
+    auto problem = readReply(line, counter, reply);
     if (problem) {
         error = *std::move(problem);
         return LineContent::Error;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/common/reply.h"
+#include "apps/input/receiver_counter.h"
 
 #include <ondrel/types.h>
 
@@ -21,7 +22,8 @@ enum class LineContent {
 /// comma are ignored; digits may have either case. Stamps are cut to whole milliseconds. The line
 /// may hold any bytes. What does not apply is of no use afterwards: `reply` without a reply, and
 /// `error` without an error. `error` says what is wrong, and what is expected instead.
-LineContent readReplyLine(std::string_view line, Reply& reply, std::string& error);
+LineContent readReplyLine(std::string_view line, ReceiverCounter& counter, Reply& reply,
+                          std::string& error);
 
 /// Whether the reply can have its format: 7 bytes in DF-0 to DF-15, 14 in the others.
 inline bool lengthFits(const std::string& bytes) {

@@ -2,8 +2,8 @@
 
 #include "apps/common/text.h"
 #include "apps/input/argument_source.h"
+#include "apps/input/file_source.h"
 #include "apps/input/reply_line.h"
-#include "apps/input/text_source.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -31,22 +31,26 @@ bool looksLikeReply(const std::string& argument) {
 
 } // namespace
 
-std::unique_ptr<ReplySource> openReplySource(const std::string& path, SourceEvents events) {
-    return std::make_unique<TextSource>(File::openForReading(path), std::move(events));
+std::unique_ptr<ReplySource> openReplySource(const std::string& path, ReceiverCounter::Kind counter,
+                                             SourceEvents events) {
+    return std::make_unique<FileSource>(File::openForReading(path), counter, std::move(events));
 }
 
 bool areReplies(const std::vector<std::string>& arguments) {
     return std::all_of(arguments.begin(), arguments.end(), looksLikeReply);
 }
 
-std::unique_ptr<ReplySource> openReplies(std::vector<std::string> replies, SourceEvents events) {
-    return std::make_unique<ArgumentSource>(std::move(replies), std::move(events));
+std::unique_ptr<ReplySource> openReplies(std::vector<std::string> replies,
+                                         ReceiverCounter::Kind counter, SourceEvents events) {
+    return std::make_unique<ArgumentSource>(std::move(replies), counter, std::move(events));
 }
 
 std::string replySourceHelp() {
-    return "FILE is text with one reply on each line. A line has one of these forms:\n" +
+    return "FILE is text with one reply on each line, or binary. A line has one of these forms:\n" +
            replyLineHelp() +
-           R"(HEX has 14 digits in formats DF-0 to DF-15 and 28 in the others. One file may mix the
+           R"(A counter counts ticks of 12 MHz, or with --clock gps the seconds of the day and
+nanoseconds. A binary file has frames of 0x1A, a type, counter, signal and reply.
+HEX has 14 digits in formats DF-0 to DF-15 and 28 in the others. One file may mix the
 forms. Blank lines, lines that begin with # and a first line that names columns are
 skipped. A line that cannot be read is reported on standard error as FILE:LINE: REASON,
 and reading goes on. The same reason is shown ten times, and a hundred reports are shown

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/common/reply.h"
+#include "apps/input/receiver_counter.h"
 
 #include <ondrel/types.h>
 
@@ -10,6 +11,12 @@
 #include <vector>
 
 namespace tolvarin::ondrel::client {
+
+/// What a source read so far beside replies.
+struct SourceCounts {
+    u64 unreadable = 0; ///< pieces that should hold a reply but cannot be read, such as lines
+    u64 modeAC = 0;     ///< Mode A/C replies, which are left out
+};
 
 /// Where replies come from. A new kind of input is one class of this kind, and one line in
 /// openReplySource().
@@ -28,8 +35,7 @@ public:
     /// What messages call the source, such as its path.
     virtual const std::string& name() const = 0;
 
-    /// Pieces of input so far that should hold a reply but cannot be read, such as lines.
-    virtual u64 unreadable() const = 0;
+    virtual SourceCounts counts() const = 0;
 };
 
 /// What a source tells its owner. The functions must be callable as long as the source lives.
@@ -44,14 +50,16 @@ struct SourceEvents {
 };
 
 /// Opens the input that the user named; `-` is standard input. Throws Failure if that fails.
-std::unique_ptr<ReplySource> openReplySource(const std::string& path, SourceEvents events);
+std::unique_ptr<ReplySource> openReplySource(const std::string& path, ReceiverCounter::Kind counter,
+                                             SourceEvents events);
 
 /// Whether the arguments of a command are replies, not the name of a file: each looks like a reply,
 /// and there is no such file.
 bool areReplies(const std::vector<std::string>& arguments);
 
 /// Replies in the forms of reply_line.h.
-std::unique_ptr<ReplySource> openReplies(std::vector<std::string> replies, SourceEvents events);
+std::unique_ptr<ReplySource> openReplies(std::vector<std::string> replies,
+                                         ReceiverCounter::Kind counter, SourceEvents events);
 
 /// The forms of input for the help text of a command, in lines with their ends.
 std::string replySourceHelp();

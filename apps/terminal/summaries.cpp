@@ -25,9 +25,15 @@ std::string countRow(const std::string& label, u64 count, u64 all = 0) {
     return line.str();
 }
 
-std::string unreadableRows(const UnreadableLines& unreadable) {
-    const std::string all = countRow("lines not readable", unreadable.all);
-    return unreadable.notShown > 0 ? all + countRow("  not shown", unreadable.notShown) : all;
+std::string leftOutRows(const LeftOut& leftOut) {
+    std::string rows = countRow("not readable", leftOut.unreadable);
+    if (leftOut.notShown > 0) {
+        rows += countRow("  not shown", leftOut.notShown);
+    }
+    if (leftOut.modeAC > 0) {
+        rows += countRow("Mode A/C replies", leftOut.modeAC);
+    }
+    return rows;
 }
 
 } // namespace
@@ -49,7 +55,7 @@ void DecodeSummary::count(const DecodedReply& decoded) {
     }
 }
 
-std::string DecodeSummary::text(const UnreadableLines& unreadable) const {
+std::string DecodeSummary::text(const LeftOut& leftOut) const {
     std::string table = countRow("replies read", _replies);
     table += countRow("  decoded", _replies - _refused, _replies);
     table += countRow("    repaired", _repaired, _replies);
@@ -68,7 +74,7 @@ std::string DecodeSummary::text(const UnreadableLines& unreadable) const {
     }
     table += countRow("ADS-B payloads", _payloads);
     table += countRow("  not decoded", _payloadsRefused, _payloads);
-    table += unreadableRows(unreadable);
+    table += leftOutRows(leftOut);
     table.pop_back();
     return table;
 }
@@ -88,7 +94,7 @@ std::string trackSummary(const TrackRunCounts& counts) {
     table += countRow("  unconfirmed", positions.unconfirmed, positions.checked);
     table += countRow("stamps not believed", counts.doubtedStamps);
     table += countRow("stamps of other kind", counts.refusedStamps);
-    table += unreadableRows(counts.unreadable);
+    table += leftOutRows(counts.leftOut);
     table.pop_back();
     return table;
 }

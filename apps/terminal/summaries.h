@@ -12,10 +12,11 @@
 /// its end.
 namespace tolvarin::ondrel::client {
 
-/// Lines that should hold a reply but cannot be read.
-struct UnreadableLines {
-    u64 all = 0;
-    u64 notShown = 0; ///< of these, the ones whose report was not shown
+/// What an input holds beside replies.
+struct LeftOut {
+    u64 unreadable = 0; ///< pieces that should hold a reply but cannot be read
+    u64 notShown = 0;   ///< of these, the ones whose report was not shown
+    u64 modeAC = 0;     ///< Mode A/C replies
 };
 
 /// Counts what a run has decoded.
@@ -24,7 +25,7 @@ public:
     void count(const DecodedReply& decoded);
 
     /// Lists only the formats that occurred.
-    std::string text(const UnreadableLines& unreadable) const;
+    std::string text(const LeftOut& leftOut) const;
 
 private:
     u64 _replies = 0;
@@ -42,7 +43,7 @@ struct TrackRunCounts {
     u64 hidden;        ///< aircraft of the table that were not shown
     u64 doubtedStamps; ///< that were not believed
     u64 refusedStamps; ///< of the other kind than the first one
-    UnreadableLines unreadable;
+    LeftOut leftOut;
 };
 
 std::string trackSummary(const TrackRunCounts& counts);

@@ -62,7 +62,7 @@ expect "forms: output" \
              -  DF-24  ------  refused  FF00000000000000000000000000" "$(cat out)"
 expect "forms: summary" "6 5 1 1 5 5 5 0 0" "$(counted 'replies read') $(counted decoded) \
 $(counted repaired) $(counted refused) $(counted DF-17) $(counted High) \
-$(counted 'ADS-B payloads') $(counted 'not decoded') $(counted 'lines not readable')"
+$(counted 'ADS-B payloads') $(counted 'not decoded') $(counted 'not readable')"
 
 cp out expected
 "$client" decode - <forms.txt >out 2>err
@@ -91,7 +91,7 @@ printf '%s' "*$good" >>bad.txt
 run decode bad.txt
 expect "bad lines: the run goes on" "0 2" "$status $(wc -l <out)"
 expect_line "bad lines: digit" err "bad.txt:3: 'n' is not a hexadecimal digit; expected .*"
-expect "bad lines: counted" 3 "$(counted 'lines not readable')"
+expect "bad lines: counted" 3 "$(counted 'not readable')"
 "$client" decode bad.txt >all 2>&1
 expect "bad lines: messages and replies in order" "DF-17 bad.txt:2: bad.txt:3: DF-17 bad.txt:5:" \
     "$(grep -Eo 'bad.txt:[0-9]:|DF-17 .*:' all | sed 's/ .*//' | tr '\n' ' ' | sed 's/ $//')"
@@ -102,21 +102,21 @@ printf '%s\n' "*FF" "nonsense" >>bad.txt
 run decode bad.txt
 expect "equal complaints are shown ten times" "10 12 25 13" \
     "$(grep -c 'the length of the reply does not fit' err) $(grep -c '^bad' err) \
-$(counted 'lines not readable') $(counted 'not shown')"
+$(counted 'not readable') $(counted 'not shown')"
 for digit in {g..z}; do printf "$digit%.0s\n" {1..10}; done >bad.txt
 run decode bad.txt
 expect "not all complaints are shown" "100 200 100" \
-    "$(grep -c '^bad' err) $(counted 'lines not readable') $(counted 'not shown')"
+    "$(grep -c '^bad' err) $(counted 'not readable') $(counted 'not shown')"
 
 printf '\xEF\xBB\xBF*%s;\n' $good >mark.txt
 run decode mark.txt
 expect "a byte-order mark is skipped" "1 0" \
-    "$(counted 'replies read') $(counted 'lines not readable')"
+    "$(counted 'replies read') $(counted 'not readable')"
 printf '%s\n' "# names" "time,\"raw reply\"" "1.5,$good" "time,raw" >header.txt
 run decode header.txt
 expect_line "a header line is named" err 'header.txt:2: the line names columns and is skipped'
 expect "a header line is not counted" "1 1" \
-    "$(counted 'replies read') $(counted 'lines not readable')"
+    "$(counted 'replies read') $(counted 'not readable')"
 
 echo nonsense | "$client" decode - >out 2>err
 expect "nothing but bad lines" 1 $?
@@ -128,7 +128,7 @@ expect "an empty recording" "0 0" "$status $(counted 'replies read')"
 head -c 3000000 /dev/zero | tr '\0' 8 >long.txt
 printf '\n*%s;\n' $good >>long.txt
 run decode long.txt
-expect "one huge line" "0 1" "$status $(counted 'lines not readable')"
+expect "one huge line" "0 1" "$status $(counted 'not readable')"
 expect_line "one huge line is named" err "long.txt:1: the line has more than 4096 characters.*"
 expect "the lines behind it are read" 1 "$(counted 'replies read')"
 
@@ -159,13 +159,26 @@ run track damaged.gz
 expect_line "damaged.gz: said" err '.* cannot read damaged.gz any further: its gzip data are damaged .*'
 expect "damaged.gz: the table" "1 $(($(counted aircraft) + 2))" "$status $(wc -l <out)"
 tar -cf archive.tar forms.txt
-for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' 'binary feed:\x1A3\x00\x00' \
+for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' \
     "tar:$(head -c 257 /dev/zero | tr '\0' x)ustar"; do
     printf "${content#*:}" | gzip -c >content
     run track content
     expect "${content%%:*}: status and output" "1 0" "$status $(wc -c <out)"
     expect_line "${content%%:*}: named" err "ondrel: cannot read content: it is .*${content%%:*}.*; .*"
 done
+
+# -- binary frames -----------------------------------------------------------------------------
+
+for form in binary ticks; do
+    "$client" simulate --seconds 20 --damage 0 --form $form >frames.$form
+    run track frames.$form
+    cp out table.$form
+done
+expect "frames give the table of lines" "" "$(diff table.binary table.ticks)"
+"$client" simulate --seconds 20 --damage 0.2 --form binary | gzip -c >frames.gz
+run decode frames.gz
+expect "frames that were cut short" "0 1 1" \
+    "$status $(($(counted 'not readable') > 20)) $(($(counted 'replies read') > 1000))"
 
 # -- decode: replies on the command line -------------------------------------------------------
 
@@ -351,7 +364,7 @@ for form in seconds ticks star bare; do
     expect "$form: all lines look alike" 0 \
         "$(grep -v '^#' recording.txt | grep -cvEx "${looks[$form]}")"
     expect "$form: all lines decode alike, but those cut short" "0 $(grep -vc '^#' recording.txt)" \
-        "$(cmp decoded.$form decoded.seconds; echo $?) $(($(counted 'lines not readable') +
+        "$(cmp decoded.$form decoded.seconds; echo $?) $(($(counted 'not readable') +
             $(counted 'replies read')))"
 done
 expect "ticks: they tell the same time" 0 "$(cmp times.ticks times.seconds; echo $?)"
@@ -372,7 +385,7 @@ aircraft=$(($(counted aircraft) - $(counted hidden)))
 expect "track: a line for each aircraft" "0 1 $((aircraft + 2))" \
     "$status $((aircraft > 10)) $(wc -l <out)"
 expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
-    "$(($(counted 'replies read') + $(counted 'lines not readable'))) \
+    "$(($(counted 'replies read') + $(counted 'not readable'))) \
 $(($(counted tracked) > 1000)) $(counted killed)"
 run track --json long.txt
 expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"time_ms":.*"by_type":.*}$' out)"
@@ -514,7 +527,7 @@ for arguments in "TERM track --min-messages 1 --pace 1 hours.txt" "INT track --m
     kill -"$signal" $!
     wait $!
     expect "$arguments: interrupted by $signal" "130 1 1 0" \
-        "$? $(grep -c 40621D live) $(counted 'replies read') $(counted 'lines not readable')"
+        "$? $(grep -c 40621D live) $(counted 'replies read') $(counted 'not readable')"
 done
 exec 4>&-
 for signal in INT TERM HUP; do

@@ -11,7 +11,8 @@ namespace tolvarin::ondrel::client {
 inline Reply replyOf(const std::string& line) {
     Reply reply;
     std::string error;
-    if (readReplyLine(line, reply, error) != LineContent::Reply) {
+    ReceiverCounter counter;
+    if (readReplyLine(line, counter, reply, error) != LineContent::Reply) {
         throw std::invalid_argument(line + ": " + error);
     }
     return reply;

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -21,10 +23,13 @@ TEST(ReplyLine, GivesBytesAndStamp) {
         std::optional<u64> stampMs;
     };
     const Row rows[] = {
-        // the four forms
+        // the forms
         {"5DA0148814073A", "5DA0148814073A", {}},
         {"@000000002EE05DA0148814073A;", "5DA0148814073A", 1},
         {"1641427457.780,5DA0148814073A", "5DA0148814073A", 1641427457780},
+        {"%000000002EE05DA0148814073A;", "5DA0148814073A", 1},
+        {"<000000002EE0645DA0148814073A;", "5DA0148814073A", 1},
+        {"@FF004D4C41545DA0148814073A;", "5DA0148814073A", {}}, // of multilateration
         // digits of either case, surrounding blanks, other systems' line ends
         {"*5da0AbcDeF073a;", "5DA0ABCDEF073A", {}},
         {" \t5DA0\r", "5DA0", {}},
@@ -44,12 +49,24 @@ TEST(ReplyLine, GivesBytesAndStamp) {
         {"999999999999.999,00", "00", 999999999999999},
         {"9007199254.993,00", "00", 9007199254993},
     };
+    ReceiverCounter counter;
     Reply reply;
     std::string error;
     for (const Row& row : rows) {
-        EXPECT_EQ(readReplyLine(row.line, reply, error), LineContent::Reply) << row.line;
+        EXPECT_EQ(readReplyLine(row.line, counter, reply, error), LineContent::Reply) << row.line;
         EXPECT_EQ(hexBytes(reply.bytes), row.hex) << row.line;
         EXPECT_EQ(reply.stampMs, row.stampMs) << row.line;
+    }
+}
+
+TEST(ReplyLine, GivesTheSignalOfTheLineAlone) {
+    ReceiverCounter counter;
+    Reply reply;
+    std::string error;
+    for (const auto& [line, amplitude] : std::vector<std::pair<const char*, unsigned>>{
+             {"<000000002EE0FE5DA0148814073A;", 0xFE}, {"*5DA0148814073A;", 0}}) {
+        EXPECT_EQ(readReplyLine(line, counter, reply, error), LineContent::Reply);
+        EXPECT_EQ(reply.signalAmplitude, amplitude);
     }
 }
 
@@ -65,10 +82,11 @@ TEST(ReplyLine, HasSevenOrFourteenBytes) {
 }
 
 TEST(ReplyLine, SkipsBlankLinesAndComments) {
+    ReceiverCounter counter;
     Reply reply;
     std::string error;
     for (const char* line : {"", " ", "\t \r", "#", "# *5DA0;", "  #5DA0"}) {
-        EXPECT_EQ(readReplyLine(line, reply, error), LineContent::Nothing) << line;
+        EXPECT_EQ(readReplyLine(line, counter, reply, error), LineContent::Nothing) << line;
     }
 }
 
@@ -94,6 +112,8 @@ TEST(ReplyLine, TellsWhatIsWrong) {
         {"@", "the line does not end with ';'"},
         {"@0000000000005DA0", "the line does not end with ';'"},
         {"@00000000000;", "the counter is too short"},
+        {"<0000000000005;", "the counter is too short"},
+        {"<000000000000g05DA0;", "'g' is not a hexadecimal digit"},
         {"@00000000000x5DA0;", "'x' is not a hexadecimal digit"},
         // decimal stamps
         {",5DA0", "the time stamp is incomplete"},
@@ -110,10 +130,11 @@ TEST(ReplyLine, TellsWhatIsWrong) {
         {"1641427457780123456,00", "the time stamp is in nanoseconds"},
         {"99999999999999999999999999,00", "the time stamp is too large"},
     };
+    ReceiverCounter counter;
     Reply reply;
     std::string error;
     for (const Row& row : rows) {
-        EXPECT_EQ(readReplyLine(row.line, reply, error), LineContent::Error) << row.line;
+        EXPECT_EQ(readReplyLine(row.line, counter, reply, error), LineContent::Error) << row.line;
         EXPECT_EQ(error.substr(0, row.reason.size()), row.reason) << error;
         EXPECT_NE(error.find("; expected "), std::string::npos) << error;
     }

@@ -31,7 +31,7 @@ TEST(DecodeSummary, CountsEveryReplyOnce) {
                                     "  None                        0    0.0 %\n"
                                     "ADS-B payloads                3\n"
                                     "  not decoded                 1   33.3 %\n"
-                                    "lines not readable            7\n"
+                                    "not readable                  7\n"
                                     "  not shown                   5");
 }
 

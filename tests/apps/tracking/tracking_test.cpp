@@ -39,7 +39,7 @@ TEST(Tracking, CountsAndKills) {
               "  unconfirmed                 0    0.0 %\n"
               "stamps not believed           2\n"
               "stamps of other kind          3\n"
-              "lines not readable            4");
+              "not readable                  4");
 }
 
 TEST(TrackHistory, HasThePlacesInTheirOrder) {
