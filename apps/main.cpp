@@ -4,6 +4,7 @@
 #include "apps/commands/track.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
+#include "apps/network/feeds.h"
 
 #include <ondrel/ondrel.h>
 
@@ -80,7 +81,8 @@ int runChosen(const std::vector<Command*>& commands) {
 int runProgram(int argc, const char* const* argv) {
     CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
     program.footer("Try ondrel help SUBCOMMAND");
-    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version());
+    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version() + "\nwith zlib" +
+                                                 (canConnect() ? ", Asio" : "; without Asio"));
     program.failure_message(usageError);
     program.require_subcommand(1);
     DecodeCommand decode(program);

@@ -39,7 +39,7 @@ public:
         file.close();
         const auto source = open();
         client::Reply reply;
-        while (source->next(reply)) {
+        while (source->next(reply) == client::ReplySource::Got::Reply) {
             _replies.push_back(reply);
         }
     }
@@ -48,7 +48,7 @@ public:
     ~Recording() { std::remove(_path.c_str()); }
 
     std::unique_ptr<client::ReplySource> open() const {
-        return client::openReplySource(_path, client::ReceiverCounter::Kind::TwelveMHz,
+        return client::openReplySource({_path}, client::ReceiverCounter::Kind::TwelveMHz,
                                        {[](const auto&, const auto&) {}, [](u64, u64) {}});
     }
 

@@ -67,7 +67,14 @@ int DecodeCommand::run() {
     DecodeSummary summary;
     DecodedReply decoded;
     std::string text;
-    while (input.next(decoded.reply)) {
+    while (true) {
+        const auto got = input.next(decoded.reply);
+        if (got == ReplySource::Got::End) {
+            break;
+        }
+        if (got == ReplySource::Got::Nothing) {
+            continue;
+        }
         decoded.message = input.decode(decoded.reply);
         decoded.payload = payloads.decode(decoded.message.get());
         summary.count(decoded);
@@ -76,6 +83,7 @@ int DecodeCommand::run() {
         output << text;
     }
     output.close();
+    input.close();
     console.write(summary.text(input.leftOut()));
     return input.status();
 }

@@ -2,7 +2,12 @@
 
 #include "apps/common/failure.h"
 #include "apps/common/interruption.h"
+#include "apps/common/text.h"
+#include "apps/network/feed_address.h"
+#include "apps/network/feeds.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <map>
 #include <unistd.h>
 
@@ -24,13 +29,7 @@ constexpr unsigned mostShown = 100;
 const std::map<std::string, ReceiverCounter::Kind> counters = {
     {"12mhz", ReceiverCounter::Kind::TwelveMHz}, {"gps", ReceiverCounter::Kind::Gps}};
 
-void addCounterAndLog(CLI::App& command, ReplyInputOptions& options) {
-    command
-        .add_option_function<std::string>(
-            "--clock", [&options](const std::string& name) { options.counter = counters.at(name); },
-            "What counters of receivers count: 12mhz or gps")
-        ->type_name("KIND=12mhz")
-        ->check(CLI::IsMember(counters).description(""));
+void addLogOption(CLI::App& command, ReplyInputOptions& options) {
     options.logLevel = noLog;
     command
         .add_option_function<std::string>(
@@ -41,48 +40,117 @@ void addCounterAndLog(CLI::App& command, ReplyInputOptions& options) {
         ->check(CLI::IsMember(logLevels).description(""));
 }
 
+/// What is wrong with the sources; empty if nothing is.
+std::string sourcesError(const ReplyInputOptions& options) {
+    const std::vector<std::string>& names = options.arguments;
+    if (options.repliesAllowed && areReplies(names)) {
+        return "";
+    }
+    for (const std::string& name : names) {
+        if (isFeed(name) && !feedAddress(name)) {
+            return "expected tcp://HOST:PORT, not '" + name + "'";
+        }
+        if (options.record == name) {
+            return "--record would write over '" + name + "'";
+        }
+        if (name == "-" && names.size() > 1) {
+            return "standard input cannot be read beside other sources";
+        }
+    }
+    return names.size() > mostSources
+               ? "at most " + std::to_string(mostSources) + " sources can be read at once"
+               : "";
+}
+
+void addOptions(CLI::App& command, ReplyInputOptions& options, const std::string& help) {
+    command.add_option("SOURCE", options.arguments, help)->required()->type_name("");
+    command.callback([&options] {
+        const std::string error = sourcesError(options);
+        if (!error.empty()) {
+            throw CLI::ValidationError("SOURCE", error);
+        }
+    });
+    command
+        .add_option_function<std::string>(
+            "--clock", [&options](const std::string& name) { options.counter = counters.at(name); },
+            "What counters of receivers count: 12mhz or gps")
+        ->type_name("KIND=12mhz")
+        ->check(CLI::IsMember(counters).description(""));
+    command
+        .add_option("--record", options.record,
+                    "Write what is read into this file, to read it again")
+        ->type_name("FILE");
+    addLogOption(command, options);
+}
+
 } // namespace
 
 void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
-    command
-        .add_option_function<std::string>(
-            "FILE", [&options](const std::string& path) { options.arguments = {path}; },
-            "The recording; - for standard input")
-        ->required()
-        ->type_name("");
-    addCounterAndLog(command, options);
+    addOptions(command, options,
+               "Recordings and feeds: a file; - for standard input;\n"
+               "tcp://HOST:PORT");
 }
 
 void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options) {
     options.repliesAllowed = true;
-    command
-        .add_option("FILE", options.arguments,
-                    "The recording; - for standard input. Or replies\n"
-                    "themselves, in the forms of a line")
-        ->required()
-        ->type_name("");
-    command.callback([&options] {
-        if (options.arguments.size() > 1 && !areReplies(options.arguments)) {
-            throw CLI::ValidationError("FILE", "expected one file, or replies alone");
-        }
-    });
-    addCounterAndLog(command, options);
+    addOptions(command, options,
+               "Recordings and feeds: a file; - for standard input;\n"
+               "tcp://HOST:PORT. Or replies themselves, in the forms\n"
+               "of a line");
+}
+
+bool isLive(const ReplyInputOptions& options) {
+    return std::any_of(options.arguments.begin(), options.arguments.end(), isFeed);
 }
 
 ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
-    : _console(console),
-      _source(options.repliesAllowed && areReplies(options.arguments)
-                  ? openReplies(options.arguments, options.counter, events())
-                  : openReplySource(options.arguments.front(), options.counter, events())),
-      _log(console, options.logLevel),
+    : _console(console), _source(open(options)), _log(console, options.logLevel),
+      _decoders(options.repliesAllowed && areReplies(options.arguments) ? 1
+                                                                        : options.arguments.size()),
       _typed(options.arguments.front() == "-" && ::isatty(STDIN_FILENO) != 0) {
-    noteInterruption();
+    if (options.record) {
+        _record.emplace(*options.record);
+    }
+}
+
+std::unique_ptr<ReplySource> ReplyInput::open(const ReplyInputOptions& options) {
+    if (isLive(options)) {
+        noteInterruption();
+        return std::make_unique<Feeds>(options.arguments, options.counter, events());
+    }
+    auto source = options.repliesAllowed && areReplies(options.arguments)
+                      ? openReplies(options.arguments, options.counter, events())
+                      : openReplySource(options.arguments, options.counter, events());
+    noteInterruption(); // not before, so that a signal ends an open() that waits
+    return source;
+}
+
+/// One line of text.
+void ReplyInput::record(const Reply& reply) {
+    if (reply.stampMs) {
+        *_record << secondsText(*reply.stampMs) << ',';
+    }
+    *_record << hexBytes(reply.bytes);
+    if (reply.stampMs && (reply.signalAmplitude != 0 || reply.source != 0)) {
+        *_record << ',' << unsigned{reply.signalAmplitude};
+    }
+    if (reply.stampMs && reply.source != 0) {
+        *_record << ',' << reply.source;
+    }
+    *_record << '\n';
+}
+
+void ReplyInput::close() {
+    if (_record) {
+        _record->close();
+    }
 }
 
 SourceEvents ReplyInput::events() {
     return {
         [this](const std::string& place, const std::string& reason) { complain(place, reason); },
-        [this](u64 read, u64 total) { showProgress(read, total); }};
+        [this](u64 read, u64 total) { showProgress(read, total); },
+        [this](const std::string& message) { _console.write(message); }};
 }
 
 void ReplyInput::showProgress(u64 read, u64 total) {
@@ -116,21 +184,26 @@ void ReplyInput::complain(const std::string& place, const std::string& reason) {
     _console.write(text);
 }
 
-bool ReplyInput::next(Reply& reply) {
+ReplySource::Got ReplyInput::next(Reply& reply) {
+    auto got = ReplySource::Got::End;
     try {
-        if (interrupted() || !_source->next(reply)) {
-            return false;
-        }
+        got = interrupted() ? got : _source->next(reply);
     } catch (const InputFailure& failure) {
         if (_replies == 0) {
             throw;
         }
         _failed = true;
         _console.write(std::string("ondrel: ") + failure.what());
-        return false;
     }
-    ++_replies;
-    return true;
+    if (got == ReplySource::Got::Reply) {
+        ++_replies;
+        if (_record) {
+            record(reply);
+        }
+    } else if (got == ReplySource::Got::Nothing) {
+        showCount();
+    }
+    return got;
 }
 
 int ReplyInput::status() const {

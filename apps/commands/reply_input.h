@@ -12,6 +12,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,34 +20,38 @@ namespace tolvarin::ondrel::client {
 
 /// The options of every command that reads replies.
 struct ReplyInputOptions {
-    std::vector<std::string> arguments; ///< the path, or replies where the command takes them
+    std::vector<std::string> arguments; ///< files and feeds, or replies where these are allowed
     bool repliesAllowed = false;
+    std::optional<std::string> record; ///< a file for what is read
     Log::Level logLevel{};
     ReceiverCounter::Kind counter = ReceiverCounter::Kind::TwelveMHz;
 };
 
-/// Adds FILE and `--log` to the command.
+/// Adds SOURCE, `--clock`, `--record` and `--log` to the command.
 void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options);
 
-/// The same, where replies may stand in place of FILE.
+/// The same, where replies may stand in place of SOURCE.
 void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options);
 
-/// The source that the user named, and a decoder for its replies. Shows the library's log and what
-/// the source reports on the console.
+/// Whether some source is a feed.
+bool isLive(const ReplyInputOptions& options);
+
+/// The sources that the user named, and a decoder for the replies of each. Shows the library's log
+/// and what the source reports on the console.
 class ReplyInput {
 public:
     /// The console must outlive the input.
     ReplyInput(const ReplyInputOptions& options, Console& console);
 
-    /// Puts the next reply into `reply`. False at the end of the input, after an interruption, and
-    /// where the input cannot be read any further, which is said then. Throws InputFailure if there
-    /// was no reply before.
-    bool next(Reply& reply);
+    /// Puts the next reply into `reply`. The end is also after an interruption, and where the input
+    /// cannot be read any further, which is said then. Throws InputFailure if there was no reply
+    /// before.
+    ReplySource::Got next(Reply& reply);
 
     /// Decodes replies in the order in which they came: how far one is believed depends on the
     /// replies before it.
     std::unique_ptr<const DFMessage> decode(const Reply& reply) {
-        return decodeReply(_decoder, reply);
+        return decodeReply(decoderOf(reply.source), reply);
     }
 
     /// Shows a count of replies from now on, where bytes tell nothing of the progress.
@@ -56,6 +61,10 @@ public:
     void showCount();
 
     const std::string& name() const { return _source->name(); }
+
+    /// Writes what is recorded. Call it at the end.
+    void close();
+
     LeftOut leftOut() const {
         return {_source->counts().unreadable, _notShown, _source->counts().modeAC};
     }
@@ -66,6 +75,14 @@ public:
 
 private:
     SourceEvents events();
+    std::unique_ptr<ReplySource> open(const ReplyInputOptions& options);
+    ModeSDecoder& decoderOf(unsigned source) {
+        while (source >= _decoders.size()) {
+            _decoders.emplace_back();
+        }
+        return _decoders[source];
+    }
+    void record(const Reply& reply);
     void showProgress(u64 read, u64 total);
     void complain(const std::string& place, const std::string& reason);
 
@@ -75,7 +92,8 @@ private:
     u64 _notShown = 0;
     std::unique_ptr<ReplySource> _source;
     LibraryLog _log;
-    ModeSDecoder _decoder;
+    std::vector<ModeSDecoder> _decoders; ///< by the source of a reply
+    std::optional<Output> _record;       ///< with --record
     u64 _replies = 0;
     bool _failed = false;
     bool _typed; ///< the user types the input into the terminal

@@ -3,10 +3,14 @@
 #include "apps/commands/options.h"
 #include "apps/common/file.h"
 #include "apps/common/interruption.h"
+#include "apps/network/broadcast.h"
+#include "apps/network/feed_address.h"
 #include "apps/terminal/console.h"
 
 #include "simulator/recording.h"
 
+#include <chrono>
+#include <cmath>
 #include <limits>
 #include <map>
 #include <optional>
@@ -40,6 +44,8 @@ constexpr u64 latestStart = 9999999999; // ten digits
 constexpr u64 mostInterrogators = 64;
 constexpr u64 repliesBetweenProgress = 1000;
 constexpr double halfWayRoundNm = 10800;
+constexpr std::chrono::milliseconds betweenSends(10);
+constexpr std::chrono::milliseconds toFinish(200); // for the last bytes to go out
 
 const std::map<std::string, RecordingForm> forms = {{"seconds", RecordingForm::Seconds},
                                                     {"ticks", RecordingForm::Ticks},
@@ -76,6 +82,21 @@ void SimulateCommand::addRecordingOptions() {
     line()
         .add_option("-o,--output", _path, "The file to create or replace; - for standard output")
         ->type_name("FILE");
+    line()
+        .add_option_function<std::string>(
+            "--serve", [this](const std::string& address) { _serve = address; },
+            "Play the traffic from now on to all who connect to this\n"
+            "address, instead of writing it")
+        ->type_name("ADDRESS:PORT")
+        ->check(CLI::Validator(
+            [](const std::string& text) -> std::string {
+                return hostAndPort(text) ? "" : "expected ADDRESS:PORT, not '" + text + "'";
+            },
+            ""));
+    line()
+        .add_option("--pace", _pace, "With --serve: the multiple of the real speed")
+        ->type_name("FACTOR")
+        ->check(number(0.001, 1e6));
     line()
         .add_option("--form", _form,
                     "seconds, ticks, star, bare: SECONDS,HEX @TICKSHEX; *HEX; HEX;\n"
@@ -143,6 +164,10 @@ void SimulateCommand::addReceptionOptions() {
 }
 
 int SimulateCommand::run() {
+    return _serve ? serve() : write();
+}
+
+int SimulateCommand::write() {
     Output output(_path);
     const simulator::TrafficOptions traffic = options();
     Console console(output);
@@ -161,12 +186,49 @@ int SimulateCommand::run() {
         output << recorded(*reply, form, traffic.startMs);
     }
     output.close();
-    if (_path != "-" || interrupted()) {
-        const std::string name = _path == "-" ? "<stdout>" : _path;
+    tellEnd(console, _path == "-" ? "<stdout>" : _path, replies);
+    return interrupted() ? interruptedStatus : 0;
+}
+
+/// Plays the traffic to clients, from now on.
+int SimulateCommand::serve() {
+    Output output("-"); // nothing goes there
+    Console console(output);
+    noteInterruption();
+    const simulator::TrafficOptions traffic = options();
+    Broadcast clients(*hostAndPort(*_serve),
+                      [&console](const std::string& message) { console.write(message); });
+    const auto start = std::chrono::steady_clock::now();
+    const auto timeOf = [&](u64 simulatedMs) {
+        return start + std::chrono::microseconds(
+                           std::llround(static_cast<double>(simulatedMs) * 1000 / _pace));
+    };
+    simulator::Traffic source(traffic);
+    u64 replies = 0;
+    auto sent = start;
+    std::string bytes;
+    std::optional<simulator::Reply> reply;
+    while (!interrupted() && (reply = source.next())) {
+        const auto due = timeOf(reply->timeMs - traffic.startMs);
+        if (due > sent + betweenSends) {
+            clients.send(bytes);
+            bytes.clear();
+            clients.serve(due);
+            sent = due;
+        }
+        bytes += recorded(*reply, forms.at(_form), traffic.startMs);
+        ++replies;
+    }
+    clients.send(bytes);
+    clients.serve(std::chrono::steady_clock::now() + toFinish);
+    tellEnd(console, *_serve, replies);
+    return interrupted() ? interruptedStatus : 0;
+}
+void SimulateCommand::tellEnd(Console& console, const std::string& name, u64 replies) {
+    if (name != "<stdout>" || interrupted()) {
         console.write(name + ": " + std::to_string(replies) + " replies" +
                       (interrupted() ? ", interrupted" : ""));
     }
-    return interrupted() ? interruptedStatus : 0;
 }
 
 simulator::TrafficOptions SimulateCommand::options() const {
@@ -181,7 +243,7 @@ std::string SimulateCommand::commandLine() {
     std::string text = "ondrel simulate";
     for (const CLI::Option* option : line().get_options()) {
         const std::string name = option->get_name();
-        if (name == "--help" || name == "--output") {
+        if (name == "--help" || name == "--output" || name == "--serve" || name == "--pace") {
             continue;
         }
         if (option->get_items_expected() == 0) {

@@ -2,10 +2,13 @@
 
 #include "apps/commands/command.h"
 
+#include "apps/terminal/console.h"
+
 #include "simulator/traffic.h"
 
 #include <ondrel/types.h>
 
+#include <optional>
 #include <string>
 
 namespace tolvarin::ondrel::client {
@@ -22,6 +25,9 @@ private:
     void addFleetOptions();
     void addReceptionOptions();
 
+    int write();
+    int serve();
+    static void tellEnd(Console& console, const std::string& name, u64 replies);
     simulator::TrafficOptions options() const;
     std::string commandLine();
 
@@ -30,6 +36,8 @@ private:
     double _damage = 0.1;
     std::string _form = "seconds";
     std::string _path = "-";
+    std::optional<std::string> _serve; ///< an address
+    double _pace = 1;
 };
 
 } // namespace tolvarin::ondrel::client

@@ -12,6 +12,7 @@
 #include "apps/pages/page_folder.h"
 #include "apps/terminal/aircraft_text.h"
 #include "apps/terminal/summaries.h"
+#include "apps/tracking/duplicate_filter.h"
 #include "apps/tracking/track_history.h"
 
 #include <algorithm>
@@ -191,9 +192,11 @@ public:
     /// the aircraft that were tracked to the end.
     std::vector<TrackedAircraft> run() {
         Reply reply;
-        while (next(reply)) {
+        for (auto got = next(reply); got != ReplySource::Got::End; got = next(reply)) {
             moveTo(_stamping.now());
-            take(_input.decode(reply).get());
+            if (got == ReplySource::Got::Reply) {
+                take(reply);
+            }
         }
         killSilent();
         std::vector<TrackedAircraft> all = sortedAircraft();
@@ -204,18 +207,21 @@ public:
     }
 
     TrackRunCounts counts() const {
-        return {_tracking.counts(), _hidden, _stamping.doubted(), _stamping.refused(),
-                _input.leftOut()};
+        return {_tracking.counts(),  _hidden,     _stamping.doubted(),
+                _stamping.refused(), _duplicates, _input.leftOut()};
     }
 
 private:
-    /// Puts the next reply into `reply`, with its stamp, when its time has come. False at the end
-    /// of the input and after an interruption.
-    bool next(Reply& reply) {
+    /// Puts the next reply into `reply`, with its stamp, when its time has come.
+    ReplySource::Got next(Reply& reply) {
         bool first = false;
         do {
-            if (!_input.next(reply)) {
-                return false;
+            const auto got = _input.next(reply);
+            if (got == ReplySource::Got::Nothing) {
+                _stamping.passTo(systemMilliseconds());
+            }
+            if (got != ReplySource::Got::Reply) {
+                return got;
             }
             first = !_stamping.begun();
         } while (!_stamping.stamp(reply));
@@ -225,7 +231,7 @@ private:
         if (_pace) {
             waitFor(*reply.stampMs);
         }
-        return !interrupted();
+        return interrupted() ? ReplySource::Got::End : ReplySource::Got::Reply;
     }
 
     /// Call it after the first reply.
@@ -265,8 +271,17 @@ private:
         }
     }
 
-    void take(const DFMessage* message) {
-        const ADSBTarget* aircraft = _tracking.take(message);
+    void take(const Reply& reply) {
+        const auto message = _input.decode(reply);
+        const bool several = reply.source != 0;
+        if (several && _heard.heardElsewhere(reply.bytes, reply.source, *reply.stampMs)) {
+            ++_duplicates;
+            return;
+        }
+        const ADSBTarget* aircraft = _tracking.take(message.get());
+        if (several && aircraft != nullptr) {
+            _heard.keep(reply.bytes, reply.source, *reply.stampMs);
+        }
         noteLosses();
         const auto verdict = _tracking.verdict();
         if (_pages && verdict) {
@@ -302,7 +317,7 @@ private:
         if (_options.silentMs) {
             for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
                 _history.forget(aircraft.icaoAddr());
-                if (isShown(aircraft)) {
+                if (_options.tellSilent && isShown(aircraft)) {
                     _sink->showKilled(aircraft, showing());
                 }
             }
@@ -342,6 +357,8 @@ private:
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;
     std::optional<Periods> _checks;
+    DuplicateFilter _heard;
+    u64 _duplicates = 0;
     u64 _showings = 0; ///< of all aircraft, done
     u64 _hidden = 0;   ///< aircraft of the table that are not shown at the end
     bool _saidRoom = false;
@@ -409,11 +426,13 @@ void TrackCommand::addTrackingOptions() {
                 _options.keepAll = text == never;
                 if (!_options.keepAll) {
                     _options.silentMs = milliseconds(std::stod(text));
+                    _options.tellSilent = true;
                 }
             },
-            "Remove an aircraft that was not heard for so long in\n"
-            "the recording, and write a line about it; never: keep\n"
-            "all even when the table is full")
+            "Remove an aircraft that was not heard for so long, and\n"
+            "write a line about it; never: keep all even when the\n"
+            "table is full. With feeds, those silent for 300 s leave\n"
+            "unless told")
         ->type_name("SECONDS|never")
         ->check(CLI::Validator(silenceError, ""));
     line()
@@ -445,13 +464,28 @@ void TrackCommand::addTrackingOptions() {
         ->check(CLI::Validator(altitudeCheckError, ""));
 }
 
+/// Options that do not fit feeds, and those that feeds have unless told.
+void TrackCommand::checkLiveOptions() {
+    if (_options.pace || _options.start) {
+        throw Failure(std::string(_options.pace ? "--pace" : "--start") +
+                      " is for recordings; a feed has the time of the clock");
+    }
+    if (!_options.silentMs && !_options.keepAll) {
+        _options.silentMs = Tracking::shortestSilence;
+    }
+}
+
 int TrackCommand::run() {
     Output output("-");
     Console console(output);
     ReplyInput input(_input, console);
+    if (isLive(_input)) {
+        checkLiveOptions();
+    }
     TrackRun track(_options, startOf(_options, _input), input, output, console);
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
+    input.close();
     console.write(trackSummary(track.counts()));
     const auto isWanted = [this](const TrackedAircraft& one) {
         return one.icaoAddr() == *_options.reportAddress;

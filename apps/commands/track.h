@@ -20,6 +20,7 @@ struct TrackOptions {
     std::optional<u64> everyMs;            ///< show all aircraft each time
     u32 minMessages = 2;                   ///< show aircraft with so many; not for a report
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
+    bool tellSilent = false;               ///< write a line about each of them
     bool keepAll = false;                  ///< also when the table is full
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
@@ -40,6 +41,7 @@ public:
 private:
     void addOutputOptions();
     void addTrackingOptions();
+    void checkLiveOptions();
 
     ReplyInputOptions _input;
     TrackOptions _options;

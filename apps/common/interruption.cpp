@@ -60,6 +60,10 @@ bool interrupted() {
     return noted != 0;
 }
 
+int interruptionDescriptor() {
+    return pipeEnds[0];
+}
+
 bool waitUntilReadable(int descriptor) {
     return waitUnlessInterrupted(descriptor, -1);
 }

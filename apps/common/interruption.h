@@ -16,6 +16,9 @@ void noteInterruption();
 /// Whether a signal was noted.
 bool interrupted();
 
+/// Can be read from the first signal on, for other ways to wait. Valid after noteInterruption().
+int interruptionDescriptor();
+
 /// Waits until the descriptor has something to read or is at its end. Gives false if an
 /// interruption comes or came before.
 bool waitUntilReadable(int descriptor);

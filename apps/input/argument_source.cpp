@@ -10,17 +10,17 @@ ArgumentSource::ArgumentSource(std::vector<std::string> arguments, ReceiverCount
                                SourceEvents events)
     : _arguments(std::move(arguments)), _counter(counter), _events(std::move(events)) {}
 
-bool ArgumentSource::next(Reply& reply) {
+ReplySource::Got ArgumentSource::next(Reply& reply) {
     while (_taken < _arguments.size()) {
         std::string error = lengthError;
         if (readReplyLine(_arguments[_taken++], _counter, reply, error) == LineContent::Reply &&
             lengthFits(reply.bytes)) {
-            return true;
+            return Got::Reply;
         }
         ++_unreadable;
         _events.unreadable(name() + ":" + std::to_string(_taken), error);
     }
-    return false;
+    return Got::End;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -16,7 +16,7 @@ public:
     ArgumentSource(std::vector<std::string> arguments, ReceiverCounter::Kind counter,
                    SourceEvents events);
 
-    bool next(Reply& reply) override;
+    Got next(Reply& reply) override;
     const std::string& name() const override { return _name; }
     SourceCounts counts() const override { return {_unreadable, 0}; }
 

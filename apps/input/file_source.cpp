@@ -11,11 +11,11 @@ FileSource::FileSource(File file, ReceiverCounter::Kind counter, SourceEvents ev
     : _file(std::move(file)), _counter(counter), _events(std::move(events)),
       _totalBytes(_file.file().remaining()) {}
 
-bool FileSource::next(Reply& reply) {
+ReplySource::Got FileSource::next(Reply& reply) {
     while (true) {
         switch (_reader ? _reader->next(_bytes, _atEnd, reply) : ReplyReader::Found::Nothing) {
         case ReplyReader::Found::Reply:
-            return true;
+            return Got::Reply;
         case ReplyReader::Found::Unreadable:
             ++_unreadable;
             report();
@@ -27,7 +27,7 @@ bool FileSource::next(Reply& reply) {
             throw InputFailure("cannot read " + name() + ": it is " + _reader->unreadable().reason);
         default:
             if (!readMore()) {
-                return false;
+                return Got::End;
             }
         }
     }

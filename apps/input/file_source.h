@@ -19,7 +19,7 @@ class FileSource final : public ReplySource {
 public:
     FileSource(File file, ReceiverCounter::Kind counter, SourceEvents events);
 
-    bool next(Reply& reply) override;
+    Got next(Reply& reply) override;
     const std::string& name() const override { return _file.file().name(); }
     SourceCounts counts() const override { return {_unreadable, _reader ? _reader->modeAC() : 0}; }
 

@@ -16,11 +16,11 @@ u64 startByModification(const std::string& path, ReceiverCounter::Kind counter) 
         throw Failure("cannot tell when " + path + " was modified; --start mtime needs a file");
     }
     const auto source =
-        openReplySource(path, counter, {[](const auto&, const auto&) {}, [](u64, u64) {}});
+        openReplySource({path}, counter, {[](const auto&, const auto&) {}, [](u64, u64) {}});
     Stamping stamping([](const std::string&) {});
     Reply reply;
     u64 first = 0;
-    while (source->next(reply)) {
+    while (source->next(reply) == ReplySource::Got::Reply) {
         stamping.stamp(reply);
         first = first == 0 ? stamping.now() : first;
     }

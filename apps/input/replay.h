@@ -36,6 +36,13 @@ public:
     /// False for a reply that is refused.
     bool stamp(Reply& reply);
 
+    /// Lets the time pass where no reply comes. It is in milliseconds since 1970.
+    void passTo(u64 timeMs) {
+        if (begun()) {
+            _byClock ? void(_clocked = timeMs) : void(_time.follow(timeMs));
+        }
+    }
+
     /// The time of the run.
     u64 now() const { return _byClock ? _clocked : _time.now(); }
 

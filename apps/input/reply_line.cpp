@@ -2,6 +2,7 @@
 
 #include "apps/common/text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <optional>
@@ -17,14 +18,16 @@ constexpr std::size_t signalDigits = 2;
 constexpr u64 longestSeconds = 1000000000000; // 13 digits: the year 33658
 
 // The forms, for messages and for help texts.
-constexpr std::string_view forms =
-    "*HEX;, @COUNTERHEX;, <COUNTERSIGNALHEX;, HEX or SECONDS[.FRACTION],HEX";
+constexpr std::string_view forms = "*HEX;, @COUNTERHEX;, <COUNTERSIGNALHEX;, HEX or "
+                                   "SECONDS[.FRACTION],HEX[,AMPLITUDE[,SOURCE]]";
 constexpr const char* help = R"(  *HEX;                    a reply
   @COUNTERHEX; %COUNTERHEX;
                            after 12 hexadecimal digits of the receiver's counter
   <COUNTERSIGNALHEX;       the same with two digits for the signal amplitude
   HEX                      a reply alone
-  SECONDS[.FRACTION],HEX   after seconds since 1970-01-01 UTC
+  SECONDS[.FRACTION],HEX[,AMPLITUDE[,SOURCE]]
+                           after seconds since 1970-01-01 UTC; behind it the signal
+                           amplitude, 0 to 255, and which of 64 receivers heard it
 )";
 
 /// Why a line or a part of it cannot be read; nothing if it was read.
@@ -140,6 +143,41 @@ Problem readSeconds(std::string_view text, Reply& reply) {
     return std::nullopt;
 }
 
+/// Reads a column that is a number, if it is there.
+Problem readColumn(std::string_view text, unsigned highest, const char* name, unsigned& number) {
+    const char* end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, number);
+    if (!text.empty() && (result.ec != std::errc() || result.ptr != end || number > highest)) {
+        return "the " + std::string(name) + " is no whole number from 0 to " +
+               std::to_string(highest) + "; expected " + std::string(forms);
+    }
+    return std::nullopt;
+}
+
+/// Takes a column off the start of a line, with its comma and without blanks.
+std::string_view takeColumn(std::string_view& line) {
+    const std::size_t comma = std::min(line.find(','), line.size());
+    const std::string_view column = trimmed(line.substr(0, comma));
+    line.remove_prefix(std::min(comma + 1, line.size()));
+    return column;
+}
+
+/// A line with commas.
+Problem readColumns(std::string_view line, Reply& reply) {
+    if (auto problem = readSeconds(takeColumn(line), reply)) {
+        return problem;
+    }
+    if (auto problem = readBytes(takeColumn(line), reply)) {
+        return problem;
+    }
+    unsigned amplitude = 0;
+    if (auto problem = readColumn(takeColumn(line), 255, "signal amplitude", amplitude)) {
+        return problem;
+    }
+    reply.signalAmplitude = static_cast<u8>(amplitude);
+    return readColumn(trimmed(line), mostSources, "source", reply.source);
+}
+
 /// A line that begins with one of these signs.
 constexpr std::string_view marks = "*@%<";
 
@@ -179,14 +217,8 @@ Problem readReply(std::string_view line, ReceiverCounter& counter, Reply& reply)
     if (marks.find(line.front()) != std::string_view::npos) {
         return readMarked(line, counter, reply);
     }
-    const std::size_t comma = line.find(',');
-    if (comma == std::string_view::npos) {
-        return readBytes(line, reply);
-    }
-    if (auto problem = readSeconds(trimmed(line.substr(0, comma)), reply)) {
-        return problem;
-    }
-    return readBytes(trimmed(line.substr(comma + 1)), reply);
+    return line.find(',') == std::string_view::npos ? readBytes(line, reply)
+                                                    : readColumns(line, reply);
 }
 
 } // namespace
@@ -200,6 +232,7 @@ LineContent readReplyLine(std::string_view line, ReceiverCounter& counter, Reply
     reply.stampMs.reset();
     reply.byCounter = false;
     reply.signalAmplitude = 0;
+    reply.source = 0;
     auto problem = readReply(line, counter, reply);
     if (problem) {
         error = *std::move(problem);

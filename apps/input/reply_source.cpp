@@ -3,6 +3,7 @@
 #include "apps/common/text.h"
 #include "apps/input/argument_source.h"
 #include "apps/input/file_source.h"
+#include "apps/input/recordings.h"
 #include "apps/input/reply_line.h"
 
 #include <algorithm>
@@ -31,9 +32,15 @@ bool looksLikeReply(const std::string& argument) {
 
 } // namespace
 
-std::unique_ptr<ReplySource> openReplySource(const std::string& path, ReceiverCounter::Kind counter,
-                                             SourceEvents events) {
-    return std::make_unique<FileSource>(File::openForReading(path), counter, std::move(events));
+std::unique_ptr<ReplySource> openReplySource(const std::vector<std::string>& paths,
+                                             ReceiverCounter::Kind counter, SourceEvents events) {
+    std::vector<std::unique_ptr<ReplySource>> sources;
+    for (const std::string& path : paths) {
+        sources.push_back(
+            std::make_unique<FileSource>(File::openForReading(path), counter, events));
+    }
+    return sources.size() == 1 ? std::move(sources.front())
+                               : std::make_unique<Recordings>(std::move(sources));
 }
 
 bool areReplies(const std::vector<std::string>& arguments) {

@@ -16,10 +16,16 @@ namespace tolvarin::ondrel::client {
 struct SourceCounts {
     u64 unreadable = 0; ///< pieces that should hold a reply but cannot be read, such as lines
     u64 modeAC = 0;     ///< Mode A/C replies, which are left out
+
+    SourceCounts& operator+=(const SourceCounts& other) {
+        unreadable += other.unreadable;
+        modeAC += other.modeAC;
+        return *this;
+    }
 };
 
-/// Where replies come from. A new kind of input is one class of this kind, and one line in
-/// openReplySource().
+/// Where replies come from, one source or several. A new kind of input is one class of this kind,
+/// and one line in openReplySource().
 class ReplySource {
 public:
     ReplySource() = default;
@@ -27,10 +33,15 @@ public:
     ReplySource& operator=(const ReplySource&) = delete;
     virtual ~ReplySource() = default;
 
-    /// Waits for the next reply and puts it into `reply`. Gives false at the end of the input and
-    /// after an interruption; `reply` is then of no use. Throws InputFailure when the input cannot
-    /// be read any further.
-    virtual bool next(Reply& reply) = 0;
+    enum class Got {
+        Reply,
+        Nothing, ///< none came for a second; only from live sources
+        End,     ///< of the input, or an interruption
+    };
+
+    /// Waits for the next reply and puts it into `reply`, which is of no use otherwise. Throws
+    /// InputFailure when the input cannot be read any further.
+    virtual Got next(Reply& reply) = 0;
 
     /// What messages call the source, such as its path.
     virtual const std::string& name() const = 0;
@@ -47,11 +58,14 @@ struct SourceEvents {
     /// The source asks the system for more input next, which may take long. Both numbers are bytes;
     /// `total` is 0 if it is not known.
     std::function<void(u64 read, u64 total)> reading;
+
+    /// Something that the user should know: "tcp://a:30005: connected".
+    std::function<void(const std::string& message)> report = [](const std::string&) {};
 };
 
-/// Opens the input that the user named; `-` is standard input. Throws Failure if that fails.
-std::unique_ptr<ReplySource> openReplySource(const std::string& path, ReceiverCounter::Kind counter,
-                                             SourceEvents events);
+/// Opens the files that the user named; `-` is standard input. Throws Failure if that fails.
+std::unique_ptr<ReplySource> openReplySource(const std::vector<std::string>& paths,
+                                             ReceiverCounter::Kind counter, SourceEvents events);
 
 /// Whether the arguments of a command are replies, not the name of a file: each looks like a reply,
 /// and there is no such file.

@@ -81,8 +81,12 @@ std::string DecodeSummary::text(const LeftOut& leftOut) const {
 
 std::string trackSummary(const TrackRunCounts& counts) {
     const TrackingCounts& tracking = counts.tracking;
-    std::string table = countRow("replies read", tracking.replies);
-    table += countRow("  tracked", tracking.tracked, tracking.replies);
+    const u64 replies = tracking.replies + counts.duplicates;
+    std::string table = countRow("replies read", replies);
+    table += countRow("  tracked", tracking.tracked, replies);
+    if (counts.duplicates > 0) {
+        table += countRow("  heard elsewhere", counts.duplicates, replies);
+    }
     table += countRow("aircraft", tracking.aircraft);
     table += countRow("  hidden", counts.hidden);
     table += countRow("killed", tracking.killed);

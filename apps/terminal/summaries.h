@@ -43,6 +43,7 @@ struct TrackRunCounts {
     u64 hidden;        ///< aircraft of the table that were not shown
     u64 doubtedStamps; ///< that were not believed
     u64 refusedStamps; ///< of the other kind than the first one
+    u64 duplicates;    ///< replies that another source had too
     LeftOut leftOut;
 };
 

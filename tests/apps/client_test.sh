@@ -207,8 +207,8 @@ refuse 1 "ondrel: cannot read .: Is a directory" decode .
 refuse 1 "ondrel: cannot create no/where: No such file or directory" simulate -o no/where
 refuse 2 "ondrel: A subcommand is required"
 refuse 2 "ondrel: there is no 'bogus'" bogus
-refuse 2 "ondrel decode: FILE is required" decode
-refuse 2 "ondrel decode: FILE: expected one file, or replies alone" decode $good forms.txt
+refuse 2 "ondrel decode: SOURCE is required" decode
+refuse 1 "ondrel: cannot open $good: No such file or directory" decode $good forms.txt
 refuse 2 "ondrel decode: .* not expected: --bogus" decode --bogus forms.txt
 refuse 2 "ondrel decode: --log: loud not in .*" decode --log loud forms.txt
 refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
@@ -403,6 +403,43 @@ expect "silent: killed with a line" \
 run track --silent-after 30 --min-messages 1 --json two.txt
 expect "silent: the last of it" "true false" \
     "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
+
+# -- several recordings, and feeds ---------------------------------------------------------------
+
+# Another recording of the same replies, half a second late, and one without a stamp in it.
+sed 's/^\([0-9]*\)\.000/\1.400/' two.txt >late.txt
+run track --min-messages 1 two.txt late.txt
+expect "two recordings: each reply once" "10 5 5" \
+    "$(counted 'replies read') $(counted tracked) $(counted 'heard elsewhere')"
+refuse 1 "ondrel: cannot open nothing: No such file or directory" track two.txt nothing
+refuse 2 "ondrel track: SOURCE: expected tcp://HOST:PORT, not 'tcp://nowhere'" track tcp://nowhere
+refuse 2 "ondrel track: SOURCE: standard input cannot be read beside other sources" track - two.txt
+refuse 2 "ondrel track: SOURCE: --record would write over 'two.txt'" track --record two.txt two.txt
+refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
+    track --pace 1 tcp://127.0.0.1:1
+
+if "$client" --version | grep -q Asio; then
+    "$client" simulate --serve 127.0.0.1:0 --seconds 40 --pace 10 --damage 0 --form binary \
+        2>server.log &
+    server=$!
+    until grep -q '^serving' server.log; do sleep 0.05; done
+    feed=tcp://$(sed -n 's/^serving //p' server.log)
+    "$client" track --json "$feed" "$feed" --record heard >out 2>err &
+    live=$!
+    wait $server
+    until grep -q 'trying again' err; do sleep 0.05; done
+    kill -TERM $live
+    wait $live
+    expect "a feed: interrupted" 130 $?
+    expect "a feed: heard twice, tracked once" "1 1 1" \
+        "$(($(counted 'replies read') > 1000)) $(($(counted 'heard elsewhere') > 500)) \
+$((2 * $(counted tracked) < $(counted 'replies read') + 500))"
+    sed 's/"time_ms":[0-9]*,//; s/"seen[a-z_]*":[0-9.]*,//g; s/"age_ms":[0-9]*,//' out >live.json
+    "$client" track --json heard 2>/dev/null |
+        sed 's/"time_ms":[0-9]*,//; s/"seen[a-z_]*":[0-9.]*,//g; s/"age_ms":[0-9]*,//' >again.json
+    expect "a feed: its record gives the same aircraft" "20 " \
+        "$(($(wc -l <live.json) > 20 ? 20 : 0)) $(diff live.json again.json | head -c 500)"
+fi
 
 # -- track: time ------------------------------------------------------------------------------
 

@@ -7,8 +7,6 @@
 #include <cstddef>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -59,14 +57,22 @@ TEST(ReplyLine, GivesBytesAndStamp) {
     }
 }
 
-TEST(ReplyLine, GivesTheSignalOfTheLineAlone) {
+TEST(ReplyLine, GivesSignalAndSourceOfTheLineAlone) {
     ReceiverCounter counter;
     Reply reply;
     std::string error;
-    for (const auto& [line, amplitude] : std::vector<std::pair<const char*, unsigned>>{
-             {"<000000002EE0FE5DA0148814073A;", 0xFE}, {"*5DA0148814073A;", 0}}) {
+    struct Row {
+        const char* line;
+        unsigned amplitude;
+        unsigned source;
+    };
+    for (const auto& [line, amplitude, source] :
+         {Row{"<000000002EE0FE5DA0148814073A;", 0xFE, 0}, Row{"*5DA0148814073A;", 0, 0},
+          Row{"1,5DA0148814073A,255,64", 255, 64}, Row{"1, 5DA0148814073A , 7", 7, 0},
+          Row{"1,5DA0148814073A,,3", 0, 3}}) {
         EXPECT_EQ(readReplyLine(line, counter, reply, error), LineContent::Reply);
         EXPECT_EQ(reply.signalAmplitude, amplitude);
+        EXPECT_EQ(reply.source, source);
     }
 }
 
@@ -120,7 +126,11 @@ TEST(ReplyLine, TellsWhatIsWrong) {
         {"5.,5DA0", "the time stamp is incomplete"},
         {"-1,5DA0", "'-' is not a decimal digit"},
         {"1.2.3,5DA0", "'.' is not a decimal digit"},
-        {"1,5,5DA0", "',' is not a hexadecimal digit"},
+        {"1,5,5DA0", "the reply has an odd number of hexadecimal digits (1)"},
+        {"1,5DA0,256", "the signal amplitude is no whole number from 0 to 255"},
+        {"1,5DA0,-1", "the signal amplitude is no whole number"},
+        {"1,5DA0,1,65", "the source is no whole number from 0 to 64"},
+        {"1,5DA0,1,2,3", "the source is no whole number"},
         {"1000000000000,00",
          "the time stamp is in milliseconds; expected seconds: put a point before "
          "its last 3 digits"},
