@@ -2,6 +2,8 @@
 
 #include "apps/commands/command.h"
 #include "apps/commands/reply_input.h"
+#include "apps/decoding/decoded_reply.h"
+#include "apps/tracking/geo_point.h"
 
 #include <ondrel/types.h>
 
@@ -18,7 +20,8 @@ public:
     int run() override;
 
 private:
-    void append(std::string& text, const DecodedReply& decoded) const;
+    void append(std::string& text, const DecodedReply& decoded,
+                const std::optional<GeoPoint>& place) const;
 
     ReplyInputOptions _input;
     std::optional<MOPSVersion> _version;

@@ -49,13 +49,18 @@ bool readHexBytes(std::string_view digits, std::string& bytes) {
 
 std::string hexBytes(std::string_view bytes) {
     std::string text;
-    text.reserve(2 * bytes.size());
+    appendHexBytes(text, bytes);
+    return text;
+}
+
+void appendHexBytes(std::string& text, std::string_view bytes) {
+    std::size_t end = text.size();
+    text.resize(end + 2 * bytes.size());
     for (const char character : bytes) {
         const auto byte = static_cast<u8>(character);
-        text += upperCaseDigits[byte >> 4U];
-        text += upperCaseDigits[byte & 0xFU];
+        text[end++] = upperCaseDigits[byte >> 4U];
+        text[end++] = upperCaseDigits[byte & 0xFU];
     }
-    return text;
 }
 
 std::string hex24(u32 value) {

@@ -19,6 +19,7 @@ bool readHexBytes(std::string_view digits, std::string& bytes);
 
 /// Two upper-case digits for each byte.
 std::string hexBytes(std::string_view bytes);
+void appendHexBytes(std::string& text, std::string_view bytes);
 
 /// The low 24 bits as six upper-case digits.
 std::string hex24(u32 value);

@@ -69,9 +69,9 @@ cp out expected
 expect "standard input" "$(cat expected)" "$(cat out)"
 
 run decode --json forms.txt
-expect "JSON: one object a line" 6 "$(grep -c '^{"stamp_ms":.*}$' out)"
+expect "JSON: one object a line" 6 "$(grep -c '^{"schema":1,.*}$' out)"
 expect_line "JSON: repaired" out \
-    '\{"stamp_ms":null,.*"repaired":true,"received":"8D40621D59[0-9A-F]{18}".*'
+    '\{"schema":1,"format":"DF-17",.*"received":"8D40621D59[0-9A-F]{18}",.*"repaired":true,.*'
 
 # -- decode: payloads --------------------------------------------------------------------------
 
@@ -82,7 +82,23 @@ run decode --mops 2 --fields emergency.txt
 expect "the fields behind each line" "1 9" \
     "$(grep -c '^ *- ' out) $(grep -cE '^ {6,7}[0-9]+  +[0-9]+  [A-Z_]+ ' out)"
 run decode --mops 2 --json emergency.txt
-expect_line "JSON: with the payload" out '.*"payload":\{"type":"AC_STATUS","type_code":28,.*\}'
+expect_line "JSON: with the payload" out \
+    '.*"type":"AC_STATUS","type_code":28,"mops_version":2,"subtype":1,"squawk":"6513"\}'
+run decode --mops 2 --json --fields emergency.txt
+expect_line "JSON: with the fields" out \
+    '.*,"squawk":"6513","fields":\[\{.*\}\],"payload_fields":\[.*\{"name":"MODE_A",.*\}\]\}'
+
+even=8D40621D58C382D690C8AC2863A7
+odd=8D40621D58C386435CC412692AD6
+printf '%s,%s\n' 1 $even 2 $odd 3 $even >pair.txt # the second position confirms the first one
+run decode --json pair.txt
+expect "JSON: the position of a pair" "1 3 0" "$(grep -c '"latitude":52\.2[0-9]*,"longitude":3\.9' out) \
+$(sed -nE 's/.*"stamp_ms":([0-9])000,.*"latitude".*/\1/p' out) $(grep -c pair.txt err)"
+run decode --json $even $odd $even
+expect "JSON: positions without stamps are told of" 1 \
+    "$(grep -c ': positions: the first reply has no time stamp; .* wrong or missing$' err)"
+run decode --json $even
+expect "JSON: one reply has no position" 0 "$(grep -c 'time stamp' err)"
 
 # -- decode: lines that cannot be read ---------------------------------------------------------
 
@@ -199,7 +215,6 @@ refuse 2 "ondrel decode: FILE: expected one file, or replies alone" decode $good
 refuse 2 "ondrel decode: .* not expected: --bogus" decode --bogus forms.txt
 refuse 2 "ondrel decode: --log: loud not in .*" decode --log loud forms.txt
 refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
-refuse 2 "ondrel decode: --fields excludes --json" decode --json --fields forms.txt
 refuse 2 "ondrel simulate: --form: x not in .*" simulate --form x
 refuse 2 "ondrel simulate: --seed: expected a whole number from 0 .*, not '-1'" simulate --seed -1
 for share in 1.1 -0.1 nan inf x 0x1 ""; do
@@ -375,7 +390,20 @@ expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
     "$(($(counted 'replies read') + $(counted 'lines not readable'))) \
 $(($(counted tracked) > 1000)) $(counted killed)"
 run track --json long.txt
-expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"time_ms":.*"by_type":.*}$' out)"
+expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"schema":1,"showing":1,.*"messages_by_type":.*}$' out)"
+# positions: the last one of each aircraft
+positions() {
+    sed -E 's/,"updated_ms".*//' |
+        sed -nE 's/.*"address":"([0-9A-F]+)".*("latitude":[^,]*).*("longitude":[^,}]*).*/\1 \2 \3/p' |
+        tac | sort -u -k 1,1
+}
+positions <out >tracked.txt
+run decode --json long.txt
+expect "decode and track solve the same positions" "1 $(cat tracked.txt)" \
+    "$(($(wc -l <tracked.txt) > 10)) $(positions <out)"
+run track --json --every 20 long.txt
+expect "JSON: the showings" "1 2 3" \
+    "$(sed -nE 's/.*"showing":([0-9]+).*/\1/p' out | sort -u | tr '\n' ' ' | sed 's/ $//')"
 run track --sort altitude --reverse long.txt
 expect "sorted" "" "$(tail -n +3 out | cut -c 38-45 | grep -v -- - | sort -nrc 2>&1)"
 run track --every 20 long.txt
@@ -418,11 +446,17 @@ run track mixed.txt
 expect "two kinds of stamps" "3 3 1" "$(counted 'replies read') $(counted 'stamps of other kind') \
 $(grep -c '^mixed.txt: reply 4 has seconds since 1970, .* left out$' err)"
 
+run decode --json mixed.txt
+expect "JSON: two kinds of stamps" "0 3 1" "$status $(grep -c '"stamp_ms":170000000[0-2]000,' out) \
+$(grep -c '^mixed.txt: positions: reply 4 has seconds since 1970, .* left out$' err)"
+
 # One line a day ahead; its time is that of the line before it.
 for i in 0 1 86400 2 3; do echo "$((1700000000 + i)),$good"; done >wild.txt
 run track --silent-after 300 wild.txt
 expect "a wild stamp" "0 1 0.0 1" "$(counted killed) $(counted 'stamps not believed') \
 $(awk '/^40621D/ { print $NF }' out) $(grep -c '^wild.txt: the stamp of reply 3 is 86399.000 s ahead' err)"
+run decode --json wild.txt
+expect "JSON: a wild stamp is as it was sent" 1 "$(grep -c '"stamp_ms":1700086400000,' out)"
 # Half an hour ahead is a gap that can be; one reply alone removes no aircraft for it.
 printf '%s\n' "1700000000,$good" "1700001800,8D4840D6202CC371C32CE0576098" >gap.txt
 for silence in 300 never; do
@@ -439,7 +473,7 @@ printf '%s\n' "1,8D40621D580B0000000000599BF2" "2,8D40621D580F80000000000878A1" 
 for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
     run track --altitude-check $limits --json jump.txt
     expect_line "altitude check $limits" out \
-        ".*\"altitude_ft\":\{\"value\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
+        ".*\"altitude_ft\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
 done
 
 for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 four
