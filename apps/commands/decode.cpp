@@ -38,6 +38,9 @@ A squitter that completes a position which ondrel track would show has latitude 
 longitude. That takes stamps: without them, positions are only right if the lines come at
 the speed at which they were received. --log then shows the lines of the tracker too.
 
+With --confidence above None, replies that the decoder refused are not shown either: they
+have no grade. The summary still counts all replies.
+
 Ctrl-C, or a signal to terminate or to hang up, ends the reading behind a whole line. A
 summary on standard error ends the run.
 
@@ -51,6 +54,12 @@ Exit status:
 const std::map<std::string, MOPSVersion> versions = {
     {"0", MOPSVersion0}, {"1", MOPSVersion1}, {"2", MOPSVersion2}};
 
+const std::map<std::string, ModeSMessage::Confidence> confidences = {
+    {"None", ModeSMessage::None},
+    {"Low", ModeSMessage::Low},
+    {"Medium", ModeSMessage::Medium},
+    {"High", ModeSMessage::High}};
+
 } // namespace
 
 DecodeCommand::DecodeCommand(CLI::App& program) : Command(program, "decode", description) {
@@ -61,6 +70,13 @@ DecodeCommand::DecodeCommand(CLI::App& program) : Command(program, "decode", des
             "Read every payload in this MOPS version: 0, 1 or 2")
         ->type_name("VERSION")
         ->check(CLI::IsMember(versions).description(""));
+    line()
+        .add_option_function<std::string>(
+            "--confidence", [this](const std::string& name) { _confidence = confidences.at(name); },
+            "Show only replies of at least this grade: None, Low,\n"
+            "Medium or High")
+        ->type_name("LEVEL=None")
+        ->transform(CLI::IsMember(confidences, CLI::ignore_case).description(""));
     line().add_flag("--fields", _fields, "Show all bit fields of each reply");
     line().add_flag("--json", _json, "One JSON object a line, with all decoded values");
     line().footer(replySourceHelp() + footer);
@@ -91,14 +107,22 @@ int DecodeCommand::run() {
             place = positions->take(decoded.message.get());
             decoded.reply.stampMs = stamp; // the one of its line
         }
-        summary.count(decoded);
-        text.clear();
-        append(text, decoded, place);
-        output << text;
+        const bool shown = isShown(decoded);
+        summary.count(decoded, shown);
+        if (shown) {
+            text.clear();
+            append(text, decoded, place);
+            output << text;
+        }
     }
     output.close();
     console.write(summary.text(input.unreadable()));
     return input.status();
+}
+
+bool DecodeCommand::isShown(const DecodedReply& decoded) const {
+    return _confidence == ModeSMessage::None ||
+           (!decoded.refused() && decoded.message->confidence() >= _confidence);
 }
 
 /// Appends one or more lines with their ends.

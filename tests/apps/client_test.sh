@@ -215,6 +215,7 @@ refuse 2 "ondrel decode: FILE: expected one file, or replies alone" decode $good
 refuse 2 "ondrel decode: .* not expected: --bogus" decode --bogus forms.txt
 refuse 2 "ondrel decode: --log: loud not in .*" decode --log loud forms.txt
 refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
+refuse 2 "ondrel decode: --confidence: best not in .*" decode --confidence best forms.txt
 refuse 2 "ondrel simulate: --form: x not in .*" simulate --form x
 refuse 2 "ondrel simulate: --seed: expected a whole number from 0 .*, not '-1'" simulate --seed -1
 for share in 1.1 -0.1 nan inf x 0x1 ""; do
@@ -379,6 +380,20 @@ expect "all ten formats" 10 "$(grep -c '^  DF-' err)"
 run decode recording.txt
 expect "all damaged, many repaired and many refused" 1 \
     "$(($(counted repaired) > 1000 && $(counted refused) > 1000))"
+
+# -- decode: grades ----------------------------------------------------------------------------
+
+read_replies=$(counted 'replies read')
+decoded=$(counted decoded)
+for row in "None $read_replies 0" "low $((decoded - $(counted None))) 1" "HIGH $(counted High) 1"; do
+    read -r level shown hides <<<"$row"
+    for form in "" --json; do
+        # shellcheck disable=SC2086
+        run decode --confidence "$level" $form recording.txt
+        expect "--confidence $level $form" "$shown $read_replies $((hides * (read_replies - shown)))" \
+            "$(wc -l <out) $(counted 'replies read') $(($(counted 'replies not shown')))"
+    done
+done
 
 # -- track -------------------------------------------------------------------------------------
 
