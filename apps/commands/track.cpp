@@ -362,7 +362,8 @@ void TrackCommand::addOutputOptions() {
         "--json", _options.json, "One JSON object a line, with all that is known of an aircraft");
     line()
         .add_option("--sort", _options.sortKey,
-                    wrappedList("Sort by this column:", aircraftColumnKeys(), helpWidth))
+                    wrapped("Sort by this column: " + listText(aircraftColumnKeys(), "or"),
+                            helpWidth))
         ->type_name("COLUMN=address")
         ->check(CLI::IsMember(aircraftColumnKeys()).description(""));
     line().add_flag("--reverse", _options.descending, "Sort from the highest to the lowest");
