@@ -135,4 +135,27 @@ std::string toTheLeft(std::string_view text, std::size_t width) {
     return padded;
 }
 
+std::string listText(const std::vector<std::string>& words, std::string_view last) {
+    std::string list;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool isLast = i + 1 == words.size();
+        list += i == 0 ? "" : isLast ? " " + std::string(last) + " " : ", ";
+        list += words[i];
+    }
+    return list;
+}
+
+std::string wrapped(std::string_view text, std::size_t width) {
+    width = std::max(width, std::size_t{1});
+    std::string lines;
+    while (text.size() > width) {
+        const std::size_t blank = text.rfind(' ', width);
+        const bool found = blank != std::string_view::npos;
+        lines += text.substr(0, found ? blank : width);
+        lines += '\n';
+        text.remove_prefix(found ? blank + 1 : width);
+    }
+    return lines.append(text);
+}
+
 } // namespace tolvarin::ondrel::client

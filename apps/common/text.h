@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Hexadecimal digits, numbers and columns as text.
 namespace tolvarin::ondrel::client {
@@ -51,5 +52,12 @@ std::string toTheRight(std::string_view text, std::size_t width);
 
 /// The same with blanks behind.
 std::string toTheLeft(std::string_view text, std::size_t width);
+
+/// A list for people: "a, b or c" if `last` is "or".
+std::string listText(const std::vector<std::string>& words, std::string_view last);
+
+/// The text in lines of at most `width` characters, one at least, broken at blanks; a word longer
+/// than that is cut.
+std::string wrapped(std::string_view text, std::size_t width);
 
 } // namespace tolvarin::ondrel::client
