@@ -2,9 +2,11 @@
 
 #include "compare.h"
 
+#include "apps/commands/reply_positions.h"
 #include "apps/decoding/decoded_reply.h"
 #include "apps/input/replay.h"
 #include "apps/input/reply_source.h"
+#include "apps/json/reply_json.h"
 #include "apps/terminal/reply_text.h"
 #include "apps/tracking/tracking.h"
 
@@ -141,6 +143,37 @@ void decodeRecordingToText(benchmark::State& state) {
 }
 
 BENCHMARK(decodeRecordingToText)->Apply(inTurns);
+
+const InTable
+    jsonRows({"decodeRecordingToJson",
+              "the same as lines of JSON, with all values and the positions that pairs give.",
+              "the same replies in memory, decoded without their payloads."});
+
+void decodeRecordingToJson(benchmark::State& state) {
+    const Recording recording;
+    const auto& replies = recording.replies();
+    Reader reader(recording);
+    ModeSDecoder decoder;
+    client::PayloadDecoder payloads(std::nullopt);
+    client::ReplyPositions positions([](const std::string&) {});
+    client::DecodedReply decoded;
+    std::string text;
+    ModeSDecoder floorDecoder;
+    compare(
+        state, replies.size(),
+        [&](std::size_t i) {
+            reader.read(i, decoded.reply);
+            positions.stamp(decoded.reply);
+            decoded.message = decodeReply(decoder, decoded.reply);
+            decoded.payload = payloads.decode(decoded.message.get());
+            text.clear();
+            appendReplyJson(text, decoded, {positions.take(decoded.message.get())});
+            benchmark::DoNotOptimize(text.data());
+        },
+        [&](std::size_t i) { benchmark::DoNotOptimize(decodedAlone(floorDecoder, replies[i])); });
+}
+
+BENCHMARK(decodeRecordingToJson)->Apply(inTurns);
 
 } // namespace
 } // namespace tolvarin::ondrel::bench

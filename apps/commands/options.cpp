@@ -65,17 +65,4 @@ CLI::Validator icaoAddress() {
     return CLI::Validator(check, "");
 }
 
-std::string wrappedList(std::string start, const std::vector<std::string>& words,
-                        std::size_t width) {
-    std::size_t lineLength = start.size();
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const std::size_t left = words.size() - i - 1;
-        const std::string word = words[i] + (left > 1 ? "," : left == 1 ? " or" : "");
-        const bool fits = lineLength + 1 + word.size() <= width;
-        start += (fits ? " " : "\n") + word;
-        lineLength = (fits ? lineLength + 1 : 0) + word.size();
-    }
-    return start;
-}
-
 } // namespace tolvarin::ondrel::client

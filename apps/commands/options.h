@@ -3,10 +3,6 @@
 #include <CLI/CLI.hpp>
 #include <ondrel/types.h>
 
-#include <cstddef>
-#include <string>
-#include <vector>
-
 /// What several commands need to define their options.
 namespace tolvarin::ondrel::client {
 
@@ -19,9 +15,5 @@ CLI::Validator number(double low, double high);
 
 /// Accepts an aircraft address, six hexadecimal digits of either case.
 CLI::Validator icaoAddress();
-
-/// A list for a help text: "a, b or c" after `start`, in lines of at most `width` characters.
-std::string wrappedList(std::string start, const std::vector<std::string>& words,
-                        std::size_t width);
 
 } // namespace tolvarin::ondrel::client

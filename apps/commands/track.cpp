@@ -6,6 +6,7 @@
 #include "apps/common/interruption.h"
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
+#include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
 #include "apps/input/replay.h"
 #include "apps/json/aircraft_json.h"
@@ -81,6 +82,23 @@ constexpr u64 mostFeet = 200000;
 constexpr double latestStart = 9999999999; // seconds since 1970, ten digits
 constexpr u64 longestCheckPeriod = 1000;   // ms between two searches for silent aircraft
 constexpr std::size_t helpWidth = 54;      // longest line in the description of an option
+constexpr std::size_t footerWidth = 90;    // longest line of other help
+
+/// What the table is like on a terminal.
+std::string terminalHelp() {
+    const std::string fitting =
+        "On a terminal, columns that find no room leave the table, in this order: " +
+        listText(aircraftColumnsByRank(), "and") +
+        ". A line below the table names them. A pipe or a file gets all columns.";
+    const std::string age =
+        "Position, altitude, ground speed, track and vertical rate have a * behind them when they "
+        "were received more than " +
+        std::to_string(oldAfterMs / 1000) +
+        " s before the newest reply of all. On a terminal they are then dim, and an aircraft whose "
+        "squawk tells an emergency is red. There are no colours if NO_COLOR is set and not empty, "
+        "or if TERM is dumb or not set.";
+    return "\n" + wrapped(fitting, footerWidth) + "\n\n" + wrapped(age, footerWidth) + "\n";
+}
 
 /// Of a number of seconds.
 u64 milliseconds(double seconds) {
@@ -157,7 +175,7 @@ std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& outp
     if (options.json) {
         return std::make_unique<AircraftJsonLines>(output);
     }
-    return std::make_unique<AircraftText>(output, options.reportAddress,
+    return std::make_unique<AircraftText>(output, standardOutputStyle(), options.reportAddress,
                                           options.everyMs.has_value());
 }
 
@@ -371,15 +389,16 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
     addReplyInputOptions(line(), _input);
     addOutputOptions();
     addTrackingOptions();
-    line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + footer);
+    line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + footer);
 }
 
 void TrackCommand::addOutputOptions() {
     CLI::Option* json = line().add_flag(
         "--json", _options.json, "One JSON object a line, with all that is known of an aircraft");
     line()
-        .add_option("--sort", _options.sortKey,
-                    wrappedList("Sort by this column:", aircraftColumnKeys(), helpWidth))
+        .add_option(
+            "--sort", _options.sortKey,
+            wrapped("Sort by this column: " + listText(aircraftColumnKeys(), "or"), helpWidth))
         ->type_name("COLUMN=address")
         ->check(CLI::IsMember(aircraftColumnKeys()).description(""));
     line().add_flag("--reverse", _options.descending, "Sort from the highest to the lowest");
@@ -402,7 +421,7 @@ void TrackCommand::addOutputOptions() {
                 _options.reportAddress = static_cast<u32>(std::stoul(digits, nullptr, 16));
             },
             "Show all that is known of the aircraft with this\n"
-            "address instead of the table")
+            "address instead of the table, each datum with its age")
         ->type_name("ADDRESS")
         ->check(icaoAddress())
         ->excludes(json);

@@ -49,13 +49,18 @@ bool readHexBytes(std::string_view digits, std::string& bytes) {
 
 std::string hexBytes(std::string_view bytes) {
     std::string text;
-    text.reserve(2 * bytes.size());
+    appendHexBytes(text, bytes);
+    return text;
+}
+
+void appendHexBytes(std::string& text, std::string_view bytes) {
+    std::size_t end = text.size();
+    text.resize(end + 2 * bytes.size());
     for (const char character : bytes) {
         const auto byte = static_cast<u8>(character);
-        text += upperCaseDigits[byte >> 4U];
-        text += upperCaseDigits[byte & 0xFU];
+        text[end++] = upperCaseDigits[byte >> 4U];
+        text[end++] = upperCaseDigits[byte & 0xFU];
     }
-    return text;
 }
 
 std::string hex24(u32 value) {
@@ -128,6 +133,29 @@ std::string toTheLeft(std::string_view text, std::size_t width) {
     std::string padded;
     appendToTheLeft(padded, text, width);
     return padded;
+}
+
+std::string listText(const std::vector<std::string>& words, std::string_view last) {
+    std::string list;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const bool isLast = i + 1 == words.size();
+        list += i == 0 ? "" : isLast ? " " + std::string(last) + " " : ", ";
+        list += words[i];
+    }
+    return list;
+}
+
+std::string wrapped(std::string_view text, std::size_t width) {
+    width = std::max(width, std::size_t{1});
+    std::string lines;
+    while (text.size() > width) {
+        const std::size_t blank = text.rfind(' ', width);
+        const bool found = blank != std::string_view::npos;
+        lines += text.substr(0, found ? blank : width);
+        lines += '\n';
+        text.remove_prefix(found ? blank + 1 : width);
+    }
+    return lines.append(text);
 }
 
 } // namespace tolvarin::ondrel::client

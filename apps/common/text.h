@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Hexadecimal digits, numbers and columns as text.
 namespace tolvarin::ondrel::client {
@@ -19,6 +20,7 @@ bool readHexBytes(std::string_view digits, std::string& bytes);
 
 /// Two upper-case digits for each byte.
 std::string hexBytes(std::string_view bytes);
+void appendHexBytes(std::string& text, std::string_view bytes);
 
 /// The low 24 bits as six upper-case digits.
 std::string hex24(u32 value);
@@ -50,5 +52,12 @@ std::string toTheRight(std::string_view text, std::size_t width);
 
 /// The same with blanks behind.
 std::string toTheLeft(std::string_view text, std::size_t width);
+
+/// A list for people: "a, b or c" if `last` is "or".
+std::string listText(const std::vector<std::string>& words, std::string_view last);
+
+/// The text in lines of at most `width` characters, one at least, broken at blanks; a word longer
+/// than that is cut.
+std::string wrapped(std::string_view text, std::size_t width);
 
 } // namespace tolvarin::ondrel::client

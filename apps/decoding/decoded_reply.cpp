@@ -1,5 +1,6 @@
 #include "apps/decoding/decoded_reply.h"
 
+#include <ondrel/adsb_airborne_velocity_message.h>
 #include <ondrel/adsb_aircraft_operational_status_message.h>
 
 #include <array>
@@ -23,7 +24,36 @@ const std::string* meBytes(const DFMessage& message) {
     }
 }
 
+/// Why the library gives no message for a payload.
+std::string_view refusalOf(u8 typeCode, MOPSVersion version, const std::string& field) {
+    constexpr std::string_view reservedSubtype = "reserved subtype";
+    constexpr std::string_view otherVersion = "not of this MOPS version";
+    const auto subtype = static_cast<u8>(static_cast<u8>(field.front()) & 0x07U);
+    switch (ADSBMessage::typeByCode(typeCode)) {
+    case ADSBMessage::RESERVED:
+        return "reserved type code";
+    case ADSBMessage::AIR_VEL:
+        return subtype == ADSBAirborneVelocityMessage::AIR_SPEED ||
+                       subtype == ADSBAirborneVelocityMessage::AIR_SPEED_SUPER_SONIC
+                   ? "air speed"
+                   : reservedSubtype;
+    case ADSBMessage::AC_STATUS:
+        return subtype == 2 ? "resolution advisory" : reservedSubtype;
+    case ADSBMessage::TG_STATUS: // its subtype has two bits: 0 is of version 1, 1 of version 2
+        return version != MOPSVersion0 && subtype >= 4 ? reservedSubtype : otherVersion;
+    case ADSBMessage::OP_STATUS:
+        return "announces MOPS version 0";
+    default:
+        return otherVersion;
+    }
+}
+
 } // namespace
+
+bool DecodedReply::hasAddress() const {
+    return !refused() && (message->downlinkFormat() != DFMessage::DF19 ||
+                          static_cast<const DF19Message&>(*message).constFieldAF().code() == 0);
+}
 
 std::string DecodedReply::formatName() const {
     if (!refused()) {
@@ -57,8 +87,8 @@ std::string AdsbPayload::description() const {
     if (message) {
         return message->description();
     }
-    return "TC=" + typeName() + ", not decoded (type code " + std::to_string(typeCode) +
-           ", MOPS version " + std::to_string(version) + ")";
+    return "TC=" + typeName() + ", not decoded: " + std::string(refusal) + " (type code " +
+           std::to_string(typeCode) + ", MOPS version " + std::to_string(version) + ")";
 }
 
 std::optional<AdsbPayload> PayloadDecoder::decode(const DFMessage* message) {
@@ -70,7 +100,9 @@ std::optional<AdsbPayload> PayloadDecoder::decode(const DFMessage* message) {
     payload.typeCode = static_cast<u8>(static_cast<u8>(bytes->front()) >> 3U);
     payload.version = versionOf(message->icaoAddress());
     payload.message.reset(_decoder.decode(payload.version, *bytes));
-    if (payload.message && payload.message->type() == ADSBMessage::OP_STATUS) {
+    if (!payload.message) {
+        payload.refusal = refusalOf(payload.typeCode, payload.version, *bytes);
+    } else if (payload.message->type() == ADSBMessage::OP_STATUS) {
         noteVersion(message->icaoAddress(), *payload.message);
     }
     return payload;

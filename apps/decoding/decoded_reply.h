@@ -22,6 +22,7 @@ struct AdsbPayload {
     u8 typeCode = 0;                            ///< 0 to 31
     MOPSVersion version = MOPSVersion0;         ///< in which it was read
     std::unique_ptr<const ADSBMessage> message; ///< null: the library does not decode it
+    std::string_view refusal;                   ///< why not: a few words; empty if it does
 
     /// "POS_AIR" and the like, by the type code. A payload that is not decoded has one too.
     const std::string& typeName() const;
@@ -40,6 +41,9 @@ struct DecodedReply {
 
     /// Whether the decoder inverted bits.
     bool repaired() const { return !refused() && message->data() != reply.bytes; }
+
+    /// Whether it tells an address: a refused reply does not, nor a DF-19 of another application.
+    bool hasAddress() const;
 
     /// "DF-0" to "DF-24"; for a refused reply, what its first five bits say.
     std::string formatName() const;

@@ -86,45 +86,45 @@ Entry messages(const Target& t, const Showing& /*showing*/) {
 }
 
 Entry seen(const Target& t, const Showing& showing) {
-    return Cell{decimal(static_cast<double>(ageOf(t.lastUpdate(), showing)) / 1000, 1)};
+    return Cell{decimal(static_cast<double>(ageOf(t.lastUpdate(), showing)) / 1000, 0)};
 }
 
 } // namespace
 
 const std::vector<AircraftColumn>& aircraftColumns() {
     static const std::vector<AircraftColumn> columns = {
-        {"address", "address", "", "", left, true, address},
-        {"callsign", "callsign", "", "", left, true, callsign},
+        {"address", "address", "", "", left, true, 0, address},
+        {"callsign", "callsign", "", "", left, true, 2, callsign},
         {"category", "category", "", "the emitter category: A3 is a large aeroplane", left, true,
-         category},
-        {"squawk", "squawk", "", "", left, true, squawk},
-        {"emergency", "emergency", "", "what the squawks 7500, 7600 and 7700 say", left, false,
+         12, category},
+        {"squawk", "squawk", "", "", left, true, 4, squawk},
+        {"emergency", "emergency", "", "what the squawks 7500, 7600 and 7700 say", left, false, 1,
          emergency},
-        {"altitude", "altitude", "ft", "barometric", right, true,
+        {"altitude", "altitude", "ft", "barometric", right, true, 3,
          numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro,
                   &Target::altitudeBaroLastUpdate>},
-        {"ground_speed", "ground speed", "kt", "", right, true,
+        {"ground_speed", "ground speed", "kt", "", right, true, 5,
          numberIf<&Target::groundSpeedValid, &Target::groundSpeed, &Target::groundSpeedLastUpdate>},
-        {"track", "track", "deg", "the direction of flight over ground", right, true, track},
-        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true,
+        {"track", "track", "deg", "the direction of flight over ground", right, true, 6, track},
+        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true, 10,
          numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro,
                   &Target::verticalRateBaroLastUpdate>},
-        {"latitude", "latitude", "deg", "north is positive", right, true,
+        {"latitude", "latitude", "deg", "north is positive", right, true, 8,
          degreesIf<&GeoPoint::latitude>},
-        {"longitude", "longitude", "deg", "east is positive", right, true,
+        {"longitude", "longitude", "deg", "east is positive", right, true, 8,
          degreesIf<&GeoPoint::longitude>},
-        {"distance", "distance", "NM", "from the receiver (--location)", right, false, distance},
-        {"ground_status", "ground status", "", "", left, true, groundStatus},
+        {"distance", "distance", "NM", "from the receiver (--location)", right, false, 9, distance},
+        {"ground_status", "ground status", "", "", left, true, 13, groundStatus},
         {"mops_version", "MOPS version", "", "of the transponder, with ? until it is confirmed",
-         left, true, version},
-        {"nic", "NIC", "", "integrity of the position", right, true,
+         left, true, 16, version},
+        {"nic", "NIC", "", "integrity of the position", right, true, 14,
          lastingNumberIf<&Target::nicValid, &Target::nic>},
-        {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right, true,
+        {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right, true, 15,
          lastingNumberIf<&Target::picValid, &Target::pic>},
         {"messages", "messages", "", "the number of messages that the tracker believed", right,
-         true, messages},
+         true, 11, messages},
         {"seen", "seen", "s",
-         "time from the last message of the aircraft to the newest reply of all", right, true,
+         "time from the last message of the aircraft to the newest reply of all", right, true, 7,
          seen},
     };
     return columns;
@@ -150,6 +150,26 @@ std::vector<std::string> aircraftColumnKeys() {
         keys.emplace_back(column.key);
     }
     return keys;
+}
+
+std::vector<std::string> aircraftColumnsByRank() {
+    std::vector<AircraftColumn> columns = aircraftColumns();
+    std::stable_sort(columns.begin(), columns.end(),
+                     [](const AircraftColumn& one, const AircraftColumn& other) {
+                         return one.rank > other.rank;
+                     });
+    columns.pop_back();
+    std::vector<std::string> names;
+    int rank = -1;
+    for (const AircraftColumn& column : columns) {
+        if (column.rank == rank) {
+            names.back().append(" and ").append(column.name);
+        } else {
+            names.emplace_back(column.name);
+        }
+        rank = column.rank;
+    }
+    return names;
 }
 
 std::string aircraftColumnHelp() {

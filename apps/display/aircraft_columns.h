@@ -29,6 +29,10 @@ struct AircraftColumn {
     Alignment alignment;
     bool always; ///< whether it is shown if no aircraft has an entry
 
+    /// Where there is no room for all columns, those of the highest rank leave first, and those of
+    /// equal rank together.
+    int rank;
+
     /// Nothing if the aircraft has no valid value.
     std::optional<Cell> (*cell)(const TrackedAircraft& aircraft, const Showing& showing);
 };
@@ -42,6 +46,10 @@ std::vector<AircraftColumn> columnsFor(const std::vector<TrackedAircraft>& aircr
 
 /// The keys of all columns.
 std::vector<std::string> aircraftColumnKeys();
+
+/// The names of the columns in the order in which they leave, without the one that stays. Those
+/// that leave together have one text: "latitude and longitude".
+std::vector<std::string> aircraftColumnsByRank();
 
 /// A help text on the columns, a line for each that has one.
 std::string aircraftColumnHelp();

@@ -76,6 +76,8 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
     const auto distance = distanceOf(t, showing);
     const bool placed = t.position.has_value();
     const Position position = t.position.value_or(Position{});
+    const bool groundTold =
+        t.groundStatusValid() && t.groundStatus() != ADSBTarget::GroundStatusUnknown;
     const bool amplitudeTold = t.signalAmplitude() > 0; // 0 is a message without one
     return {
         {"callsign", "Callsign", "", identification, words(callsignOf(t).value_or("")),
@@ -86,8 +88,8 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          t.squawkLastUpdate(), t.squawkLastChange()},
         {"emergency", "Emergency", "", status, words(std::string(emergency)), !emergency.empty(),
          emergency.empty() ? 0 : t.squawkLastUpdate()},
-        {"ground_status", "Ground status", "", status, words(groundStatusText(t)),
-         t.groundStatusValid(), t.groundStatusLastUpdate(), t.groundStatusLastChange()},
+        {"ground_status", "Ground status", "", status, words(groundStatusText(t)), groundTold,
+         groundTold ? t.groundStatusLastUpdate() : 0, groundTold ? t.groundStatusLastChange() : 0},
         {"spi", "SPI", "", status, yesNo(t.spiStatus()), t.spiStatusValid(),
          t.spiStatusLastUpdate(), t.spiStatusLastChange()},
         {"alert", "Alert", "", status, yesNo(t.alertStatus()), t.alertStatusValid(),
@@ -159,9 +161,12 @@ std::vector<MessageCount> countsByType(const ADSBTarget& aircraft) {
 }
 
 std::optional<std::string> callsignOf(const ADSBTarget& aircraft) {
-    const std::string text = aircraft.callsign();
-    const std::size_t last = text.find_last_not_of(' ');
-    return last != std::string::npos ? std::optional(text.substr(0, last + 1)) : std::nullopt;
+    return trimmedCallsign(aircraft.callsign());
+}
+
+std::optional<std::string> trimmedCallsign(const std::string& callsign) {
+    const std::size_t last = callsign.find_last_not_of(' ');
+    return last != std::string::npos ? std::optional(callsign.substr(0, last + 1)) : std::nullopt;
 }
 
 std::string groundStatusText(const ADSBTarget& aircraft) {
@@ -183,12 +188,20 @@ std::optional<std::string> categoryOf(const TrackedAircraft& aircraft) {
     if (aircraft.identityTypeCode == 0) {
         return std::nullopt;
     }
-    const auto letter = static_cast<char>('E' - aircraft.identityTypeCode); // 4 is set A, 1 is D
-    return letter + std::to_string(aircraft.emitterCategory());
+    return categoryText(aircraft.identityTypeCode, aircraft.emitterCategory());
+}
+
+std::string categoryText(u8 typeCode, u8 number) {
+    const auto letter = static_cast<char>('E' - typeCode); // 4 is set A, 1 is D
+    return letter + std::to_string(number);
 }
 
 std::string_view emergencyOf(const ADSBTarget& aircraft) {
-    switch (aircraft.squawkValid() ? aircraft.squawk() : 0) {
+    return emergencyOfSquawk(aircraft.squawkValid() ? aircraft.squawk() : 0);
+}
+
+std::string_view emergencyOfSquawk(u32 squawk) {
+    switch (squawk) {
     case 07500:
         return "unlawful interference";
     case 07600:

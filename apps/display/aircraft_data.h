@@ -67,14 +67,21 @@ std::vector<MessageCount> countsByType(const ADSBTarget& aircraft);
 /// The callsign without trailing blanks; nothing if that leaves no character.
 std::optional<std::string> callsignOf(const ADSBTarget& aircraft);
 
+/// The same of a message's callsign.
+std::optional<std::string> trimmedCallsign(const std::string& callsign);
+
 /// "ground", "air" or "unknown".
 std::string groundStatusText(const ADSBTarget& aircraft);
 
 /// The letter and the number of the emitter category, such as "A3"; nothing without one.
 std::optional<std::string> categoryOf(const TrackedAircraft& aircraft);
 
+/// The same of a message: its type code, 1 to 4, and the number.
+std::string categoryText(u8 typeCode, u8 number);
+
 /// What the squawk says if it is 7500, 7600 or 7700; empty if it is another one.
 std::string_view emergencyOf(const ADSBTarget& aircraft);
+std::string_view emergencyOfSquawk(u32 squawk);
 
 /// Nautical miles from the receiver; nothing if either place is not known.
 std::optional<double> distanceOf(const TrackedAircraft& aircraft, const Showing& showing);

@@ -2,8 +2,12 @@
 
 #include "apps/common/text.h"
 #include "apps/display/aircraft_data.h"
+#include "apps/json/json_object.h"
 
+#include <array>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <variant>
 
 namespace tolvarin::ondrel::client {
@@ -12,26 +16,49 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-Json time(u64 milliseconds) {
-    return milliseconds > 0 ? Json(milliseconds) : Json();
-}
+/// The data whose age has a key of its own, beside those of the aircraft's last message.
+struct Age {
+    std::string_view key;
+    std::string_view of; ///< the key of the datum
+};
+constexpr std::array<Age, 3> ages = {{
+    {"seen_pos", "latitude"},
+    {"seen_altitude", "altitude_ft"},
+    {"seen_speed", "ground_speed_kt"},
+}};
 
 Json valueJson(const Value& value) {
     return std::visit([](const auto& data) { return Json(data); }, value.data);
 }
 
-Json dataJson(const TrackedAircraft& aircraft, const Showing& showing) {
-    Json data;
+Json secondsSince(u64 stampMs, const Showing& showing) {
+    return static_cast<double>(ageOf(stampMs, showing)) / 1000;
+}
+
+/// The values that are known and valid, and behind them their times.
+void addData(Json& form, const TrackedAircraft& aircraft, const Showing& showing) {
+    Json updated = Json::object();
+    Json changed = Json::object();
     for (const AircraftDatum& datum : dataOf(aircraft, showing)) {
-        Json& form = data[std::string(datum.key)];
-        form["value"] = datum.known() ? valueJson(datum.value) : Json();
-        form["valid"] = datum.valid;
-        form["last_update_ms"] = time(datum.lastUpdate);
-        if (datum.lastChange) {
-            form["last_change_ms"] = time(*datum.lastChange);
+        if (!datum.valid) {
+            continue;
+        }
+        const std::string key(datum.key);
+        form[key] = valueJson(datum.value);
+        if (datum.lastUpdate > 0) {
+            updated[key] = datum.lastUpdate;
+        }
+        if (datum.lastChange.value_or(0) > 0) {
+            changed[key] = *datum.lastChange;
+        }
+        for (const Age& age : ages) {
+            if (age.of == datum.key) {
+                form[std::string(age.key)] = secondsSince(datum.lastUpdate, showing);
+            }
         }
     }
-    return data;
+    form["updated_ms"] = std::move(updated);
+    form["changed_ms"] = std::move(changed);
 }
 
 Json countsJson(const std::vector<MessageCount>& counts) {
@@ -42,27 +69,22 @@ Json countsJson(const std::vector<MessageCount>& counts) {
     return json;
 }
 
-Json statisticsJson(const TrackedAircraft& aircraft) {
-    Json statistics;
-    statistics["messages"] = aircraft.statisticDfMsgCount();
-    statistics["by_format"] = countsJson(countsByFormat(aircraft));
-    statistics["by_type"] = countsJson(countsByType(aircraft));
-    statistics["last_update_ms"] = time(aircraft.statisticLastUpdate());
-    return statistics;
-}
-
 } // namespace
 
 Json aircraftJson(const TrackedAircraft& aircraft, const Showing& showing, bool killed) {
     Json form;
+    form["schema"] = jsonSchema;
+    form["showing"] = showing.number;
     form["time_ms"] = showing.timeMs;
     form["address"] = hex24(aircraft.icaoAddr());
     form["track_number"] = aircraft.trackId();
     form["killed"] = killed;
+    form["seen"] = secondsSince(aircraft.lastUpdate(), showing);
     form["last_update_ms"] = aircraft.lastUpdate();
-    form["age_ms"] = ageOf(aircraft.lastUpdate(), showing);
-    form["data"] = dataJson(aircraft, showing);
-    form["statistics"] = statisticsJson(aircraft);
+    addData(form, aircraft, showing);
+    form["messages"] = aircraft.statisticDfMsgCount();
+    form["messages_by_format"] = countsJson(countsByFormat(aircraft));
+    form["messages_by_type"] = countsJson(countsByType(aircraft));
     return form;
 }
 

@@ -11,21 +11,8 @@
 
 namespace tolvarin::ondrel::client {
 
-/// An aircraft as an object with these keys in this order; later versions add keys. Times are
-/// milliseconds, null for never:
-///
-/// | key            | value                                                                  |
-/// |----------------|------------------------------------------------------------------------|
-/// | time_ms        | the newest stamp of all replies                                        |
-/// | address        | six hexadecimal digits                                                 |
-/// | track_number   | 1 to 4095                                                              |
-/// | killed         | whether the aircraft is removed now because it was silent              |
-/// | last_update_ms | when it was last heard                                                 |
-/// | age_ms         | time_ms minus last_update_ms                                           |
-/// | data           | an object for each datum: value, null if it was never received; valid; |
-/// |                | last_update_ms; and last_change_ms where changes are kept              |
-/// | statistics     | messages counted: messages, by_format ("DF-17" and the like), by_type  |
-/// |                | ("ACID" and the like), each without zeros, and last_update_ms          |
+/// An aircraft as an object, whose keys docs/json.md lists. `killed`: it was removed in the
+/// interval that this showing ends.
 nlohmann::ordered_json aircraftJson(const TrackedAircraft& aircraft, const Showing& showing,
                                     bool killed);
 

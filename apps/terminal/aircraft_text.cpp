@@ -3,121 +3,113 @@
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
 #include "apps/display/aircraft_data.h"
+#include "apps/terminal/text_table.h"
 
 #include <algorithm>
-#include <array>
-#include <cstddef>
-#include <string_view>
+#include <sstream>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
-// The columns of a report. Each width fits the widest entry.
-constexpr std::size_t itemWidth = 23;  // "Transponder capability"
-constexpr std::size_t valueWidth = 11; // "-179.999999"
-constexpr std::size_t unitWidth = 6;   // "ft/min"
-constexpr std::size_t validWidth = 5;  // "Valid"
-constexpr std::size_t timeWidth = 24;  // "2023-11-14T22:13:20.250Z"
-
-std::string joined(const std::vector<std::string>& cells) {
-    std::string line;
-    for (const std::string& cell : cells) {
-        line += line.empty() ? "" : columnGap;
-        line += cell;
+/// Each word of the name on a line of its own, and the unit below.
+std::vector<std::string> headOf(const AircraftColumn& column) {
+    std::vector<std::string> head;
+    std::istringstream words{std::string(column.name)};
+    for (std::string word; words >> word;) {
+        head.push_back(word);
     }
-    return line;
+    if (!column.unit.empty()) {
+        head.emplace_back(column.unit);
+    }
+    return head;
 }
 
-/// The two lines of the head: the first word of the name; the second one and the unit.
-std::array<std::string, 2> headOf(const AircraftColumn& column) {
-    const std::size_t blank = std::min(column.name.find(' '), column.name.size());
-    std::string below(column.name.substr(std::min(blank + 1, column.name.size())));
-    below += below.empty() || column.unit.empty() ? "" : " ";
-    return {std::string(column.name.substr(0, blank)), below + std::string(column.unit)};
-}
-
-/// One column of a table: its head and one entry for each aircraft, all of the same width.
-std::vector<std::string> columnLines(const AircraftColumn& column,
-                                     const std::vector<TrackedAircraft>& aircraft,
-                                     const Showing& showing) {
-    const auto head = headOf(column);
-    std::vector<std::string> lines(head.begin(), head.end());
-    std::size_t width = std::max(head[0].size(), head[1].size());
+TableColumn tableColumn(const AircraftColumn& column, const std::vector<TrackedAircraft>& aircraft,
+                        const Showing& showing) {
+    TableColumn texts = {
+        std::string(column.name), headOf(column), column.alignment, column.rank, {}};
     for (const TrackedAircraft& one : aircraft) {
         const auto cell = column.cell(one, showing);
-        lines.push_back(cell ? cell->value.text : "-");
-        width = std::max(width, lines.back().size());
+        texts.cells.push_back(
+            {cell ? cell->value.text : "-", cell && cell->isOld, !emergencyOf(one).empty()});
     }
-    const bool right = column.alignment == Alignment::Right;
-    for (std::string& line : lines) {
-        line = right ? toTheRight(line, width) : toTheLeft(line, width);
-    }
-    return lines;
-}
-
-/// One line of a report.
-std::string reportLine(std::string_view item, std::string_view value, std::string_view unit,
-                       std::string_view valid, std::string_view update, std::string_view change) {
-    std::string line = joined({toTheLeft(item, itemWidth), toTheRight(value, valueWidth),
-                               toTheLeft(unit, unitWidth), toTheLeft(valid, validWidth),
-                               toTheLeft(update, timeWidth), std::string(change)});
-    return line.erase(line.find_last_not_of(' ') + 1) + '\n';
+    return texts;
 }
 
 std::string timeOrDash(u64 milliseconds) {
     return milliseconds > 0 ? timeText(milliseconds) : "-";
 }
 
-std::string datumLine(const AircraftDatum& datum) {
-    return reportLine(datum.label, datum.known() ? datum.value.text : "-",
-                      datum.known() ? datum.unit : "", datum.valid ? "yes" : "no",
-                      timeOrDash(datum.lastUpdate),
-                      datum.lastChange ? timeOrDash(*datum.lastChange) : "");
+/// The age of a datum in seconds.
+std::string ageText(const AircraftDatum& datum, const Showing& showing) {
+    const auto age = static_cast<double>(ageOf(datum.lastUpdate, showing));
+    return datum.lastUpdate > 0 ? decimalText(age / 1000, 1) : "-";
 }
 
-std::string countLine(const std::string& kind, u32 count) {
-    return reportLine(kind, std::to_string(count), "", "", "", "");
+/// The columns of a report, with a cell for each datum.
+std::vector<TableColumn> reportColumns(const TrackedAircraft& aircraft, const Showing& showing) {
+    constexpr Alignment left = Alignment::Left;
+    constexpr Alignment right = Alignment::Right;
+    TableColumn item = {"Item", {"Item"}, left, 0, {}};
+    TableColumn value = {"Value", {"Value"}, right, 0, {}};
+    TableColumn unit = {"Unit", {}, left, 1, {}};
+    TableColumn age = {"Age", {"Age s"}, right, 2, {}};
+    TableColumn valid = {"Valid", {"Valid"}, left, 3, {}};
+    TableColumn update = {"Last update", {"Last update"}, left, 5, {}};
+    TableColumn change = {"Last change", {"Last change"}, left, 4, {}};
+    for (const AircraftDatum& datum : dataOf(aircraft, showing)) {
+        const bool isUrgent = datum.key == "emergency" && datum.valid;
+        item.cells.push_back({std::string(datum.label), false, isUrgent});
+        value.cells.push_back(
+            {datum.known() ? datum.value.text : "-", datum.isOld(showing), isUrgent});
+        unit.cells.push_back({std::string(datum.known() ? datum.unit : "")});
+        age.cells.push_back({ageText(datum, showing)});
+        valid.cells.push_back({datum.valid ? "yes" : "no"});
+        update.cells.push_back({timeOrDash(datum.lastUpdate)});
+        change.cells.push_back({datum.lastChange ? timeOrDash(*datum.lastChange) : ""});
+    }
+    return {item, value, unit, valid, age, update, change};
 }
 
-std::string countLines(const TrackedAircraft& aircraft) {
-    const u32 total = aircraft.statisticDfMsgCount();
-    std::string lines = total > 0 ? countLine("Messages", total) : "";
+/// The columns of the messages counted, without heads.
+std::vector<TableColumn> countColumns(const TrackedAircraft& aircraft) {
+    TableColumn kinds = {"", {}, Alignment::Left, 0, {}};
+    TableColumn numbers = {"", {}, Alignment::Right, 0, {}};
+    const auto add = [&](const std::string& kind, u32 count) {
+        kinds.cells.push_back({kind});
+        numbers.cells.push_back({std::to_string(count)});
+    };
+    add("Messages", aircraft.statisticDfMsgCount());
     for (const auto& counts : {countsByFormat(aircraft), countsByType(aircraft)}) {
         for (const auto& [kind, count] : counts) {
-            lines += countLine("  " + kind, count);
+            add("  " + kind, count);
         }
     }
-    return lines;
+    return {kinds, numbers};
 }
 
 } // namespace
 
-std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) {
-    std::vector<std::vector<std::string>> lines(aircraft.size() + 2);
+std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
+                          const TextStyle& style) {
+    std::vector<TableColumn> columns;
     for (const AircraftColumn& column : columnsFor(aircraft, showing)) {
-        const std::vector<std::string> entries = columnLines(column, aircraft, showing);
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            lines[i].push_back(entries[i]);
-        }
+        columns.push_back(tableColumn(column, aircraft, showing));
     }
-    std::string table;
-    for (const auto& cells : lines) {
-        table += joined(cells) + '\n';
-    }
-    return table;
+    return tableText(std::move(columns), style);
 }
 
-std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing) {
-    std::string lines = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
-                        std::to_string(aircraft.trackId()) + ", last heard " +
-                        timeText(aircraft.lastUpdate()) + ", " +
-                        secondsText(ageOf(aircraft.lastUpdate(), showing)) + " s ago\n\n";
-    lines += reportLine("Item", "Value", "", "Valid", "Last update", "Last change");
-    for (const AircraftDatum& datum : dataOf(aircraft, showing)) {
-        lines += datumLine(datum);
-    }
-    return lines + '\n' + countLines(aircraft);
+std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing,
+                           const TextStyle& style) {
+    const std::string title = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
+                              std::to_string(aircraft.trackId()) + ", last heard " +
+                              timeText(aircraft.lastUpdate()) + ", " +
+                              secondsText(ageOf(aircraft.lastUpdate(), showing)) + " s ago";
+    return wrapped(title, style.width) + "\n\n" +
+           tableText(reportColumns(aircraft, showing), style) + '\n' +
+           tableText(countColumns(aircraft), style);
 }
 
 void AircraftText::show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) {
@@ -130,21 +122,19 @@ void AircraftText::show(const std::vector<TrackedAircraft>& aircraft, const Show
 std::string AircraftText::form(const std::vector<TrackedAircraft>& aircraft,
                                const Showing& showing) const {
     if (!_reportAddress) {
-        return aircraftTable(aircraft, showing);
+        return aircraftTable(aircraft, showing, _style);
     }
     const auto found =
         std::find_if(aircraft.begin(), aircraft.end(), [this](const TrackedAircraft& one) {
             return one.icaoAddr() == *_reportAddress;
         });
-    return found != aircraft.end() ? aircraftReport(*found, showing) : "";
+    return found != aircraft.end() ? aircraftReport(*found, showing, _style) : "";
 }
 
 void AircraftText::showKilled(const TrackedAircraft& aircraft, const Showing& showing) {
-    _output << joined({secondsText(showing.timeMs), hex24(aircraft.icaoAddr()),
-                       callsignOf(aircraft).value_or("-"),
-                       "killed, silent for " + secondsText(ageOf(aircraft.lastUpdate(), showing)) +
-                           " s"})
-            << '\n';
+    _output << secondsText(showing.timeMs) << columnGap << hex24(aircraft.icaoAddr()) << columnGap
+            << callsignOf(aircraft).value_or("-") << columnGap << "killed, silent for "
+            << secondsText(ageOf(aircraft.lastUpdate(), showing)) << " s\n";
 }
 
 } // namespace tolvarin::ondrel::client

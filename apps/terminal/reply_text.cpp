@@ -14,6 +14,7 @@ constexpr std::size_t stampWidth = 14;     // "1700000000.000"
 constexpr std::size_t formatWidth = 7;     // "DF-17" and the gap to the next column
 constexpr std::size_t addressWidth = 8;    // "40621D" and the gap
 constexpr std::size_t confidenceWidth = 9; // "refused" and the gap
+constexpr std::string_view noAddress = "------";
 
 // For the list of fields. Positions and widths have at most two digits.
 constexpr std::string_view listIndentation = "    ";
@@ -71,14 +72,15 @@ void appendPayloadFields(std::string& text, const AdsbPayload& payload) {
 
 void appendReply(std::string& text, const DecodedReply& decoded) {
     if (decoded.refused()) {
-        appendColumns(text, decoded, "------", "refused");
+        appendColumns(text, decoded, noAddress, "refused");
         text += hexBytes(decoded.reply.bytes);
         text += '\n';
         return;
     }
     const DFMessage& message = *decoded.message;
-    appendColumns(text, decoded, hex24(message.icaoAddress()),
-                  confidenceName(message.confidence()));
+    const std::string address =
+        decoded.hasAddress() ? hex24(message.icaoAddress()) : std::string(noAddress);
+    appendColumns(text, decoded, address, confidenceName(message.confidence()));
     text += message.description();
     if (decoded.payload) {
         text += " | ";

@@ -38,8 +38,9 @@ std::string leftOutRows(const LeftOut& leftOut) {
 
 } // namespace
 
-void DecodeSummary::count(const DecodedReply& decoded) {
+void DecodeSummary::count(const DecodedReply& decoded, bool shown) {
     ++_replies;
+    _notShown += shown ? 0U : 1U;
     if (decoded.refused()) {
         ++_refused;
         return;
@@ -60,6 +61,9 @@ std::string DecodeSummary::text(const LeftOut& leftOut) const {
     table += countRow("  decoded", _replies - _refused, _replies);
     table += countRow("    repaired", _repaired, _replies);
     table += countRow("  refused", _refused, _replies);
+    if (_notShown > 0) {
+        table += countRow("replies not shown", _notShown, _replies);
+    }
     table += "decoded by format\n";
     for (std::size_t format = 0; format < _byFormat.size(); ++format) {
         if (_byFormat[format] > 0) {

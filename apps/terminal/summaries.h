@@ -22,13 +22,15 @@ struct LeftOut {
 /// Counts what a run has decoded.
 class DecodeSummary {
 public:
-    void count(const DecodedReply& decoded);
+    /// `shown`: whether the user sees the reply.
+    void count(const DecodedReply& decoded, bool shown = true);
 
-    /// Lists only the formats that occurred.
+    /// Lists only the formats that occurred, and replies that are not shown only if there are any.
     std::string text(const LeftOut& leftOut) const;
 
 private:
     u64 _replies = 0;
+    u64 _notShown = 0;
     u64 _refused = 0;
     u64 _repaired = 0;
     u64 _payloads = 0;

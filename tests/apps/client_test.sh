@@ -43,6 +43,11 @@ counted() {
     sed -n "s/^ *$1  *\([0-9][0-9]*\).*/\1/p" err
 }
 
+# rows: the lines of aircraft in the table in out.
+rows() {
+    grep -E '^[0-9A-F]{6}( |$)' out
+}
+
 good=8D40621D58C382D690C8AC2863A7
 text="DF-17  40621D  High     CA: 5; AA: 40621D; ME: 58C382D690C8AC | TC=POS_AIR, AT=BARO, \
 ALT=38000, CPR=EVEN, LAT=93000, LON=51372"
@@ -69,9 +74,9 @@ cp out expected
 expect "standard input" "$(cat expected)" "$(cat out)"
 
 run decode --json forms.txt
-expect "JSON: one object a line" 6 "$(grep -c '^{"stamp_ms":.*}$' out)"
+expect "JSON: one object a line" 6 "$(grep -c '^{"schema":1,.*}$' out)"
 expect_line "JSON: repaired" out \
-    '\{"stamp_ms":null,.*"repaired":true,"received":"8D40621D59[0-9A-F]{18}".*'
+    '\{"schema":1,"format":"DF-17",.*"received":"8D40621D59[0-9A-F]{18}",.*"repaired":true,.*'
 
 # -- decode: payloads --------------------------------------------------------------------------
 
@@ -82,7 +87,23 @@ run decode --mops 2 --fields emergency.txt
 expect "the fields behind each line" "1 9" \
     "$(grep -c '^ *- ' out) $(grep -cE '^ {6,7}[0-9]+  +[0-9]+  [A-Z_]+ ' out)"
 run decode --mops 2 --json emergency.txt
-expect_line "JSON: with the payload" out '.*"payload":\{"type":"AC_STATUS","type_code":28,.*\}'
+expect_line "JSON: with the payload" out \
+    '.*"type":"AC_STATUS","type_code":28,"mops_version":2,"subtype":1,"squawk":"6513"\}'
+run decode --mops 2 --json --fields emergency.txt
+expect_line "JSON: with the fields" out \
+    '.*,"squawk":"6513","fields":\[\{.*\}\],"payload_fields":\[.*\{"name":"MODE_A",.*\}\]\}'
+
+even=8D40621D58C382D690C8AC2863A7
+odd=8D40621D58C386435CC412692AD6
+printf '%s,%s\n' 1 $even 2 $odd 3 $even >pair.txt # the second position confirms the first one
+run decode --json pair.txt
+expect "JSON: the position of a pair" "1 3 0" "$(grep -c '"latitude":52\.2[0-9]*,"longitude":3\.9' out) \
+$(sed -nE 's/.*"stamp_ms":([0-9])000,.*"latitude".*/\1/p' out) $(grep -c pair.txt err)"
+run decode --json $even $odd $even
+expect "JSON: positions without stamps are told of" 1 \
+    "$(grep -c ': positions: the first reply has no time stamp; .* wrong or missing$' err)"
+run decode --json $even
+expect "JSON: one reply has no position" 0 "$(grep -c 'time stamp' err)"
 
 # -- decode: lines that cannot be read ---------------------------------------------------------
 
@@ -157,7 +178,7 @@ expect "cut.gz: summary" "$(wc -l <out)" "$(counted 'replies read')"
 { cat packed.gz; echo garbage; } >damaged.gz
 run track damaged.gz
 expect_line "damaged.gz: said" err '.* cannot read damaged.gz any further: its gzip data are damaged .*'
-expect "damaged.gz: the table" "1 $(($(counted aircraft) + 2))" "$status $(wc -l <out)"
+expect "damaged.gz: the table" "1 $(counted aircraft)" "$status $(rows | wc -l)"
 tar -cf archive.tar forms.txt
 for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' \
     "tar:$(head -c 257 /dev/zero | tr '\0' x)ustar"; do
@@ -212,7 +233,7 @@ refuse 1 "ondrel: cannot open $good: No such file or directory" decode $good for
 refuse 2 "ondrel decode: .* not expected: --bogus" decode --bogus forms.txt
 refuse 2 "ondrel decode: --log: loud not in .*" decode --log loud forms.txt
 refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
-refuse 2 "ondrel decode: --fields excludes --json" decode --json --fields forms.txt
+refuse 2 "ondrel decode: --confidence: best not in .*" decode --confidence best forms.txt
 refuse 2 "ondrel simulate: --form: x not in .*" simulate --form x
 refuse 2 "ondrel simulate: --seed: expected a whole number from 0 .*, not '-1'" simulate --seed -1
 for share in 1.1 -0.1 nan inf x 0x1 ""; do
@@ -378,19 +399,46 @@ run decode recording.txt
 expect "all damaged, many repaired and many refused" 1 \
     "$(($(counted repaired) > 1000 && $(counted refused) > 1000))"
 
+# -- decode: grades ----------------------------------------------------------------------------
+
+read_replies=$(counted 'replies read')
+decoded=$(counted decoded)
+for row in "None $read_replies 0" "low $((decoded - $(counted None))) 1" "HIGH $(counted High) 1"; do
+    read -r level shown hides <<<"$row"
+    for form in "" --json; do
+        # shellcheck disable=SC2086
+        run decode --confidence "$level" $form recording.txt
+        expect "--confidence $level $form" "$shown $read_replies $((hides * (read_replies - shown)))" \
+            "$(wc -l <out) $(counted 'replies read') $(($(counted 'replies not shown')))"
+    done
+done
+
 # -- track -------------------------------------------------------------------------------------
 
 run track long.txt
 aircraft=$(($(counted aircraft) - $(counted hidden)))
-expect "track: a line for each aircraft" "0 1 $((aircraft + 2))" \
-    "$status $((aircraft > 10)) $(wc -l <out)"
+expect "track: a line for each aircraft" "0 1 $aircraft" \
+    "$status $((aircraft > 10)) $(rows | wc -l)"
 expect "track: summary" "$(grep -vc '^#' long.txt) 1 0" \
     "$(($(counted 'replies read') + $(counted 'not readable'))) \
 $(($(counted tracked) > 1000)) $(counted killed)"
 run track --json long.txt
-expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"time_ms":.*"by_type":.*}$' out)"
+expect "JSON: one object a line" "$aircraft" "$(grep -c '^{"schema":1,"showing":1,.*"messages_by_type":.*}$' out)"
+# positions: the last one of each aircraft
+positions() {
+    sed -E 's/,"updated_ms".*//' |
+        sed -nE 's/.*"address":"([0-9A-F]+)".*("latitude":[^,]*).*("longitude":[^,}]*).*/\1 \2 \3/p' |
+        tac | sort -u -k 1,1
+}
+positions <out >tracked.txt
+run decode --json long.txt
+expect "decode and track solve the same positions" "1 $(cat tracked.txt)" \
+    "$(($(wc -l <tracked.txt) > 10)) $(positions <out)"
+run track --json --every 20 long.txt
+expect "JSON: the showings" "1 2 3" \
+    "$(sed -nE 's/.*"showing":([0-9]+).*/\1/p' out | sort -u | tr '\n' ' ' | sed 's/ $//')"
 run track --sort altitude --reverse long.txt
-expect "sorted" "" "$(tail -n +3 out | cut -c 38-45 | grep -v -- - | sort -nrc 2>&1)"
+expect "sorted" "" "$(rows | cut -c 38-45 | grep -v -- - | sort -nrc 2>&1)"
 run track --every 20 long.txt
 expect "a table each 20 of 60 seconds" 3 "$(grep -cE '^[0-9.]+: [0-9]+ aircraft$' out)"
 
@@ -403,6 +451,30 @@ expect "silent: killed with a line" \
 run track --silent-after 30 --min-messages 1 --json two.txt
 expect "silent: the last of it" "true false" \
     "$(sed -E 's/.*"killed":([a-z]*).*/\1/' out | tr '\n' ' ' | sed 's/ $//')"
+
+# -- track: a terminal ------------------------------------------------------------------------
+
+# A minute after the altitude of one aircraft, the other one tells an emergency.
+printf '%s\n' {1,2}.000,$good 3.000,8D4840D6202CC371C32CE0576098 65.000,28000AAA02E41F >alarm.txt
+escape=$'\033'
+for variables in TERM=xterm NO_COLOR=; do
+    env -u NO_COLOR $variables "$client" track alarm.txt >out 2>err
+    expect "no colour in a file, $variables" 0 "$(grep -c "$escape" out)"
+done
+expect "all columns in a file" "17 * received more than 60 s ago" \
+    "$(head -1 out | wc -w) $(tail -1 out)"
+if command -v script >/dev/null; then
+    for row in "TERM=xterm:1 2" "TERM=xterm NO_COLOR=:1 2" "TERM=xterm NO_COLOR=1:0 0" \
+        "TERM=dumb:0 0" "TERM=:0 0"; do
+        on_terminal "stty cols 80; env -u NO_COLOR ${row%:*} $client track alarm.txt 2>/dev/null"
+        expect "colours with ${row%:*}" "${row#*:}" "$(grep -c "$escape\[2m38000\*$escape\[0m" err) \
+$(grep -oE "$escape\[1;31m(general|7700)" err | wc -l)"
+    done
+    expect "80 columns" "1 1" "$(($(tr -d '\r' <err | wc -L) <= 80)) \
+$(grep -c '^No room for MOPS version, PIC, .*' err)"
+    on_terminal "stty cols 3; $client track alarm.txt 2>/dev/null"
+    expect "3 columns" 1 "$(grep -c 4840D6 err)"
+fi
 
 # -- several recordings, and feeds ---------------------------------------------------------------
 
@@ -422,7 +494,7 @@ if "$client" --version | grep -q Asio; then
     "$client" simulate --serve 127.0.0.1:0 --seconds 40 --pace 10 --damage 0 --form binary \
         2>server.log &
     server=$!
-    until grep -q '^serving' server.log; do sleep 0.05; done
+    until grep -qs '^serving' server.log; do sleep 0.05; done
     feed=tcp://$(sed -n 's/^serving //p' server.log)
     "$client" track --json "$feed" "$feed" --record heard >out 2>err &
     live=$!
@@ -468,11 +540,17 @@ run track mixed.txt
 expect "two kinds of stamps" "3 3 1" "$(counted 'replies read') $(counted 'stamps of other kind') \
 $(grep -c '^mixed.txt: reply 4 has seconds since 1970, .* left out$' err)"
 
+run decode --json mixed.txt
+expect "JSON: two kinds of stamps" "0 3 1" "$status $(grep -c '"stamp_ms":170000000[0-2]000,' out) \
+$(grep -c '^mixed.txt: positions: reply 4 has seconds since 1970, .* left out$' err)"
+
 # One line a day ahead; its time is that of the line before it.
 for i in 0 1 86400 2 3; do echo "$((1700000000 + i)),$good"; done >wild.txt
 run track --silent-after 300 wild.txt
-expect "a wild stamp" "0 1 0.0 1" "$(counted killed) $(counted 'stamps not believed') \
+expect "a wild stamp" "0 1 0 1" "$(counted killed) $(counted 'stamps not believed') \
 $(awk '/^40621D/ { print $NF }' out) $(grep -c '^wild.txt: the stamp of reply 3 is 86399.000 s ahead' err)"
+run decode --json wild.txt
+expect "JSON: a wild stamp is as it was sent" 1 "$(grep -c '"stamp_ms":1700086400000,' out)"
 # Half an hour ahead is a gap that can be; one reply alone removes no aircraft for it.
 printf '%s\n' "1700000000,$good" "1700001800,8D4840D6202CC371C32CE0576098" >gap.txt
 for silence in 300 never; do
@@ -489,7 +567,7 @@ printf '%s\n' "1,8D40621D580B0000000000599BF2" "2,8D40621D580F80000000000878A1" 
 for limits in 4,1000 4,999; do # the altitude jumps by 1000 ft
     run track --altitude-check $limits --json jump.txt
     expect_line "altitude check $limits" out \
-        ".*\"altitude_ft\":\{\"value\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
+        ".*\"altitude_ft\":$([[ $limits == 4,999 ]] && echo 1000 || echo 2000),.*"
 done
 
 for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 four
@@ -500,7 +578,7 @@ for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 
 $(counted aircraft)"
 done
 run track two.txt
-expect "one message is too few" "4840D6" "$(tail -n +3 out | cut -c 1-6)"
+expect "one message is too few" "4840D6" "$(rows | cut -c 1-6)"
 run track --json two.txt
 expect "one message is too few, JSON" 1 "$(wc -l <out)"
 run track --report 40621D two.txt
@@ -510,14 +588,14 @@ refuse 2 "ondrel track: --min-messages: expected a whole number from 1 .*, not '
 
 run track --report 4840d6 two.txt
 expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 3" \
-    "$status $(head -1 out) $(grep -cEx -e 'Callsign +KLM1023 {10}yes {4}31.500 {20}2.000' \
-        -e 'Altitude {27}- {10}no {5}-' -e '  ACID {29}4' out)"
+    "$status $(head -1 out) $(grep -cEx -e 'Callsign +KLM1023 +yes +0.0  31.500 +2.000' \
+        -e 'Altitude +- +no +-  -' -e '  ACID +4' out)"
 run track --report 4840D7 two.txt
 expect "one aircraft that is not there" "1 0 2 ondrel: no aircraft 4840D7 is tracked" \
     "$status $(wc -c <out) $(counted aircraft) $(tail -1 err)"
 
 run track --html new/pages long.txt
-expect "pages: the table comes as well" "0 $((aircraft + 2))" "$status $(wc -l <out)"
+expect "pages: the table comes as well" "0 $aircraft" "$status $(rows | wc -l)"
 expect_line "pages: where" err 'pages for a browser: new/pages/index.html'
 expect "pages: one each, and the index" "$((aircraft + 1))" "$(find new/pages -name '*.html' | wc -l)"
 expect "pages: all links lead somewhere" "$aircraft 0" \

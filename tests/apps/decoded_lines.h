@@ -49,6 +49,7 @@ inline std::string announcement(unsigned version) {
 
 // A velocity that the library does not decode.
 inline const std::string airSpeed = simulator::airVelocity({}, 90, 300, false);
-inline const std::string airSpeedRefused = "TC=AIR_VEL, not decoded (type code 19, MOPS version 0)";
+inline const std::string airSpeedRefused =
+    "TC=AIR_VEL, not decoded: air speed (type code 19, MOPS version 0)";
 
 } // namespace tolvarin::ondrel::client

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
+#include <cstddef>
 #include <string>
 
 namespace tolvarin::ondrel::client {
@@ -33,6 +34,33 @@ TEST(Text, OfNumbersHasNoNegativeZeroAndTellsTheTime) {
     EXPECT_EQ(timeText(946684799999), "946684799.999"); // no date before 2000
     EXPECT_EQ(timeText(946684800000), "2000-01-01T00:00:00.000Z");
     EXPECT_NE(timeText(~u64{0}), "");
+}
+
+TEST(Text, IsBrokenAtBlanksIntoLinesOfItsWidth) {
+    const struct {
+        std::string text;
+        std::size_t width;
+        std::string lines;
+    } rows[] = {
+        {"", 1, ""},
+        {"one two", 7, "one two"},
+        {"one two", 6, "one\ntwo"},
+        {"one two three", 7, "one two\nthree"},
+        {"threefold", 5, "three\nfold"},
+        {"a threefold", 5, "a\nthree\nfold"},
+        {"ab", 1, "a\nb"},
+        {"ab", 0, "a\nb"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(wrapped(row.text, row.width), row.lines);
+    }
+}
+
+TEST(Text, OfAListNamesItsLastWordDifferently) {
+    EXPECT_EQ(listText({}, "or"), "");
+    EXPECT_EQ(listText({"a"}, "or"), "a");
+    EXPECT_EQ(listText({"a", "b"}, "or"), "a or b");
+    EXPECT_EQ(listText({"a", "b", "c"}, "and"), "a, b and c");
 }
 
 } // namespace

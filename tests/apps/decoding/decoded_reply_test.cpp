@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -31,7 +32,9 @@ TEST(Payload, IsReadInTheVersionOfItsAircraft) {
         {{hexBytes(simulator::df19(address, 1, velocity))}, "", {}},
         {{hexBytes(simulator::df20(address, {}, 1000, velocity))}, "", {}},
         // what is not decoded
-        {{squitter(reserved)}, "TC=RESERVED, not decoded (type code 0, MOPS version 0)", {}},
+        {{squitter(reserved)},
+         "TC=RESERVED, not decoded: reserved type code (type code 0, MOPS version 0)",
+         {}},
         {{squitter(airSpeed)}, airSpeedRefused, {}},
         // the version that was announced last, by this aircraft, and not the one asked for
         {{squitter(announcement(1)), squitter(velocity)}, heading1, {}},
@@ -50,6 +53,38 @@ TEST(Payload, IsReadInTheVersionOfItsAircraft) {
         const DecodedReply decoded = decodedLast(row.lines, row.version);
         EXPECT_EQ(decoded.payload ? decoded.payload->description() : "", row.description)
             << row.lines.back();
+    }
+}
+
+TEST(Payload, ThatIsNotDecodedSaysWhy) {
+    const struct {
+        u8 typeCode;
+        u8 subtype; ///< the three bits behind the type code
+        MOPSVersion version;
+        std::string_view refusal;
+    } rows[] = {
+        {0, 0, MOPSVersion0, "reserved type code"},
+        {30, 0, MOPSVersion2, "reserved type code"},
+        {19, 0, MOPSVersion0, "reserved subtype"},
+        {19, 3, MOPSVersion0, "air speed"},
+        {19, 4, MOPSVersion2, "air speed"},
+        {19, 5, MOPSVersion1, "reserved subtype"},
+        {28, 2, MOPSVersion2, "resolution advisory"},
+        {28, 3, MOPSVersion2, "reserved subtype"},
+        {29, 0, MOPSVersion0, "not of this MOPS version"},
+        {29, 4, MOPSVersion0, "not of this MOPS version"},
+        {29, 1, MOPSVersion2, "not of this MOPS version"}, // the last bit is none of the subtype
+        {29, 4, MOPSVersion1, "reserved subtype"},
+        {29, 6, MOPSVersion2, "reserved subtype"},
+        {31, 0, MOPSVersion1, "announces MOPS version 0"},
+    };
+    for (const auto& row : rows) {
+        std::string field(7, '\0');
+        field[0] = static_cast<char>(row.typeCode << 3U | row.subtype);
+        const DecodedReply decoded = decodedLast({squitter(field)}, row.version);
+        EXPECT_EQ(decoded.payload->message, nullptr);
+        EXPECT_EQ(decoded.payload->refusal, row.refusal)
+            << int{row.typeCode} << " " << int{row.subtype} << " " << row.version;
     }
 }
 

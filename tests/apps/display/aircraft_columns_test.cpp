@@ -37,6 +37,14 @@ TEST(AircraftColumns, SortWithTheInvalidOnesLast) {
     }
 }
 
+TEST(AircraftColumns, LeaveInTheOrderOfTheirRank) {
+    const std::vector<std::string> names = aircraftColumnsByRank();
+    EXPECT_EQ(names.size(), aircraftColumns().size() - 2); // latitude and longitude are one of them
+    EXPECT_EQ(names.front(), "MOPS version");
+    EXPECT_EQ(names.at(8), "latitude and longitude");
+    EXPECT_EQ(names.back(), "emergency");
+}
+
 } // namespace
 
 } // namespace tolvarin::ondrel::client

@@ -15,12 +15,13 @@ TEST(DecodeSummary, CountsEveryReplyOnce) {
     DecodeSummary summary;
     for (const auto& line :
          {good, oneBitWrong, squitter("", 0x40621D), beyondRepair, std::string("00000000000000")}) {
-        summary.count(decodedLast({line}));
+        summary.count(decodedLast({line}), line != beyondRepair);
     }
     EXPECT_EQ(summary.text({7, 5}), "replies read                  5\n"
                                     "  decoded                     4   80.0 %\n"
                                     "    repaired                  1   20.0 %\n"
                                     "  refused                     1   20.0 %\n"
+                                    "replies not shown             1   20.0 %\n"
                                     "decoded by format\n"
                                     "  DF-0                        1   20.0 %\n"
                                     "  DF-17                       3   60.0 %\n"

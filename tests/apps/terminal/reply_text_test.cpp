@@ -38,6 +38,9 @@ TEST(ReplyText, IsOneLineInColumns) {
         {"8D40621D58C3", "             -  DF-17  ------  refused  8D40621D58C3"},
         // a frame with bytes behind it counts as it is
         {good + "FF", "             -  " + text},
+        // a DF-19 of another application tells no address
+        {hexBytes(simulator::df19(address, 1, airSpeed)),
+         "             -  DF-19  ------  Low      AF: 1; AA: 00; ME: "},
         // an all-zero reply: the address has six digits
         {"00000000000000", "             -  DF-0   000000  Low      VS: AIR; AC: -1000"},
     };
