@@ -1,25 +1,16 @@
 #include "apps/commands/track.h"
 
 #include "apps/commands/options.h"
+#include "apps/commands/track_run.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
-#include "apps/common/interruption.h"
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
-#include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
-#include "apps/input/replay.h"
-#include "apps/json/aircraft_json.h"
-#include "apps/pages/page_folder.h"
-#include "apps/terminal/aircraft_text.h"
-#include "apps/terminal/summaries.h"
-#include "apps/tracking/duplicate_filter.h"
-#include "apps/tracking/track_history.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <memory>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -80,7 +71,6 @@ constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
 constexpr u64 mostMessages = 1000000;
 constexpr u64 mostFeet = 200000;
 constexpr double latestStart = 9999999999; // seconds since 1970, ten digits
-constexpr u64 longestCheckPeriod = 1000;   // ms between two searches for silent aircraft
 constexpr std::size_t helpWidth = 54;      // longest line in the description of an option
 constexpr std::size_t footerWidth = 90;    // longest line of other help
 
@@ -170,218 +160,6 @@ std::optional<u64> startOf(const TrackOptions& options, const ReplyInputOptions&
     return *options.start == "mtime" ? startByModification(input.arguments.front(), input.counter)
                                      : milliseconds(std::stod(*options.start));
 }
-
-std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
-    if (options.json) {
-        return std::make_unique<AircraftJsonLines>(output);
-    }
-    return std::make_unique<AircraftText>(output, standardOutputStyle(), options.reportAddress,
-                                          options.everyMs.has_value());
-}
-
-/// Tracks the aircraft of one input and shows them.
-class TrackRun {
-public:
-    /// All arguments must outlive the run.
-    TrackRun(const TrackOptions& options, std::optional<u64> startMs, ReplyInput& input,
-             Output& output, Console& console)
-        : _options(options), _input(input), _console(console), _sink(makeSink(options, output)),
-          _stamping([this](const std::string& message) { report(message); }, startMs),
-          _tracking(options.altitudeCheck, options.greatestKnots) {
-        if (options.htmlFolder) {
-            _pages.emplace(*options.htmlFolder);
-        }
-        if (options.pace) {
-            _input.showCountOnly();
-            _pace.emplace(*options.pace, [this] { _input.showCount(); });
-        }
-        if (options.everyMs) {
-            _shows.emplace(*options.everyMs);
-        }
-        if (options.keepAll) {
-            _tracking.keepAll();
-        }
-        if (options.silentMs) {
-            _checks.emplace(std::min(*options.silentMs, longestCheckPeriod));
-        }
-    }
-
-    /// Reads to the end of the input or until an interruption, and shows what there is then. Gives
-    /// the aircraft that were tracked to the end.
-    std::vector<TrackedAircraft> run() {
-        Reply reply;
-        for (auto got = next(reply); got != ReplySource::Got::End; got = next(reply)) {
-            moveTo(_stamping.now());
-            if (got == ReplySource::Got::Reply) {
-                take(reply);
-            }
-        }
-        killSilent();
-        std::vector<TrackedAircraft> all = sortedAircraft();
-        writePages(all);
-        _sink->show(all, showing());
-        _hidden = _tracking.counts().aircraft - all.size();
-        return all;
-    }
-
-    TrackRunCounts counts() const {
-        return {_tracking.counts(),  _hidden,     _stamping.doubted(),
-                _stamping.refused(), _duplicates, _input.leftOut()};
-    }
-
-private:
-    /// Puts the next reply into `reply`, with its stamp, when its time has come.
-    ReplySource::Got next(Reply& reply) {
-        bool first = false;
-        do {
-            const auto got = _input.next(reply);
-            if (got == ReplySource::Got::Nothing) {
-                _stamping.passTo(systemMilliseconds());
-            }
-            if (got != ReplySource::Got::Reply) {
-                return got;
-            }
-            first = !_stamping.begun();
-        } while (!_stamping.stamp(reply));
-        if (first) {
-            checkStamps();
-        }
-        if (_pace) {
-            waitFor(*reply.stampMs);
-        }
-        return interrupted() ? ReplySource::Got::End : ReplySource::Got::Reply;
-    }
-
-    /// Call it after the first reply.
-    void checkStamps() {
-        if (_options.start && !_stamping.byCounter()) {
-            throw Failure("--start is for stamps of a counter; the first reply of " +
-                          _input.name() + " has none");
-        }
-        if (!_stamping.byClock()) {
-            return;
-        }
-        if (_pace) {
-            throw Failure("cannot replay " + _input.name() + ": its first reply has no time stamp");
-        }
-        report("the first reply has no time stamp; all are stamped with the clock. Ages and times "
-               "tell when a reply was read, and positions may be wrong or missing");
-    }
-
-    void waitFor(u64 stampMs) {
-        if (_stamping.jumped()) {
-            _pace->restart();
-        }
-        _pace->waitFor(stampMs);
-    }
-
-    void report(const std::string& message) { _console.write(_input.name() + ": " + message); }
-
-    /// A period ends before the reply of this time is taken in, so it is shown without that reply.
-    void moveTo(u64 timeMs) {
-        if (_shows && _shows->ended(timeMs)) {
-            _sink->show(sortedAircraft(), showing());
-            ++_showings;
-        }
-        _tracking.moveTo(timeMs);
-        if (_checks && _checks->ended(timeMs)) {
-            killSilent();
-        }
-    }
-
-    void take(const Reply& reply) {
-        const auto message = _input.decode(reply);
-        const bool several = reply.source != 0;
-        if (several && _heard.heardElsewhere(reply.bytes, reply.source, *reply.stampMs)) {
-            ++_duplicates;
-            return;
-        }
-        const ADSBTarget* aircraft = _tracking.take(message.get());
-        if (several && aircraft != nullptr) {
-            _heard.keep(reply.bytes, reply.source, *reply.stampMs);
-        }
-        noteLosses();
-        const auto verdict = _tracking.verdict();
-        if (_pages && verdict) {
-            notePosition(*aircraft, *verdict);
-        }
-    }
-
-    /// Says once which aircraft a full table loses.
-    void noteLosses() {
-        for (const TrackedAircraft& aircraft : _tracking.madeRoom()) {
-            _history.forget(aircraft.icaoAddr());
-        }
-        if (!_saidRoom && !_tracking.madeRoom().empty()) {
-            _saidRoom = true;
-            report("the table is full; those silent for longest, 300 s at least, make room");
-        }
-        if (!_saidNoRoom && _tracking.notTaken() > 0) {
-            _saidNoRoom = true;
-            report("the table is full; replies of new aircraft are left out");
-        }
-    }
-
-    void notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict) {
-        if (verdict == PositionCheck::Verdict::Overruled) {
-            _history.forget(aircraft.icaoAddr());
-        }
-        if (const auto position = _tracking.positionOf(aircraft)) {
-            _history.note(aircraft.icaoAddr(), position->place);
-        }
-    }
-
-    void killSilent() {
-        if (_options.silentMs) {
-            for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
-                _history.forget(aircraft.icaoAddr());
-                if (_options.tellSilent && isShown(aircraft)) {
-                    _sink->showKilled(aircraft, showing());
-                }
-            }
-        }
-    }
-
-    bool isShown(const ADSBTarget& aircraft) const {
-        return _options.reportAddress || aircraft.statisticDfMsgCount() >= _options.minMessages;
-    }
-
-    Showing showing() const { return {_tracking.now(), _showings + 1, _options.receiver}; }
-
-    std::vector<TrackedAircraft> sortedAircraft() const {
-        std::vector<TrackedAircraft> all = _tracking.aircraft();
-        all.erase(std::remove_if(all.begin(), all.end(),
-                                 [this](const TrackedAircraft& one) { return !isShown(one); }),
-                  all.end());
-        sortAircraft(all, showing(), aircraftColumn(_options.sortKey), _options.descending);
-        return all;
-    }
-
-    void writePages(const std::vector<TrackedAircraft>& all) const {
-        if (_pages) {
-            _pages->write({_input.name(), showing(), all, _history});
-            _console.write("pages for a browser: " + _pages->indexPath());
-        }
-    }
-
-    const TrackOptions& _options;
-    ReplyInput& _input;
-    Console& _console;
-    std::unique_ptr<AircraftSink> _sink;
-    Stamping _stamping;
-    Tracking _tracking;
-    TrackHistory _history; ///< kept for pages only
-    std::optional<PageFolder> _pages;
-    std::optional<Pace> _pace;
-    std::optional<Periods> _shows;
-    std::optional<Periods> _checks;
-    DuplicateFilter _heard;
-    u64 _duplicates = 0;
-    u64 _showings = 0; ///< of all aircraft, done
-    u64 _hidden = 0;   ///< aircraft of the table that are not shown at the end
-    bool _saidRoom = false;
-    bool _saidNoRoom = false;
-};
 
 } // namespace
 

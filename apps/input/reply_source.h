@@ -35,7 +35,7 @@ public:
 
     enum class Got {
         Reply,
-        Nothing, ///< none came for a second; only from live sources
+        Nothing, ///< none came for a tenth of a second; only from live sources
         End,     ///< of the input, or an interruption
     };
 

@@ -25,6 +25,7 @@ using std::chrono::seconds;
 
 constexpr seconds longestConnecting(10);
 constexpr seconds longestSilence(120);
+constexpr std::chrono::milliseconds longestWait(100); // for a reply
 constexpr seconds shortestPause(1);
 constexpr seconds longestPause(60);
 constexpr u64 longestGap = 3600000; // ms, in a recording that is played
@@ -278,7 +279,7 @@ public:
                 }
                 _ready.pop_front();
             }
-            if (_context.run_one_for(seconds(1)) == 0) {
+            if (_context.run_one_for(longestWait) == 0) {
                 return _context.stopped() ? Got::End : Got::Nothing;
             }
         }

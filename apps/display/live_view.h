@@ -1,0 +1,28 @@
+#pragma once
+
+#include "apps/display/showing.h"
+#include "apps/tracking/track_history.h"
+#include "apps/tracking/tracked_aircraft.h"
+
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+/// Shows tracked aircraft as long as a run with live sources lasts. A new live view is one class of
+/// this kind.
+class LiveView {
+public:
+    LiveView() = default;
+    LiveView(const LiveView&) = delete;
+    LiveView& operator=(const LiveView&) = delete;
+    virtual ~LiveView() = default;
+
+    /// Shows all aircraft in this order, about once a second. `history` has their paths.
+    virtual void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
+                      const TrackHistory& history) = 0;
+
+    /// Takes what the user does, about ten times a second. False if the user ends the run.
+    virtual bool poll() { return true; }
+};
+
+} // namespace tolvarin::ondrel::client
