@@ -268,9 +268,8 @@ private:
     void take(const DFMessage* message) {
         const ADSBTarget* aircraft = _tracking.take(message);
         noteLosses();
-        const auto verdict = _tracking.verdict();
-        if (_pages && verdict) {
-            notePosition(*aircraft, *verdict);
+        if (_pages && aircraft != nullptr) {
+            noteHistory(*aircraft);
         }
     }
 
@@ -289,12 +288,18 @@ private:
         }
     }
 
-    void notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict) {
-        if (verdict == PositionCheck::Verdict::Overruled) {
-            _history.forget(aircraft.icaoAddr());
+    void noteHistory(const ADSBTarget& aircraft) {
+        const u32 address = aircraft.icaoAddr();
+        if (aircraft.altitudeBaroValid() &&
+            aircraft.altitudeBaroLastUpdate() == aircraft.lastUpdate()) {
+            _history.noteAltitude(address, aircraft.altitudeBaro(), aircraft.lastUpdate());
         }
-        if (const auto position = _tracking.positionOf(aircraft)) {
-            _history.note(aircraft.icaoAddr(), position->place);
+        if (_tracking.verdict() == PositionCheck::Verdict::Overruled) {
+            _history.forgetPath(address);
+        }
+        const auto position = _tracking.positionOf(aircraft);
+        if (_tracking.verdict() && position) {
+            _history.notePosition(address, *position);
         }
     }
 

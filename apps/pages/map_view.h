@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/tracking/track_history.h"
+#include "apps/tracking/geo_point.h"
 
 #include <string>
 #include <vector>

@@ -36,10 +36,10 @@ std::vector<const TrackedAircraft*> withPlace(const std::vector<TrackedAircraft>
 
 /// The past positions and the current one.
 std::vector<GeoPoint> pathOf(const TrackedAircraft& aircraft, const TrackHistory& history) {
-    const std::vector<GeoPoint>& track = history.trackOf(aircraft.icaoAddr());
     std::vector<GeoPoint> path;
-    path.reserve(track.size() + 1);
-    path.assign(track.begin(), track.end());
+    for (const Position& position : history.pathOf(aircraft.icaoAddr())) {
+        path.push_back(position.place);
+    }
     path.push_back(aircraft.position->place);
     return path;
 }

@@ -67,7 +67,7 @@ struct Pages {
     Pages() {
         for (const TrackedAircraft& one : tracked.tracking.aircraft()) {
             if (one.position) {
-                history.note(one.icaoAddr(), one.position->place);
+                history.notePosition(one.icaoAddr(), *one.position);
             }
         }
     }
