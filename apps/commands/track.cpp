@@ -170,7 +170,7 @@ public:
           _stamping([this](const std::string& message) { report(message); }, startMs),
           _tracking(options.altitudeCheck, options.greatestKnots) {
         if (options.htmlFolder) {
-            _pages.emplace(*options.htmlFolder);
+            _pages.emplace(*options.htmlFolder, options.force);
         }
         if (options.pace) {
             _input.showCountOnly();
@@ -197,7 +197,12 @@ public:
         }
         killSilent();
         std::vector<TrackedAircraft> all = sortedAircraft();
-        writePages(all);
+        try {
+            writePages(all);
+        } catch (const Failure&) {
+            _sink->show(all, showing());
+            throw;
+        }
         _sink->show(all, showing());
         _hidden = _tracking.counts().aircraft - all.size();
         return all;
@@ -378,11 +383,16 @@ void TrackCommand::addOutputOptions() {
                     "every aircraft")
         ->type_name("N=2")
         ->transform(wholeNumber(1, mostMessages));
+    CLI::Option* html = line()
+                            .add_option("--html", _options.htmlFolder,
+                                        "Write pages for a browser into this folder: index.html\n"
+                                        "with a map and the table, and a page of each aircraft.\n"
+                                        "Pages of an earlier run there go")
+                            ->type_name("DIR");
     line()
-        .add_option("--html", _options.htmlFolder,
-                    "Write pages for a browser into this folder: index.html\n"
-                    "with a map and the table, and a page of each aircraft")
-        ->type_name("DIR");
+        .add_flag("--force", _options.force,
+                  "With --html: also replace files that ondrel did not make")
+        ->needs(html);
     line()
         .add_option_function<std::string>(
             "--report",

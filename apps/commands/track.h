@@ -23,6 +23,7 @@ struct TrackOptions {
     bool keepAll = false;                  ///< also when the table is full
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
+    bool force = false;                    ///< replace files there that other programs made
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
     std::optional<GeoPoint> receiver;      ///< where it stands
     std::optional<AltitudeCheck> altitudeCheck;

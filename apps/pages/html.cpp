@@ -50,8 +50,9 @@ std::string link(std::string_view target, std::string_view text) {
 }
 
 std::string htmlPage(std::string_view title, std::string_view style, std::string_view body) {
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n" +
+           std::string(generatorTag) +
+           "\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
            element("title", htmlText(title)) + "\n" + element("style", "\n" + std::string(style)) +
            "\n</head>\n<body>\n" + std::string(body) + "</body>\n</html>\n";
 }

@@ -24,6 +24,9 @@ std::string element(std::string_view name, std::string_view style, std::string_v
 /// `<a href="target">text</a>`. Target and text are plain text.
 std::string link(std::string_view target, std::string_view text);
 
+/// Says in the head of a page that the client made it.
+constexpr std::string_view generatorTag = R"(<meta name="generator" content="ondrel">)";
+
 /// A whole page. The title is plain text, the body HTML; `style` is the text of style sheets.
 std::string htmlPage(std::string_view title, std::string_view style, std::string_view body);
 
