@@ -386,8 +386,8 @@ void TrackCommand::addOutputOptions() {
     CLI::Option* html = line()
                             .add_option("--html", _options.htmlFolder,
                                         "Write pages for a browser into this folder: index.html\n"
-                                        "with a map and the table, and a page of each aircraft.\n"
-                                        "Pages of an earlier run there go")
+                                        "with a map and the table, and a page of each aircraft;\n"
+                                        "those of an earlier run are removed")
                             ->type_name("DIR");
     line()
         .add_flag("--force", _options.force,
