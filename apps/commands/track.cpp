@@ -408,7 +408,8 @@ void TrackCommand::addOutputOptions() {
         .add_option_function<std::string>(
             "--location", [this](const std::string& text) { _options.receiver = placeOf(text); },
             "Where the receiver stands, in degrees, north and east\n"
-            "positive: adds the distance of each aircraft")
+            "positive: adds the distance of each aircraft, and the\n"
+            "receiver and circles of distance to the map")
         ->type_name("LAT,LON")
         ->check(CLI::Validator(placeError, ""));
     addSeconds(line(), "--every", _options.everyMs,

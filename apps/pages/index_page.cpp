@@ -34,9 +34,14 @@ std::string map(const IndexContents& contents) {
     if (std::none_of(contents.aircraft.begin(), contents.aircraft.end(), hasPosition)) {
         return element("p", "quiet", "No aircraft has a position.") + "\n";
     }
-    TrackMap wide(contents.aircraft, contents.history, wideMap, wideMapHeight);
-    TrackMap narrow(contents.aircraft, contents.history, narrowMap, narrowMapHeight);
-    return element("figure", "map", "\n" + wide.svg("wide") + narrow.svg("narrow") + legend()) +
+    const auto picture = [&contents](std::string_view style, double width, double height) {
+        constexpr std::string_view name = "Map of the aircraft and their tracks";
+        return TrackMap(contents.aircraft, contents.history, contents.showing, width, height)
+            .svg(style, name);
+    };
+    return element("figure", "map",
+                   "\n" + picture("wide", wideMap, wideMapHeight) +
+                       picture("narrow", narrowMap, narrowMapHeight) + legend()) +
            "\n";
 }
 
