@@ -172,8 +172,10 @@ std::string TrackMap::svg(std::string_view style, std::string_view name) {
     }
     // Those that are drawn first find a place.
     const auto rank = [this](const TrackedAircraft* aircraft) {
-        return emergencyOf(*aircraft).empty() ? isOld(aircraft->position->stampMs, _showing) + 1
-                                              : 0;
+        if (!emergencyOf(*aircraft).empty()) {
+            return 0;
+        }
+        return isOld(aircraft->position->stampMs, _showing) ? 2 : 1;
     };
     std::stable_sort(_aircraft.begin(), _aircraft.end(),
                      [rank](const TrackedAircraft* left, const TrackedAircraft* right) {
@@ -246,10 +248,10 @@ void TrackMap::addReceiver(const GeoPoint& receiver) {
     const double diagonal = std::hypot(_view.width(), _view.height()) / _view.nauticalMile();
     const double step = roundNumber(std::max(1.0, widestRings / _view.nauticalMile()));
     const double toMiddle = nauticalMiles(receiver, middle);
-    const double nearest = std::max(step, std::floor((toMiddle - diagonal) / step) * step);
-    const double farthest = std::min(halfCircle, toMiddle + diagonal);
-    for (double miles = nearest; miles < farthest; miles += step) {
-        addRing(receiver, miles);
+    const int first = std::max(1, static_cast<int>((toMiddle - diagonal) / step));
+    const int last = static_cast<int>(std::min(halfCircle, toMiddle + diagonal) / step);
+    for (int ring = first; ring <= last; ++ring) {
+        addRing(receiver, ring * step);
     }
     const MapPoint at = _view.at(receiver);
     _svg += "<path" + attribute("class", "receiver") + " transform=\"translate(" + pair(at) +
@@ -262,10 +264,10 @@ void TrackMap::addReceiver(const GeoPoint& receiver) {
 /// A circle on earth, with its label.
 void TrackMap::addRing(const GeoPoint& receiver, double miles) {
     const double around = 2 * 3.14 * miles * _view.nauticalMile();
-    const double corners = std::clamp(std::ceil(around / ringStep), 24.0, 720.0);
+    const int corners = static_cast<int>(std::clamp(around / ringStep, 24.0, 720.0));
     std::vector<GeoPoint> places;
-    for (double i = 0; i <= corners; ++i) {
-        places.push_back(placeFrom(receiver, 360 * i / corners, miles));
+    for (int i = 0; i <= corners; ++i) {
+        places.push_back(placeFrom(receiver, 360.0 * i / corners, miles));
     }
     const auto lines = _view.lines(places, shortestStep);
     if (lines.empty()) {
