@@ -28,20 +28,21 @@ bool isNear(const GeoPoint& left, const GeoPoint& right) {
 double changeWithout(const Position& point, const Position& before, const Position& after) {
     const double shrinkage = std::cos(point.place.latitude / degreesInRadian);
     const auto east = [&](const Position& other) {
+        const double degrees = other.place.longitude - point.place.longitude;
+        const bool crossesDateLine = std::abs(degrees) > fullCircle / 2;
         return shrinkage *
-               std::remainder(other.place.longitude - point.place.longitude, fullCircle);
+               (crossesDateLine ? degrees - std::copysign(fullCircle, degrees) : degrees);
     };
-    const auto north = [&](const Position& other) {
-        return other.place.latitude - point.place.latitude;
-    };
-    const double x = east(after) - east(before);
-    const double y = north(after) - north(before);
+    const double fromX = east(before);
+    const double fromY = before.place.latitude - point.place.latitude;
+    const double x = east(after) - fromX;
+    const double y = after.place.latitude - point.place.latitude - fromY;
     const double squaredLength = x * x + y * y;
     const double part =
-        squaredLength > 0
-            ? std::clamp(-(east(before) * x + north(before) * y) / squaredLength, 0.0, 1.0)
-            : 0;
-    return std::hypot(east(before) + part * x, north(before) + part * y);
+        squaredLength > 0 ? std::clamp(-(fromX * x + fromY * y) / squaredLength, 0.0, 1.0) : 0;
+    const double offX = fromX + part * x;
+    const double offY = fromY + part * y;
+    return std::sqrt(offX * offX + offY * offY);
 }
 
 /// The same for an altitude, in feet. The ends of a gap are the last to go.
