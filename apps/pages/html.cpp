@@ -45,6 +45,15 @@ std::string element(std::string_view name, std::string_view style, std::string_v
            std::string(content) + "</" + tag + ">";
 }
 
+std::string headCell(std::string_view scope, std::string_view style, std::string_view content) {
+    return "<th" + attribute("scope", scope) + (style.empty() ? "" : attribute("class", style)) +
+           ">" + std::string(content) + "</th>";
+}
+
+std::string abbreviation(std::string_view text, std::string_view meaning) {
+    return "<abbr" + attribute("title", meaning) + ">" + htmlText(text) + "</abbr>";
+}
+
 std::string link(std::string_view target, std::string_view text) {
     return "<a" + attribute("href", target) + ">" + htmlText(text) + "</a>";
 }

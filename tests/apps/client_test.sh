@@ -446,7 +446,7 @@ for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 
     read -r least shown hidden <<<"$row"
     run track --min-messages "$least" --html least two.txt
     expect "--min-messages $least" "$shown $shown $hidden 2" \
-        "$(grep -c '^4' out) $(grep -c 'td class="address"' least/index.html) $(counted hidden) \
+        "$(grep -c '^4' out) $(grep -c 'class="address"><a' least/index.html) $(counted hidden) \
 $(counted aircraft)"
 done
 run track two.txt
@@ -471,7 +471,7 @@ expect "pages: the table comes as well" "0 $((aircraft + 2))" "$status $(wc -l <
 expect_line "pages: where" err 'pages for a browser: new/pages/index.html'
 expect "pages: one each, and the index" "$((aircraft + 1))" "$(find new/pages -name '*.html' | wc -l)"
 expect "pages: all links lead somewhere" "$aircraft 0" \
-    "$(grep -o 'td class="address"><a href' new/pages/index.html | wc -l) \
+    "$(grep -o 'class="address"><a href' new/pages/index.html | wc -l) \
 $(grep -oh 'href="[^"]*"' new/pages/*.html | sort -u | sed 's/href="\(.*\)"/new\/pages\/\1/' |
         xargs ls 2>&1 >/dev/null | wc -l)"
 run track --html new/pages two.txt

@@ -72,8 +72,10 @@ struct Pages {
         }
     }
     std::string index(const std::string& recording) const {
-        return indexPage(
-            {recording, {tracked.tracking.now()}, tracked.tracking.aircraft(), history});
+        return index(recording, tracked.tracking.now());
+    }
+    std::string index(const std::string& recording, u64 timeMs) const {
+        return indexPage({recording, {timeMs}, tracked.tracking.aircraft(), history});
     }
 
     TrackedLines tracked{lines};
@@ -83,12 +85,17 @@ struct Pages {
 TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     const std::string page = Pages().index("x.csv");
     EXPECT_EQ(unbalanced(page), "");
-    EXPECT_EQ(countOf(page, R"(<td class="address"><a href="40621D.html">40621D</a></td>)"), 1U);
-    EXPECT_EQ(countOf(page, R"(<td class="address"><a href="4840D6.html">4840D6</a></td>)"), 1U);
-    EXPECT_EQ(countOf(page, R"(<tr class="alarm"><td class="address"><a href="4840D6)"), 1U);
+    EXPECT_EQ(
+        countOf(page, R"(<th scope="row" class="address"><a href="40621D.html">40621D</a></th>)"),
+        1U);
+    EXPECT_EQ(
+        countOf(page, R"(<th scope="row" class="address"><a href="4840D6.html">4840D6</a></th>)"),
+        1U);
+    EXPECT_EQ(countOf(page, R"(<tr class="alarm"><th scope="row" class="address"><a href="4840D6)"),
+              1U);
     EXPECT_EQ(countOf(page, R"(<td class="number">38000</td>)"), 1U);
     EXPECT_EQ(countOf(page, R"(<td class="number quiet">&ndash;</td>)"), 11U);
-    EXPECT_NE(page.find("2 aircraft in x.csv, as of 4.000"), std::string::npos);
+    EXPECT_NE(page.find("2 aircraft in x.csv, as of 4.000 s."), std::string::npos);
 
     EXPECT_EQ(countOf(page, "<svg "), 2U); // for wide and for narrow screens
     EXPECT_EQ(countOf(page, "<path class=\"track b4\" d=\"M"), 2U);
@@ -100,6 +107,23 @@ TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     const std::string empty = indexPage({"", {0}, {}, nothing});
     EXPECT_EQ(countOf(empty, "<svg "), 0U);
     EXPECT_EQ(unbalanced(empty), "");
+}
+
+TEST(IndexPage, ExplainsWhatIsShort) {
+    const std::string page = Pages().index("x.csv");
+    for (const char* name : {"MOPS version", "NIC", "PIC"}) {
+        EXPECT_EQ(countOf(page, std::string(">") + name + "</abbr></th>"), 1U) << name;
+    }
+    EXPECT_EQ(countOf(page, ">0?</abbr></td>"), 2U);
+    EXPECT_NE(page.find(R"(<td class="squawk">7700 <small>general emergency</small></td>)"),
+              std::string::npos);
+    EXPECT_EQ(page.find("<th>"), std::string::npos); // all have a scope
+}
+
+TEST(IndexPage, DimsWhatIsOld) {
+    const std::string old = R"(<td class="number old">38000</td>)"; // of 2.000
+    EXPECT_EQ(countOf(Pages().index("x.csv", 62000), old), 0U);
+    EXPECT_EQ(countOf(Pages().index("x.csv", 62001), old), 1U);
 }
 
 TEST(IndexPage, IsSafeWhateverTheRecordingIsCalled) {
