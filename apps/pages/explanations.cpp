@@ -27,7 +27,7 @@ constexpr std::array<Row, 14> meanings = {{
     {"spi", "Special Position Identification: the pilot has pressed the ident button"},
     {"alert", "The squawk has just been changed, or is one of an emergency"},
     {"capability", "0: level 1. 4, 5, 6: level 2 or higher, on the ground, in the air, or either. "
-                   "7: as 4 to 6, with a request or an alert"},
+                   "7: either, with a downlink request or an alert"},
     {"mops_version", "Minimum Operational Performance Standards that the transponder follows: 0 is "
                      "DO-260, 1 DO-260A, 2 DO-260B"},
     {"nucp", "Navigation Uncertainty Category of the position: 0 is unknown, 9 is best"},
@@ -40,8 +40,8 @@ constexpr std::array<Row, 14> meanings = {{
     {"pic", "Position Integrity Category, the NIC on a scale of all MOPS versions: 0 is unknown, "
             "14 is best"},
     {"nacp", "Navigation Accuracy Category of the position: 0 is unknown, 11 is best"},
-    {"sil", "Surveillance Integrity Level, how likely the position is within its NIC: 0 is "
-            "unknown, 3 is best"},
+    {"sil", "Surveillance Integrity Level, how surely the position is within the radius of its "
+            "NIC: 0 is unknown, 3 is best"},
     {"squawk", "Mode A code: four octal digits that the pilot sets"},
 }};
 

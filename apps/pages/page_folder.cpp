@@ -149,7 +149,7 @@ void PageFolder::write(const IndexContents& contents) const {
     std::set<std::string> written = {std::string(indexName)};
     for (const TrackedAircraft& aircraft : contents.aircraft) {
         const std::string page = pageName(aircraft.icaoAddr());
-        replace(page, aircraftPage(aircraft, contents.showing));
+        replace(page, aircraftPage(aircraft, contents.showing, contents.history));
         written.insert(page);
     }
     replace(std::string(indexName), indexPage(contents));
