@@ -128,7 +128,7 @@ std::string countSection(std::string_view title, const std::vector<MessageCount>
 }
 
 std::string figure(const std::string& pictures, std::string_view caption) {
-    return element("figure", "map",
+    return element("figure", "picture",
                    "\n" + pictures + element("figcaption", htmlText(caption)) + "\n") +
            "\n";
 }
@@ -181,7 +181,7 @@ std::string aircraftPage(const TrackedAircraft& aircraft, const Showing& showing
     const std::string pictures =
         pathFigure(aircraft, showing, history) + profileFigure(aircraft, history);
     return htmlPage("Aircraft " + callsign.value_or("") + (callsign ? " " : "") + address,
-                    std::string(commonStyle) + std::string(indexStyle) + std::string(aircraftStyle),
+                    std::string(commonStyle) + std::string(mapStyle) + std::string(aircraftStyle),
                     element("p", "back", link(indexName, "All aircraft")) + "\n" +
                         element("h1", heading) + "\n" +
                         element("p", "quiet", htmlText(summary(aircraft, showing))) + "\n" +

@@ -40,7 +40,7 @@ std::string map(const IndexContents& contents) {
         return TrackMap(contents.aircraft, contents.history, contents.showing, width, height)
             .svg(style, name);
     };
-    return element("figure", "map",
+    return element("figure", "picture",
                    "\n" + picture("wide", wideMap, wideMapHeight) +
                        picture("narrow", narrowMap, narrowMapHeight) + legend()) +
            "\n";
@@ -112,7 +112,8 @@ std::string indexPage(const IndexContents& contents) {
     const std::string summary = std::to_string(contents.aircraft.size()) + " aircraft in " +
                                 contents.recording + ", as of " +
                                 dateAndTime(contents.showing.timeMs) + ". " + greyIsOld();
-    return htmlPage("Aircraft", std::string(commonStyle) + std::string(indexStyle),
+    return htmlPage("Aircraft",
+                    std::string(commonStyle) + std::string(mapStyle) + std::string(indexStyle),
                     element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) +
                         "\n" + map(contents) + table(contents));
 }

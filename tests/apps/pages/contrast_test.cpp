@@ -54,7 +54,7 @@ void addColours(std::string_view sheet, bool dark, Colours& colours) {
 Colours coloursOf(bool dark) {
     Colours colours;
     addColours(commonStyle, dark, colours);
-    addColours(indexStyle, dark, colours);
+    addColours(mapStyle, dark, colours);
     return colours;
 }
 
@@ -90,7 +90,7 @@ TEST(Contrast, OfTracksAndMarkersIsEnough) {
 
 /// Rules that do not name their colours by variables would escape the tests above.
 TEST(Contrast, IsComputedForAllColours) {
-    for (const std::string_view sheet : {commonStyle, indexStyle, aircraftStyle}) {
+    for (const std::string_view sheet : {commonStyle, mapStyle, indexStyle, aircraftStyle}) {
         for (std::size_t i = sheet.find('#'); i != std::string_view::npos;
              i = sheet.find('#', i + 1)) {
             const std::size_t name = sheet.find_last_of(" ;{", i - 2) + 1;

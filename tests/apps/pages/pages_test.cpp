@@ -232,7 +232,7 @@ TEST(Pages, NeedNoNetwork) {
     for (const char* way : {"http", "src=", "url(", "@import", "<link", "<script"}) {
         EXPECT_EQ(all.find(way), std::string::npos) << way;
     }
-    for (const std::string_view style : {commonStyle, indexStyle, aircraftStyle}) {
+    for (const std::string_view style : {commonStyle, mapStyle, indexStyle, aircraftStyle}) {
         EXPECT_GT(countOf(std::string(style), "{"), 5U);
         EXPECT_EQ(countOf(std::string(style), "{"), countOf(std::string(style), "}"));
         EXPECT_EQ(style.find('<'), std::string::npos);
