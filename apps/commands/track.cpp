@@ -188,7 +188,7 @@ public:
           _stamping([this](const std::string& message) { report(message); }, startMs),
           _tracking(options.altitudeCheck, options.greatestKnots) {
         if (options.htmlFolder) {
-            _pages.emplace(*options.htmlFolder);
+            _pages.emplace(*options.htmlFolder, options.force);
         }
         if (options.pace) {
             _input.showCountOnly();
@@ -215,7 +215,12 @@ public:
         }
         killSilent();
         std::vector<TrackedAircraft> all = sortedAircraft();
-        writePages(all);
+        try {
+            writePages(all);
+        } catch (const Failure&) {
+            _sink->show(all, showing());
+            throw;
+        }
         _sink->show(all, showing());
         _hidden = _tracking.counts().aircraft - all.size();
         return all;
@@ -286,9 +291,8 @@ private:
     void take(const DFMessage* message) {
         const ADSBTarget* aircraft = _tracking.take(message);
         noteLosses();
-        const auto verdict = _tracking.verdict();
-        if (_pages && verdict) {
-            notePosition(*aircraft, *verdict);
+        if (_pages && aircraft != nullptr) {
+            noteHistory(*aircraft);
         }
     }
 
@@ -307,12 +311,18 @@ private:
         }
     }
 
-    void notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict) {
-        if (verdict == PositionCheck::Verdict::Overruled) {
-            _history.forget(aircraft.icaoAddr());
+    void noteHistory(const ADSBTarget& aircraft) {
+        const u32 address = aircraft.icaoAddr();
+        if (aircraft.altitudeBaroValid() &&
+            aircraft.altitudeBaroLastUpdate() == aircraft.lastUpdate()) {
+            _history.noteAltitude(address, aircraft.altitudeBaro(), aircraft.lastUpdate());
         }
-        if (const auto position = _tracking.positionOf(aircraft)) {
-            _history.note(aircraft.icaoAddr(), position->place);
+        if (_tracking.verdict() == PositionCheck::Verdict::Overruled) {
+            _history.forgetPath(address);
+        }
+        const auto position = _tracking.positionOf(aircraft);
+        if (_tracking.verdict() && position) {
+            _history.notePosition(address, *position);
         }
     }
 
@@ -392,11 +402,16 @@ void TrackCommand::addOutputOptions() {
                     "every aircraft")
         ->type_name("N=2")
         ->transform(wholeNumber(1, mostMessages));
+    CLI::Option* html = line()
+                            .add_option("--html", _options.htmlFolder,
+                                        "Write pages for a browser into this folder: index.html\n"
+                                        "with a map and the table, and a page of each aircraft;\n"
+                                        "those of an earlier run are removed")
+                            ->type_name("DIR");
     line()
-        .add_option("--html", _options.htmlFolder,
-                    "Write pages for a browser into this folder: index.html\n"
-                    "with a map and the table, and a page of each aircraft")
-        ->type_name("DIR");
+        .add_flag("--force", _options.force,
+                  "With --html: also replace files that ondrel did not make")
+        ->needs(html);
     line()
         .add_option_function<std::string>(
             "--report",
@@ -412,7 +427,8 @@ void TrackCommand::addOutputOptions() {
         .add_option_function<std::string>(
             "--location", [this](const std::string& text) { _options.receiver = placeOf(text); },
             "Where the receiver stands, in degrees, north and east\n"
-            "positive: adds the distance of each aircraft")
+            "positive: adds the distance of each aircraft, and the\n"
+            "receiver and circles of distance to the map")
         ->type_name("LAT,LON")
         ->check(CLI::Validator(placeError, ""));
     addSeconds(line(), "--every", _options.everyMs,

@@ -21,6 +21,7 @@ struct TrackOptions {
     u32 minMessages = 2;                   ///< show aircraft with so many; not for a report
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
     bool keepAll = false;                  ///< also when the table is full
+    bool force = false;                    ///< write pages over files of other programs
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
