@@ -6,6 +6,7 @@
 #include "apps/common/file.h"
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
+#include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
 
 #include <algorithm>
@@ -187,11 +188,16 @@ void TrackCommand::addOutputOptions() {
                     "every aircraft")
         ->type_name("N=2")
         ->transform(wholeNumber(1, mostMessages));
+    CLI::Option* html = line()
+                            .add_option("--html", _options.htmlFolder,
+                                        "Write pages for a browser into this folder: index.html\n"
+                                        "with a map and the table, and a page of each aircraft;\n"
+                                        "those of an earlier run are removed")
+                            ->type_name("DIR");
     line()
-        .add_option("--html", _options.htmlFolder,
-                    "Write pages for a browser into this folder: index.html\n"
-                    "with a map and the table, and a page of each aircraft")
-        ->type_name("DIR");
+        .add_flag("--force", _options.force,
+                  "With --html: also replace files that ondrel did not make")
+        ->needs(html);
     line()
         .add_option_function<std::string>(
             "--report",
@@ -207,7 +213,8 @@ void TrackCommand::addOutputOptions() {
         .add_option_function<std::string>(
             "--location", [this](const std::string& text) { _options.receiver = placeOf(text); },
             "Where the receiver stands, in degrees, north and east\n"
-            "positive: adds the distance of each aircraft")
+            "positive: adds the distance of each aircraft, and the\n"
+            "receiver and circles of distance to the map")
         ->type_name("LAT,LON")
         ->check(CLI::Validator(placeError, ""));
     addSeconds(line(), "--every", _options.everyMs,

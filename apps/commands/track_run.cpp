@@ -32,7 +32,7 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
       _stamping([this](const std::string& message) { report(message); }, startMs),
       _tracking(options.altitudeCheck, options.greatestKnots) {
     if (options.htmlFolder) {
-        _pages.emplace(*options.htmlFolder);
+        _pages.emplace(*options.htmlFolder, options.force);
     }
     if (options.pace) {
         _input.showCountOnly();
@@ -62,7 +62,12 @@ std::vector<TrackedAircraft> TrackRun::run() {
     }
     killSilent();
     std::vector<TrackedAircraft> all = sortedAircraft();
-    writePages(all);
+    try {
+        writePages(all);
+    } catch (const Failure&) {
+        _sink->show(all, showing());
+        throw;
+    }
     _sink->show(all, showing());
     _hidden = _tracking.counts().aircraft - all.size();
     return all;
@@ -156,9 +161,8 @@ void TrackRun::take(const Reply& reply) {
         _heard.keep(reply.bytes, reply.source, *reply.stampMs);
     }
     noteLosses();
-    const auto verdict = _tracking.verdict();
-    if (keepsHistory() && verdict) {
-        notePosition(*aircraft, *verdict);
+    if (keepsHistory() && aircraft != nullptr) {
+        noteHistory(*aircraft);
     }
 }
 
@@ -177,12 +181,18 @@ void TrackRun::noteLosses() {
     }
 }
 
-void TrackRun::notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict) {
-    if (verdict == PositionCheck::Verdict::Overruled) {
-        _history.forget(aircraft.icaoAddr());
+void TrackRun::noteHistory(const ADSBTarget& aircraft) {
+    const u32 address = aircraft.icaoAddr();
+    if (aircraft.altitudeBaroValid() &&
+        aircraft.altitudeBaroLastUpdate() == aircraft.lastUpdate()) {
+        _history.noteAltitude(address, aircraft.altitudeBaro(), aircraft.lastUpdate());
     }
-    if (const auto position = _tracking.positionOf(aircraft)) {
-        _history.note(aircraft.icaoAddr(), position->place);
+    if (_tracking.verdict() == PositionCheck::Verdict::Overruled) {
+        _history.forgetPath(address);
+    }
+    const auto position = _tracking.positionOf(aircraft);
+    if (_tracking.verdict() && position) {
+        _history.notePosition(address, *position);
     }
 }
 

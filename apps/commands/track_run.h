@@ -49,7 +49,7 @@ private:
     void moveTo(u64 timeMs);
     void take(const Reply& reply);
     void noteLosses();
-    void notePosition(const ADSBTarget& aircraft, PositionCheck::Verdict verdict);
+    void noteHistory(const ADSBTarget& aircraft);
     void killSilent();
     void updateViews();
 

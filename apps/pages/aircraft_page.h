@@ -1,16 +1,16 @@
 #pragma once
 
 #include "apps/display/showing.h"
+#include "apps/tracking/track_history.h"
 #include "apps/tracking/tracked_aircraft.h"
-
-#include <ondrel/types.h>
 
 #include <string>
 
 namespace tolvarin::ondrel::client {
 
-/// The page of one aircraft: a table for each group of its data, and the messages counted.
-/// `newestMs` is the newest stamp of all replies.
-std::string aircraftPage(const TrackedAircraft& aircraft, const Showing& showing);
+/// The page of one aircraft: its path on a map, its altitude over time, a table for each group of
+/// its data with the age of each datum, and the messages counted.
+std::string aircraftPage(const TrackedAircraft& aircraft, const Showing& showing,
+                         const TrackHistory& history);
 
 } // namespace tolvarin::ondrel::client

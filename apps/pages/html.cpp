@@ -45,13 +45,23 @@ std::string element(std::string_view name, std::string_view style, std::string_v
            std::string(content) + "</" + tag + ">";
 }
 
+std::string headCell(std::string_view scope, std::string_view style, std::string_view content) {
+    return "<th" + attribute("scope", scope) + (style.empty() ? "" : attribute("class", style)) +
+           ">" + std::string(content) + "</th>";
+}
+
+std::string abbreviation(std::string_view text, std::string_view meaning) {
+    return "<abbr" + attribute("title", meaning) + ">" + htmlText(text) + "</abbr>";
+}
+
 std::string link(std::string_view target, std::string_view text) {
     return "<a" + attribute("href", target) + ">" + htmlText(text) + "</a>";
 }
 
 std::string htmlPage(std::string_view title, std::string_view style, std::string_view body) {
-    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
+    return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n" +
+           std::string(generatorTag) +
+           "\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
            element("title", htmlText(title)) + "\n" + element("style", "\n" + std::string(style)) +
            "\n</head>\n<body>\n" + std::string(body) + "</body>\n</html>\n";
 }

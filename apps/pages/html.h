@@ -21,8 +21,17 @@ std::string element(std::string_view name, std::string_view content);
 /// `<name class="style">content</name>`; without the class if `style` is empty.
 std::string element(std::string_view name, std::string_view style, std::string_view content);
 
+/// A header cell of a table, of the column ("col") or of the row ("row"). The content is HTML.
+std::string headCell(std::string_view scope, std::string_view style, std::string_view content);
+
+/// A text that shows its meaning when the mouse rests on it. Both are plain text.
+std::string abbreviation(std::string_view text, std::string_view meaning);
+
 /// `<a href="target">text</a>`. Target and text are plain text.
 std::string link(std::string_view target, std::string_view text);
+
+/// Says in the head of a page that the client made it.
+constexpr std::string_view generatorTag = R"(<meta name="generator" content="ondrel">)";
 
 /// A whole page. The title is plain text, the body HTML; `style` is the text of style sheets.
 std::string htmlPage(std::string_view title, std::string_view style, std::string_view body);

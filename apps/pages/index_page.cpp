@@ -1,9 +1,10 @@
 #include "apps/pages/index_page.h"
 
-#include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
+#include "apps/pages/explanations.h"
 #include "apps/pages/html.h"
 #include "apps/pages/style_sheets.h"
+#include "apps/pages/time_text.h"
 #include "apps/pages/track_map.h"
 
 #include <algorithm>
@@ -34,20 +35,25 @@ std::string map(const IndexContents& contents) {
     if (std::none_of(contents.aircraft.begin(), contents.aircraft.end(), hasPosition)) {
         return element("p", "quiet", "No aircraft has a position.") + "\n";
     }
-    TrackMap wide(contents.aircraft, contents.history, wideMap, wideMapHeight);
-    TrackMap narrow(contents.aircraft, contents.history, narrowMap, narrowMapHeight);
-    return element("figure", "map", "\n" + wide.svg("wide") + narrow.svg("narrow") + legend()) +
+    const auto picture = [&contents](std::string_view style, double width, double height) {
+        constexpr std::string_view name = "Map of the aircraft and their tracks";
+        return TrackMap(contents.aircraft, contents.history, contents.showing, width, height)
+            .svg(style, name);
+    };
+    return element("figure", "picture",
+                   "\n" + picture("wide", wideMap, wideMapHeight) +
+                       picture("narrow", narrowMap, narrowMapHeight) + legend()) +
            "\n";
 }
 
 std::string tableHead(const std::vector<AircraftColumn>& columns) {
     std::string cells;
     for (const AircraftColumn& column : columns) {
-        std::string text = htmlText(column.name);
+        std::string text = explained(column.name, column.key);
         if (!column.unit.empty()) {
             text += " " + element("small", htmlText(column.unit));
         }
-        cells += element("th", column.alignment == Alignment::Right ? "number" : "", text);
+        cells += headCell("col", column.alignment == Alignment::Right ? "number" : "", text);
     }
     return element("thead", element("tr", cells)) + "\n";
 }
@@ -59,14 +65,32 @@ std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircr
     if (!cell) {
         return element("td", style + " quiet", dash);
     }
-    const bool isLink = column.key == "address";
-    return element("td", style,
-                   isLink ? link(pageName(aircraft.icaoAddr()), cell->value.text)
-                          : htmlText(cell->value.text));
+    const std::string& text = cell->value.text;
+    if (column.key == "address") {
+        return headCell("row", style, link(pageName(aircraft.icaoAddr()), text));
+    }
+    if (const std::string_view meaning = emergencyOf(aircraft);
+        column.key == "squawk" && !meaning.empty()) {
+        return element("td", style, htmlText(text) + " " + element("small", htmlText(meaning)));
+    }
+    if (column.key == "mops_version" && !aircraft.mopsVersionConfirmed()) {
+        return element("td", style, unconfirmedVersion(text));
+    }
+    return element("td", cell->isOld ? style + " old" : style, htmlText(text));
+}
+
+/// The squawk says the emergency, so its column is left out.
+std::vector<AircraftColumn> shownColumns(const IndexContents& contents) {
+    auto columns = columnsFor(contents.aircraft, contents.showing);
+    columns.erase(
+        std::remove_if(columns.begin(), columns.end(),
+                       [](const AircraftColumn& column) { return column.key == "emergency"; }),
+        columns.end());
+    return columns;
 }
 
 std::string table(const IndexContents& contents) {
-    const auto columns = columnsFor(contents.aircraft, contents.showing);
+    const auto columns = shownColumns(contents);
     std::string rows = "\n";
     for (const TrackedAircraft& aircraft : contents.aircraft) {
         std::string cells;
@@ -75,20 +99,21 @@ std::string table(const IndexContents& contents) {
         }
         rows += element("tr", !emergencyOf(aircraft).empty() ? "alarm" : "", cells) + "\n";
     }
-    return element("div", "table",
-                   "\n" +
-                       element("table", "aircraft",
-                               "\n" + tableHead(columns) + element("tbody", rows)) +
-                       "\n") +
-           "\n";
+    // The table can be wider than the screen: the keyboard moves it once it has the focus.
+    return "<div class=\"table\" role=\"region\" aria-label=\"Table of aircraft\" "
+           "tabindex=\"0\">\n" +
+           element("table", "aircraft", "\n" + tableHead(columns) + element("tbody", rows)) +
+           "\n</div>\n";
 }
 
 } // namespace
 
 std::string indexPage(const IndexContents& contents) {
     const std::string summary = std::to_string(contents.aircraft.size()) + " aircraft in " +
-                                contents.recording + ", as of " + timeText(contents.showing.timeMs);
-    return htmlPage("Aircraft", std::string(commonStyle) + std::string(indexStyle),
+                                contents.recording + ", as of " +
+                                dateAndTime(contents.showing.timeMs) + ". " + greyIsOld();
+    return htmlPage("Aircraft",
+                    std::string(commonStyle) + std::string(mapStyle) + std::string(indexStyle),
                     element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) +
                         "\n" + map(contents) + table(contents));
 }

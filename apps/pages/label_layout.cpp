@@ -10,14 +10,13 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr double cell = 4;         // side of a cell of the raster
-constexpr double outside = 1000;   // cost of a cell beyond the edge
-constexpr double otherLabel = 50;  // cost of a cell under a label
-constexpr double mostHidden = 0.2; // share of a label that may cover other labels
-constexpr double farGap = 20;      // a label farther from its point needs a line
+constexpr double cell = 4;        // side of a cell of the raster
+constexpr double outside = 1000;  // cost of a cell beyond the edge
+constexpr double otherLabel = 50; // cost of a cell under a label
+constexpr double mostHidden = 3;  // cells of other labels that a label may cover
 
 // In the order of preference.
-constexpr std::array<double, 5> distances = {13, 18, 28, 42, 60};
+constexpr std::array<double, 2> distances = {13, 18};
 constexpr std::array<MapPoint, 8> directions = {
     {{1, 0}, {-1, 0}, {0.4, -1.4}, {0.4, 1.4}, {-0.4, -1.4}, {-0.4, 1.4}, {0, -1.4}, {0, 1.4}}};
 
@@ -44,7 +43,7 @@ Box boxOf(const LabelLayout::Place& place, double width, double height) {
 } // namespace
 
 LabelLayout::LabelLayout(double width, double height)
-    : _columns(cellAt(width) + 1), _rows(cellAt(height) + 1),
+    : _columns(cellAt(width)), _rows(cellAt(height)),
       _costs(static_cast<std::size_t>(_columns * _rows)) {}
 
 void LabelLayout::avoid(const Box& box, double cost) {
@@ -88,8 +87,7 @@ std::optional<LabelLayout::Place> LabelLayout::place(const MapPoint& point, doub
         for (const MapPoint& direction : directions) {
             const Place place = {
                 {point.x + distance * direction.x, point.y + distance * direction.y},
-                anchorOf(direction),
-                distance > farGap};
+                anchorOf(direction)};
             const double cost = costOf(boxOf(place, width, height)) + preference;
             if (cost < lowest) {
                 lowest = cost;
@@ -98,8 +96,7 @@ std::optional<LabelLayout::Place> LabelLayout::place(const MapPoint& point, doub
             preference += 0.02;
         }
     }
-    const double cells = (width / cell + 1) * (height / cell + 1);
-    if (lowest > otherLabel * cells * mostHidden) {
+    if (lowest > otherLabel * mostHidden) {
         return std::nullopt;
     }
     avoid(boxOf(best, width, height), otherLabel);

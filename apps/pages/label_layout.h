@@ -25,7 +25,6 @@ public:
     struct Place {
         MapPoint anchor; ///< a point of the text at the middle of its height
         Anchor side;     ///< which part of the text that point is
-        bool isFar;      ///< far from its point, so a line should connect them
     };
 
     LabelLayout(double width, double height);
@@ -35,8 +34,11 @@ public:
     void avoid(const Box& box, double cost);
     void avoid(const MapPoint& from, const MapPoint& to, double cost);
 
-    /// Places a label of that size beside the point and makes later labels avoid it. Gives nothing
-    /// where the label would cover too much of other labels.
+    /// Whether the box is on the picture and nothing in it is to be avoided.
+    bool isFree(const Box& box) const { return costOf(box) == 0; }
+
+    /// Places a label of that size close beside the point and makes later labels avoid it. Gives
+    /// nothing where the label would cover other labels or markers.
     std::optional<Place> place(const MapPoint& point, double width, double height);
 
 private:

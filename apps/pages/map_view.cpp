@@ -82,16 +82,17 @@ void forEachStep(int step, double fromDegrees, double toDegrees, Add add) {
 } // namespace
 
 MapView::MapView(const std::vector<GeoPoint>& points, double width, double greatestHeight)
-    : _width(width), _west(westernmost(points)) {
+    : _width(width) {
+    const double west = westernmost(points);
     double east = 0;
     double south = pole;
     double north = -pole;
     for (const GeoPoint& point : points) {
-        east = std::max(east, eastward(_west, point.longitude));
+        east = std::max(east, eastward(west, point.longitude));
         south = std::min(south, point.latitude);
         north = std::max(north, point.latitude);
     }
-    _middle = east / 2;
+    _middleLon = west + east / 2;
     _middleLat = (south + north) / 2;
     const double shrinkage = std::max(narrowest, std::cos(_middleLat / degreesInRadian));
     const double across = std::max(smallestView, east * shrinkage);
@@ -104,24 +105,69 @@ MapView::MapView(const std::vector<GeoPoint>& points, double width, double great
 }
 
 MapPoint MapView::at(const GeoPoint& place) const {
-    return {_width / 2 + (eastward(_west, place.longitude) - _middle) * _lonScale,
+    return {_width / 2 + eastOfMiddle(place.longitude) * _lonScale,
             _height / 2 - (place.latitude - _middleLat) * _latScale};
 }
 
+/// In degrees, from -180 to 180.
+double MapView::eastOfMiddle(double longitude) const {
+    return std::remainder(longitude - _middleLon, fullCircle);
+}
+
+GeoBox MapView::bounds() const {
+    const double upward = _height / 2 / _latScale;
+    const double across = std::min(fullCircle / 2, _width / 2 / _lonScale);
+    return {_middleLat - upward, _middleLat + upward,
+            std::remainder(_middleLon - across, fullCircle), 2 * across};
+}
+
 bool MapView::joins(const GeoPoint& from, const GeoPoint& to) const {
-    return std::abs(eastward(_west, from.longitude) - eastward(_west, to.longitude)) <
-           fullCircle / 2;
+    return std::abs(eastOfMiddle(from.longitude) - eastOfMiddle(to.longitude)) < fullCircle / 2;
+}
+
+/// Whether the line between them may be on the picture.
+bool MapView::shows(const MapPoint& from, const MapPoint& to) const {
+    return std::max(from.x, to.x) >= 0 && std::min(from.x, to.x) <= _width &&
+           std::max(from.y, to.y) >= 0 && std::min(from.y, to.y) <= _height;
+}
+
+std::vector<std::vector<MapPoint>> MapView::lines(const std::vector<GeoPoint>& places,
+                                                  double shortestStep) const {
+    std::vector<std::vector<MapPoint>> parts;
+    bool continues = false;
+    for (std::size_t i = 1; i < places.size(); ++i) {
+        const MapPoint from = at(places[i - 1]);
+        const MapPoint to = at(places[i]);
+        if (!shows(from, to) || !joins(places[i - 1], places[i])) {
+            continues = false;
+            continue;
+        }
+        if (!continues) {
+            parts.push_back({from, to});
+            continues = true;
+            continue;
+        }
+        // The last point stays until it is known that it is not the last one.
+        std::vector<MapPoint>& part = parts.back();
+        const MapPoint& kept = part[part.size() - 2];
+        const MapPoint& last = part.back();
+        if (std::hypot(last.x - kept.x, last.y - kept.y) < shortestStep) {
+            part.back() = to;
+        } else {
+            part.push_back(to);
+        }
+    }
+    return parts;
 }
 
 std::vector<GridLine> MapView::meridians() const {
     const double reach = std::min(fullCircle / 2, _width / 2 / _lonScale);
-    const double middle = _west + _middle;
     std::vector<GridLine> lines;
-    forEachStep(gridStep(_lonScale), middle - reach, middle + reach, [&](int minutes) {
+    forEachStep(gridStep(_lonScale), _middleLon - reach, _middleLon + reach, [&](int minutes) {
         constexpr int circle = 360 * 60;
         const int west = (minutes % circle + circle + circle / 2) % circle - circle / 2;
         lines.push_back(
-            {_width / 2 + (minutes / 60.0 - middle) * _lonScale, angleText(west, 'E', 'W')});
+            {_width / 2 + (minutes / 60.0 - _middleLon) * _lonScale, angleText(west, 'E', 'W')});
     });
     return lines;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "apps/tracking/track_history.h"
+#include "apps/pages/coastline.h"
+#include "apps/tracking/geo_point.h"
 
 #include <string>
 #include <vector>
@@ -33,8 +34,17 @@ public:
 
     MapPoint at(const GeoPoint& place) const;
 
+    /// What the picture shows.
+    GeoBox bounds() const;
+
     /// Whether the shortest way from one point to the other does not leave the map at an edge.
     bool joins(const GeoPoint& from, const GeoPoint& to) const;
+
+    /// The parts of the line through these places that are on the picture, or begin or end there.
+    /// Points that are closer to the one before than `shortestStep` units are left out, but not the
+    /// last one of a part.
+    std::vector<std::vector<MapPoint>> lines(const std::vector<GeoPoint>& places,
+                                             double shortestStep) const;
 
     /// The graticule, in steps of minutes or degrees that leave room for the labels.
     std::vector<GridLine> meridians() const;
@@ -44,10 +54,12 @@ public:
     double nauticalMile() const;
 
 private:
+    double eastOfMiddle(double longitude) const;
+    bool shows(const MapPoint& from, const MapPoint& to) const;
+
     double _width;
     double _height = 0;
-    double _west;          ///< longitude of the westernmost point
-    double _middle = 0;    ///< degrees from _west to the middle of the map
+    double _middleLon = 0; ///< longitude of the middle
     double _middleLat = 0; ///< latitude of the middle
     double _latScale = 0;  ///< units for one degree
     double _lonScale = 0;  ///< units for one degree

@@ -3,26 +3,36 @@
 #include "apps/pages/index_page.h"
 
 #include <string>
+#include <string_view>
 
 namespace tolvarin::ondrel::client {
 
 /// A folder with an index and a page for each aircraft. Throws a Failure that names the file when
 /// the system reports an error.
+///
+/// A file with the name of a page is replaced or removed only if the client made it, which a tag in
+/// it tells. With `force`, any file but a directory is replaced.
 class PageFolder {
 public:
-    /// Creates the folder unless it exists.
-    explicit PageFolder(std::string path);
+    /// Creates the folder unless it exists. Throws if no file can be created in it, and if a file
+    /// that may not be replaced has the name of a page.
+    PageFolder(std::string path, bool force);
 
-    /// Writes all pages and replaces existing ones.
+    /// Writes the pages, the index last, and removes the other pages of earlier runs. Each page is
+    /// written under another name and renamed, so at any time, every page is whole.
     void write(const IndexContents& contents) const;
 
     /// The file to open in a browser.
     std::string indexPath() const;
 
 private:
-    std::string pathOf(const std::string& page) const { return _path + "/" + page; }
+    std::string pathOf(std::string_view name) const { return _path + "/" + std::string(name); }
+    std::string temporaryPath() const;
+    void checkReplaceable(const std::string& page) const;
+    void replace(const std::string& page, std::string_view text) const;
 
     std::string _path;
+    bool _force;
 };
 
 } // namespace tolvarin::ondrel::client

@@ -2,21 +2,27 @@
 
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
+#include "apps/pages/coastline.h"
 #include "apps/pages/html.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
 constexpr double shortestStep = 1.5; // between two points of a track, in units of the picture
+constexpr double coastStep = 2.5;    // between two points of a coast; islands below it stay away
 constexpr double characterWidth = 8; // of the widest usual fonts
 constexpr double labelHeight = 12;
 constexpr double baseline = 4; // of a text, below the middle of its height
 constexpr double markerSize = 8;
+constexpr double widestRings = 200;  // units between two rings, at most
+constexpr double ringStep = 12;      // units between two points of a ring
+constexpr double halfCircle = 10800; // nautical miles, to the other side of the earth
 
 // How strongly labels avoid what is drawn. A track costs least: a label is always near its own.
 constexpr double trackCost = 1;
@@ -36,10 +42,10 @@ std::vector<const TrackedAircraft*> withPlace(const std::vector<TrackedAircraft>
 
 /// The past positions and the current one.
 std::vector<GeoPoint> pathOf(const TrackedAircraft& aircraft, const TrackHistory& history) {
-    const std::vector<GeoPoint>& track = history.trackOf(aircraft.icaoAddr());
     std::vector<GeoPoint> path;
-    path.reserve(track.size() + 1);
-    path.assign(track.begin(), track.end());
+    for (const Position& position : history.pathOf(aircraft.icaoAddr())) {
+        path.push_back(position.place);
+    }
     path.push_back(aircraft.position->place);
     return path;
 }
@@ -52,6 +58,18 @@ std::vector<GeoPoint> allPoints(const std::vector<const TrackedAircraft*>& aircr
         points.insert(points.end(), path.begin(), path.end());
     }
     return points;
+}
+
+/// With the receiver, if that costs at most half the size.
+MapView viewOf(std::vector<GeoPoint> points, const std::optional<GeoPoint>& receiver, double width,
+               double greatestHeight) {
+    const MapView view(points, width, greatestHeight);
+    if (!receiver) {
+        return view;
+    }
+    points.push_back(*receiver);
+    const MapView wider(points, width, greatestHeight);
+    return wider.nauticalMile() * 2 >= view.nauticalMile() ? wider : view;
 }
 
 std::string_view bandStyle(const TrackedAircraft& aircraft) {
@@ -67,6 +85,24 @@ std::string_view bandStyle(const TrackedAircraft& aircraft) {
 
 std::string pair(const MapPoint& point) {
     return decimalText(point.x, 1) + "," + decimalText(point.y, 1);
+}
+
+/// The lines as a path of SVG, in steps to a tenth of a unit.
+std::string pathText(const std::vector<std::vector<MapPoint>>& lines) {
+    const auto tenths = [](double coordinate) { return std::round(coordinate * 10) / 10; };
+    std::string text;
+    for (const std::vector<MapPoint>& line : lines) {
+        MapPoint last{};
+        std::string_view command = "M";
+        for (const MapPoint& point : line) {
+            const MapPoint rounded = {tenths(point.x), tenths(point.y)};
+            text += command;
+            text += pair({rounded.x - last.x, rounded.y - last.y});
+            command = command == "M" ? "l" : " ";
+            last = rounded;
+        }
+    }
+    return text;
 }
 
 /// ` name="12.3"`.
@@ -113,26 +149,57 @@ const std::vector<AltitudeBand>& altitudeBands() {
 }
 
 TrackMap::TrackMap(const std::vector<TrackedAircraft>& aircraft, const TrackHistory& history,
-                   double width, double greatestHeight)
-    : _aircraft(withPlace(aircraft)), _history(history),
-      _view(allPoints(_aircraft, history), width, greatestHeight),
+                   const Showing& showing, double width, double greatestHeight)
+    : _aircraft(withPlace(aircraft)), _history(history), _showing(showing),
+      _view(viewOf(allPoints(_aircraft, history), showing.receiver, width, greatestHeight)),
       _labels(_view.width(), _view.height()) {}
 
-std::string TrackMap::svg(std::string_view style) {
+std::string TrackMap::svg(std::string_view style, std::string_view name) {
     _svg = "<svg" + attribute("class", style) + " viewBox=\"0 0 " + decimalText(_view.width(), 0) +
-           " " + decimalText(_view.height(), 0) + "\">\n";
+           " " + decimalText(_view.height(), 0) + "\" role=\"img\">\n" +
+           element("title", htmlText(name)) + "\n";
+    addCoasts();
     addGraticule();
     addScale();
+    if (_showing.receiver) {
+        addReceiver(*_showing.receiver);
+    }
     for (const TrackedAircraft* aircraft : _aircraft) {
         addTrack(*aircraft);
     }
     for (const TrackedAircraft* aircraft : _aircraft) {
         addMarker(*aircraft);
     }
+    // Those that are drawn first find a place.
+    const auto rank = [this](const TrackedAircraft* aircraft) {
+        if (!emergencyOf(*aircraft).empty()) {
+            return 0;
+        }
+        return isOld(aircraft->position->stampMs, _showing) ? 2 : 1;
+    };
+    std::stable_sort(_aircraft.begin(), _aircraft.end(),
+                     [rank](const TrackedAircraft* left, const TrackedAircraft* right) {
+                         return rank(left) < rank(right);
+                     });
     for (const TrackedAircraft* aircraft : _aircraft) {
         addLabel(*aircraft);
     }
     return _svg + "</svg>\n";
+}
+
+void TrackMap::addCoasts() {
+    const auto isSmall = [](const std::vector<MapPoint>& line) {
+        return std::hypot(line.back().x - line.front().x, line.back().y - line.front().y) <
+                   coastStep &&
+               line.size() == 2;
+    };
+    std::string path;
+    for (const std::vector<GeoPoint>& coast : coastsIn(_view.bounds())) {
+        auto lines = _view.lines(coast, coastStep);
+        lines.erase(std::remove_if(lines.begin(), lines.end(), isSmall), lines.end());
+        path += pathText(lines);
+    }
+    _svg += "<path" + attribute("class", "coast") + attribute("d", path) + "/>\n";
 }
 
 void TrackMap::addGraticule() {
@@ -175,32 +242,87 @@ void TrackMap::addScale() {
     _labels.avoid(Box{left.x, 0, right.x, margin + 5 * tick}, gridLabelCost);
 }
 
-void TrackMap::addTrack(const TrackedAircraft& aircraft) {
-    const std::vector<GeoPoint> places = pathOf(aircraft, _history);
-    MapPoint last = _view.at(places.front());
-    std::string path = "M" + pair(last);
-    for (std::size_t i = 1; i < places.size(); ++i) {
-        const MapPoint point = _view.at(places[i]);
-        const bool joins = _view.joins(places[i - 1], places[i]);
-        const bool isLong = std::hypot(point.x - last.x, point.y - last.y) >= shortestStep;
-        if (joins && !isLong && i + 1 < places.size()) {
-            continue;
-        }
-        path += (joins ? "L" : "M") + pair(point);
-        if (joins) {
-            _labels.avoid(last, point, trackCost);
-        }
-        last = point;
+void TrackMap::addReceiver(const GeoPoint& receiver) {
+    const GeoBox box = _view.bounds();
+    const GeoPoint middle = {(box.south + box.north) / 2, box.west + box.width / 2};
+    const double diagonal = std::hypot(_view.width(), _view.height()) / _view.nauticalMile();
+    const double step = roundNumber(std::max(1.0, widestRings / _view.nauticalMile()));
+    const double toMiddle = nauticalMiles(receiver, middle);
+    const int first = std::max(1, static_cast<int>((toMiddle - diagonal) / step));
+    const int last = static_cast<int>(std::min(halfCircle, toMiddle + diagonal) / step);
+    for (int ring = first; ring <= last; ++ring) {
+        addRing(receiver, ring * step);
     }
-    _svg += "<path" + attribute("class", "track " + std::string(bandStyle(aircraft))) +
-            attribute("d", path) + "/>\n";
+    const MapPoint at = _view.at(receiver);
+    _svg += "<path" + attribute("class", "receiver") + " transform=\"translate(" + pair(at) +
+            ")\" d=\"M-7,0H7M0,-7V7M4,0A4,4,0,1,1,-4,0A4,4,0,1,1,4,0\">" +
+            element("title", "Receiver") + "</path>\n";
+    _labels.avoid(Box{at.x - markerSize, at.y - markerSize, at.x + markerSize, at.y + markerSize},
+                  markerCost);
+}
+
+/// A circle on earth, with its label.
+void TrackMap::addRing(const GeoPoint& receiver, double miles) {
+    const double around = 2 * 3.14 * miles * _view.nauticalMile();
+    const int corners = static_cast<int>(std::clamp(around / ringStep, 24.0, 720.0));
+    std::vector<GeoPoint> places;
+    for (int i = 0; i <= corners; ++i) {
+        places.push_back(placeFrom(receiver, 360.0 * i / corners, miles));
+    }
+    const auto lines = _view.lines(places, shortestStep);
+    if (lines.empty()) {
+        return;
+    }
+    _svg += "<path" + attribute("class", "ring") + attribute("d", pathText(lines)) + "/>\n";
+    addRingLabel(lines, decimalText(miles, 0) + " NM");
+}
+
+/// Writes the label where the lines come nearest to the upper edge and leave room for it.
+void TrackMap::addRingLabel(const std::vector<std::vector<MapPoint>>& lines,
+                            const std::string& label) {
+    const double halfWidth = characterWidth * static_cast<double>(label.size()) / 2;
+    const auto boxAt = [halfWidth](const MapPoint& at) {
+        return Box{at.x - halfWidth, at.y - labelHeight / 2, at.x + halfWidth,
+                   at.y + labelHeight / 2};
+    };
+    std::optional<MapPoint> highest;
+    for (const std::vector<MapPoint>& line : lines) {
+        for (const MapPoint& point : line) {
+            if ((!highest || point.y < highest->y) && _labels.isFree(boxAt(point))) {
+                highest = point;
+            }
+        }
+    }
+    if (highest) {
+        addText(*highest, attribute("class", "distance") + attribute("text-anchor", "middle"),
+                label);
+        _labels.avoid(boxAt(*highest), gridLabelCost);
+    }
+}
+
+void TrackMap::addTrack(const TrackedAircraft& aircraft) {
+    const auto lines = _view.lines(pathOf(aircraft, _history), shortestStep);
+    for (const std::vector<MapPoint>& line : lines) {
+        for (std::size_t i = 1; i < line.size(); ++i) {
+            _labels.avoid(line[i - 1], line[i], trackCost);
+        }
+    }
+    _svg += "<path" +
+            attribute("class", "track " + std::string(bandStyle(aircraft)) + stateOf(aircraft)) +
+            attribute("d", pathText(lines)) + "/>\n";
+}
+
+/// " old" if the position is old.
+std::string TrackMap::stateOf(const TrackedAircraft& aircraft) const {
+    return isOld(aircraft.position->stampMs, _showing) ? " old" : "";
 }
 
 /// An arrow head along the heading, or a disc if the heading is not known.
 void TrackMap::addMarker(const TrackedAircraft& aircraft) {
     const MapPoint at = _view.at(aircraft.position->place);
-    const std::string style = attribute("class", "marker " + std::string(bandStyle(aircraft)));
-    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + "><title>" +
+    const std::string style =
+        attribute("class", "marker " + std::string(bandStyle(aircraft)) + stateOf(aircraft));
+    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + " tabindex=\"-1\"><title>" +
             htmlText(hex24(aircraft.icaoAddr()) + " " + callsignOf(aircraft).value_or("")) +
             "</title>";
     if (aircraft.headingValid()) {
@@ -222,11 +344,9 @@ void TrackMap::addLabel(const TrackedAircraft& aircraft) {
     if (!place) {
         return;
     }
-    if (place->isFar) {
-        addLine(at, place->anchor, "leader");
-    }
-    const std::string style = !emergencyOf(aircraft).empty() ? "name alarming" : "name";
-    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + ">";
+    const std::string style =
+        (!emergencyOf(aircraft).empty() ? "name alarming" : "name") + stateOf(aircraft);
+    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + " tabindex=\"-1\">";
     addText(place->anchor,
             attribute("class", style) + attribute("text-anchor", anchorName(place->side)), name);
     _svg += "</a>\n";

@@ -1,27 +1,57 @@
 #pragma once
 
 #include "apps/tracking/geo_point.h"
+#include "apps/tracking/position_check.h"
 
 #include <ondrel/types.h>
 
+#include <cstddef>
 #include <unordered_map>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
 
-/// The past positions of each aircraft.
+/// A barometric altitude that an aircraft told, and when.
+struct PastAltitude {
+    u64 stampMs;
+    i32 feet;
+    bool afterGap; ///< nothing was heard for longestGapMs before it, or the stamps went back
+};
+
+/// The past positions and altitudes of each aircraft, in the order in which they were received, so
+/// their stamps may go back.
+///
+/// Each has at most 256 points for an aircraft. When there is no room for a new one, those go that
+/// change the line least, but never the first and the last one. What is long ago becomes coarser
+/// than the last ten minutes. So an aircraft takes at most 10.5 kB, and a full table of 4095
+/// aircraft 43 MB, however long the run.
 class TrackHistory {
 public:
-    /// Adds a place if it differs from the last one.
-    void note(u32 address, const GeoPoint& place);
+    static constexpr std::size_t mostPoints = 256;
+    static constexpr u64 longestGapMs = 300000;
 
-    void forget(u32 address) { _tracks.erase(address); }
+    /// Adds a position that differs from the last one by 55 m or more.
+    void notePosition(u32 address, const Position& position);
 
-    /// From the oldest to the newest; empty for an aircraft that is not known.
-    const std::vector<GeoPoint>& trackOf(u32 address) const;
+    /// Adds an altitude that differs from the last one by 100 feet or more, or comes 30 s later.
+    void noteAltitude(u32 address, i32 feet, u64 stampMs);
+
+    void forgetPath(u32 address) { _aircraft[address].path.clear(); }
+    void forget(u32 address) { _aircraft.erase(address); }
+
+    /// From the first to the last; empty for an aircraft that is not known.
+    const std::vector<Position>& pathOf(u32 address) const;
+    const std::vector<PastAltitude>& altitudesOf(u32 address) const;
 
 private:
-    std::unordered_map<u32, std::vector<GeoPoint>> _tracks; ///< by address
+    struct Record {
+        std::vector<Position> path;
+        std::vector<PastAltitude> altitudes;
+    };
+
+    const Record& recordOf(u32 address) const;
+
+    std::unordered_map<u32, Record> _aircraft; ///< by address
 };
 
 } // namespace tolvarin::ondrel::client

@@ -262,7 +262,7 @@ refuse 2 "ondrel track: --location: expected a number from -90 to 90, not .91." 
 refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --html forms.txt forms.txt
 refuse 1 "ondrel: cannot create /proc/x: .*" track --html /proc/x forms.txt
 mkdir -p taken/index.html
-refuse 1 "ondrel: cannot create taken/index.html: Is a directory" track --html taken /dev/null
+refuse 1 "ondrel: cannot write taken/index.html: it is a directory; .*" track --html taken /dev/null
 refuse 1 "ondrel: cannot replay forms.txt: its first reply has no time stamp" \
     track --pace 1 forms.txt
 
@@ -574,7 +574,7 @@ for row in "1 2 0" "2 1 1" "4 1 1" "5 0 2"; do # 40621D has one message, 4840D6 
     read -r least shown hidden <<<"$row"
     run track --min-messages "$least" --html least two.txt
     expect "--min-messages $least" "$shown $shown $hidden 2" \
-        "$(grep -c '^4' out) $(grep -c 'td class="address"' least/index.html) $(counted hidden) \
+        "$(grep -c '^4' out) $(grep -c 'class="address"><a' least/index.html) $(counted hidden) \
 $(counted aircraft)"
 done
 run track two.txt
@@ -599,12 +599,24 @@ expect "pages: the table comes as well" "0 $aircraft" "$status $(rows | wc -l)"
 expect_line "pages: where" err 'pages for a browser: new/pages/index.html'
 expect "pages: one each, and the index" "$((aircraft + 1))" "$(find new/pages -name '*.html' | wc -l)"
 expect "pages: all links lead somewhere" "$aircraft 0" \
-    "$(grep -o 'td class="address"><a href' new/pages/index.html | wc -l) \
+    "$(grep -o 'class="address"><a href' new/pages/index.html | wc -l) \
 $(grep -oh 'href="[^"]*"' new/pages/*.html | sort -u | sed 's/href="\(.*\)"/new\/pages\/\1/' |
         xargs ls 2>&1 >/dev/null | wc -l)"
-echo leftover >new/pages/index.html
 run track --html new/pages two.txt
-expect "pages: written over" "0 0" "$status $(grep -c leftover new/pages/index.html)"
+expect "pages: those of the run before are gone" "0 2" "$status $(find new/pages -mindepth 1 | wc -l)"
+echo mine >new/pages/index.html
+refuse 1 "ondrel: will not replace new/pages/index.html, which ondrel did not make; .* --force" \
+    track --html new/pages two.txt
+expect "pages: refused before anything is read" "1 mine" \
+    "$(wc -l <err) $(cat new/pages/index.html)"
+run track --html new/pages --force two.txt
+expect "pages: replaced when told" "0 0" "$status $(grep -c mine new/pages/index.html)"
+refuse 2 "ondrel track: --force requires --html" track --force two.txt
+(ulimit -f 1 && exec "$client" track --html new/pages two.txt >out 2>err)
+expect "pages: on a full disk, old ones stay whole" "1 2 0" \
+    "$? $(find new/pages -mindepth 1 | wc -l) $(grep -L '</html>' new/pages/*.html | wc -l)"
+expect_line "pages: on a full disk, said so" err 'ondrel: cannot write new/pages/.*: File too large'
+expect "pages: on a full disk, the table comes" 1 "$(grep -c '^4' out)"
 
 run track forms.txt
 expect_line "no stamps" err 'forms.txt: the first reply has no time stamp; all are stamped .*'
@@ -626,8 +638,8 @@ wrong=8D40621D59C382D690C8AC2863A7
 printf '%s\n' "1.000,$wrong" "3500.000,$wrong" >hours.txt
 mkfifo live_source
 exec 4<>live_source
-for arguments in "TERM track --min-messages 1 --pace 1 hours.txt" "INT track --min-messages 1 -" \
-    "HUP track --min-messages 1 -" "TERM decode -" \
+for arguments in "TERM track --min-messages 1 --pace 1 hours.txt" \
+    "INT track --min-messages 1 --html interrupted -" "HUP track --min-messages 1 -" "TERM decode -" \
     "HUP decode -"; do
     read -r signal arguments <<<"$arguments"
     rm err # of the one before
@@ -645,6 +657,8 @@ for arguments in "TERM track --min-messages 1 --pace 1 hours.txt" "INT track --m
         "$? $(grep -c 40621D live) $(counted 'replies read') $(counted 'not readable')"
 done
 exec 4>&-
+expect "pages: whole when interrupted" "40621D.html index.html 2" \
+    "$(find interrupted -type f -printf '%f\n' | sort | tr '\n' ' ')$(cat interrupted/* | grep -c '</html>')"
 for signal in INT TERM HUP; do
     rm -f endless.txt
     env --default-signal=INT "$client" simulate --seconds 1000000 -o endless.txt 2>err &

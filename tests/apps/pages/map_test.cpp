@@ -90,6 +90,38 @@ TEST(MapView, HasItsEdgesInTheWidestGap) {
     EXPECT_LT(world.at({0, 60}).x, world.at({0, -60}).x);
 }
 
+TEST(MapView, DrawsOnlyTheLinesInItsView) {
+    const MapView view({{-17, 179}, {-18, -179}}, width, greatestHeight);
+    const auto countsOf = [&view](const std::vector<GeoPoint>& places, double shortestStep) {
+        std::vector<std::size_t> counts;
+        for (const std::vector<MapPoint>& line : view.lines(places, shortestStep)) {
+            counts.push_back(line.size());
+        }
+        return counts;
+    };
+    using Counts = std::vector<std::size_t>;
+    EXPECT_EQ(countsOf({{-17, 179.5}, {-17.5, -179.5}, {-18, 179.5}}, 1), Counts({3}));
+    // through the whole view, from and to places that are not in it
+    EXPECT_EQ(countsOf({{-17.5, 170}, {-17.5, 190}}, 1), Counts({2}));
+    // out of the view and back
+    EXPECT_EQ(countsOf({{-17, 180}, {10, 180}, {11, 181}, {-17.5, 181}}, 1), Counts({2, 2}));
+    EXPECT_EQ(countsOf({{10, 180}, {11, 181}, {12, 180}}, 1), Counts());
+    EXPECT_EQ(countsOf({{-17, 0}, {-17, 1}}, 1), Counts());
+    EXPECT_EQ(countsOf({{-17, 180}}, 1), Counts());
+    // the one in the middle is too near, the last one stays
+    EXPECT_EQ(countsOf({{-17, 180}, {-17, 180.001}, {-17, 180.5}, {-17, 180.501}}, 2), Counts({3}));
+
+    const MapView world({{0, -170}, {10, -60}, {0, 60}, {-10, 170}}, width, greatestHeight);
+    EXPECT_EQ(world.lines({{0, 60}, {0, -60}}, 1).size(), 0U); // from edge to edge
+    for (const MapView& one : {view, world}) {
+        const GeoBox box = one.bounds();
+        EXPECT_NEAR(one.at({box.south, box.west}).x, 0, 1e-6);
+        EXPECT_NEAR(one.at({box.south, box.west}).y, one.height(), 1e-6);
+        EXPECT_NEAR(one.at({box.north, box.west + box.width}).x, width, 1e-6);
+        EXPECT_NEAR(one.at({box.north, box.west + box.width}).y, 0, 1e-6);
+    }
+}
+
 bool overlap(const Box& left, const Box& right) {
     return left.left < right.right && right.left < left.right && left.top < right.bottom &&
            right.top < left.bottom;
@@ -101,24 +133,31 @@ TEST(LabelLayout, KeepsLabelsApartAndOnThePicture) {
     simulator::Random random(1);
     LabelLayout layout(600, 400);
     std::vector<Box> placed;
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < 80; ++i) {
         const MapPoint point = {static_cast<double>(random.bits() % 500) + 50,
                                 static_cast<double>(random.bits() % 320) + 40};
         const auto place = layout.place(point, labelWidth, labelHeight);
-        ASSERT_TRUE(place);
+        if (!place) {
+            continue;
+        }
         double left = place->anchor.x;
         left -= place->side == LabelLayout::Anchor::End      ? labelWidth
                 : place->side == LabelLayout::Anchor::Middle ? labelWidth / 2
                                                              : 0;
         const Box box = {left, place->anchor.y - labelHeight / 2, left + labelWidth,
                          place->anchor.y + labelHeight / 2};
+        // Less a cell of the raster.
+        const Box inner = {box.left + 4, box.top + 4, box.right - 4, box.bottom - 4};
         EXPECT_TRUE(box.left >= 0 && box.right <= 600 && box.top >= 0 && box.bottom <= 400);
         for (const Box& other : placed) {
-            EXPECT_FALSE(overlap(box, other)) << i;
+            EXPECT_FALSE(overlap(inner, other)) << i;
         }
         EXPECT_FALSE(overlap(box, {point.x - 4, point.y - 4, point.x + 4, point.y + 4}));
+        EXPECT_TRUE(overlap(box, {point.x - 20, point.y - 20, point.x + 20, point.y + 20})) << i;
         placed.push_back(box);
     }
+    EXPECT_GT(placed.size(), 50U);
+    EXPECT_LT(placed.size(), 80U);
 }
 
 TEST(LabelLayout, AvoidsWhatIsInTheWay) {
@@ -131,8 +170,8 @@ TEST(LabelLayout, AvoidsWhatIsInTheWay) {
     while (placed < 60 && layout.place({300, 200}, 50, 12)) {
         ++placed;
     }
-    EXPECT_GT(placed, 8);
-    EXPECT_LT(placed, 60);
+    EXPECT_GT(placed, 4);
+    EXPECT_LT(placed, 20);
 }
 
 } // namespace

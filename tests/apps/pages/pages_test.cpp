@@ -3,6 +3,7 @@
 #include "apps/common/text.h"
 #include "apps/display/aircraft_data.h"
 #include "apps/pages/aircraft_page.h"
+#include "apps/pages/explanations.h"
 #include "apps/pages/html.h"
 #include "apps/pages/index_page.h"
 #include "apps/pages/page_folder.h"
@@ -67,13 +68,19 @@ struct Pages {
     Pages() {
         for (const TrackedAircraft& one : tracked.tracking.aircraft()) {
             if (one.position) {
-                history.note(one.icaoAddr(), one.position->place);
+                history.notePosition(one.icaoAddr(), *one.position);
             }
         }
     }
     std::string index(const std::string& recording) const {
-        return indexPage(
-            {recording, {tracked.tracking.now()}, tracked.tracking.aircraft(), history});
+        return index(recording, tracked.tracking.now());
+    }
+    std::string index(const std::string& recording, u64 timeMs) const {
+        return indexPage({recording, {timeMs}, tracked.tracking.aircraft(), history});
+    }
+    /// The page of the first or the second aircraft.
+    std::string aircraft(std::size_t number, u64 timeMs) const {
+        return aircraftPage(tracked.tracking.aircraft().at(number), {timeMs}, history);
     }
 
     TrackedLines tracked{lines};
@@ -83,12 +90,17 @@ struct Pages {
 TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     const std::string page = Pages().index("x.csv");
     EXPECT_EQ(unbalanced(page), "");
-    EXPECT_EQ(countOf(page, R"(<td class="address"><a href="40621D.html">40621D</a></td>)"), 1U);
-    EXPECT_EQ(countOf(page, R"(<td class="address"><a href="4840D6.html">4840D6</a></td>)"), 1U);
-    EXPECT_EQ(countOf(page, R"(<tr class="alarm"><td class="address"><a href="4840D6)"), 1U);
+    EXPECT_EQ(
+        countOf(page, R"(<th scope="row" class="address"><a href="40621D.html">40621D</a></th>)"),
+        1U);
+    EXPECT_EQ(
+        countOf(page, R"(<th scope="row" class="address"><a href="4840D6.html">4840D6</a></th>)"),
+        1U);
+    EXPECT_EQ(countOf(page, R"(<tr class="alarm"><th scope="row" class="address"><a href="4840D6)"),
+              1U);
     EXPECT_EQ(countOf(page, R"(<td class="number">38000</td>)"), 1U);
     EXPECT_EQ(countOf(page, R"(<td class="number quiet">&ndash;</td>)"), 11U);
-    EXPECT_NE(page.find("2 aircraft in x.csv, as of 4.000"), std::string::npos);
+    EXPECT_NE(page.find("2 aircraft in x.csv, as of 4.000 s."), std::string::npos);
 
     EXPECT_EQ(countOf(page, "<svg "), 2U); // for wide and for narrow screens
     EXPECT_EQ(countOf(page, "<path class=\"track b4\" d=\"M"), 2U);
@@ -102,6 +114,23 @@ TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     EXPECT_EQ(unbalanced(empty), "");
 }
 
+TEST(IndexPage, ExplainsWhatIsShort) {
+    const std::string page = Pages().index("x.csv");
+    for (const char* name : {"MOPS version", "NIC", "PIC"}) {
+        EXPECT_EQ(countOf(page, std::string(">") + name + "</abbr></th>"), 1U) << name;
+    }
+    EXPECT_EQ(countOf(page, ">0?</abbr></td>"), 2U);
+    EXPECT_NE(page.find(R"(<td class="squawk">7700 <small>general emergency</small></td>)"),
+              std::string::npos);
+    EXPECT_EQ(page.find("<th>"), std::string::npos); // all have a scope
+}
+
+TEST(IndexPage, DimsWhatIsOld) {
+    const std::string old = R"(<td class="number old">38000</td>)"; // of 2.000
+    EXPECT_EQ(countOf(Pages().index("x.csv", 62000), old), 0U);
+    EXPECT_EQ(countOf(Pages().index("x.csv", 62001), old), 1U);
+}
+
 TEST(IndexPage, IsSafeWhateverTheRecordingIsCalled) {
     const std::string page = Pages().index("<script>alert('&')</script>\x1B\n.csv");
     EXPECT_NE(page.find("&lt;script&gt;alert(&#39;&amp;&#39;)&lt;/script&gt;??.csv"),
@@ -112,60 +141,98 @@ TEST(IndexPage, IsSafeWhateverTheRecordingIsCalled) {
 
 /// The row of a datum on the page of an aircraft, from its second cell on.
 std::string rowOf(const std::string& page, const std::string& label) {
-    const std::string start = "<td>" + label + "</td>";
+    const std::string start = R"(<th scope="row">)" + label + "</th>";
     const std::size_t begin = page.find(start) + start.size();
     return page.substr(begin, page.find("</tr>", begin) - begin);
 }
 
-TEST(AircraftPage, ShowsEveryDatumAndAllCounts) {
-    const Pages pages;
-    const TrackedAircraft aircraft = pages.tracked.tracking.aircraft().at(1);
-    const std::string page = aircraftPage(aircraft, {5500});
+TEST(AircraftPage, ShowsWhatWasReceivedAndItsAge) {
+    const std::string page = Pages().aircraft(1, 5500);
     EXPECT_EQ(unbalanced(page), "");
     EXPECT_NE(page.find(R"(<a href="index.html">All aircraft</a>)"), std::string::npos);
     EXPECT_NE(page.find(R"(<h1>KLM1023 <small class="address">4840D6</small></h1>)"),
               std::string::npos);
-    EXPECT_NE(page.find("Track number 2, last heard 4.000, 1.500 s before the newest reply"),
+    EXPECT_NE(page.find("Last heard 1 s ago. Ages count to 5.500 s, the newest reply of all. "
+                        "Values older than 60 s are grey. Messages: 2. Track number: 2."),
               std::string::npos);
-    for (const std::string_view group : dataGroups) {
-        EXPECT_EQ(countOf(page, "<h2>" + std::string(group) + "</h2>"), 1U);
-    }
-    for (const AircraftDatum& datum : dataOf(aircraft, {5500})) {
-        EXPECT_EQ(countOf(page, "<td>" + std::string(datum.label) + "</td>"), 1U) << datum.key;
-    }
     EXPECT_EQ(rowOf(page, "Callsign"), R"(<td class="value">KLM1023</td>)"
-                                       R"(<td class="time update">3.500</td>)"
-                                       R"(<td class="time change">3.500</td>)");
-    EXPECT_EQ(rowOf(page, "Latitude"), R"(<td class="value quiet">&ndash;</td>)"
-                                       R"(<td class="time update quiet">&ndash;</td>)"
-                                       R"(<td class="time change"></td>)");
-    EXPECT_NE(page.find(R"(<tr class="alarm"><td>Squawk</td><td class="value">7700</td>)"),
-              std::string::npos);
-    for (const char* count :
-         {"<td>All</td><td class=\"value\">2<", "<td>DF-5</td><td class=\"value\">1<",
-          "<td>ACID</td><td class=\"value\">1<"}) {
-        EXPECT_NE(page.find(count), std::string::npos) << count;
+                                       R"(<td class="time" title="3.500 s">2 s ago</td>)"
+                                       R"(<td class="time" title="3.500 s">2 s ago</td>)");
+    EXPECT_EQ(countOf(rowOf(page, "Category"), "A0 no information"), 1U);
+    const std::string squawk =
+        rowOf(page, R"(<abbr title="Mode A code: four octal digits that the pilot sets">)"
+                    "Squawk</abbr>");
+    EXPECT_EQ(countOf(squawk, R"(<td class="value">7700 general emergency</td>)"), 1U);
+    EXPECT_EQ(countOf(page, R"(<tr class="alarm">)"), 1U);
+    EXPECT_EQ(countOf(page, ">0?</abbr></td>"), 1U);
+}
+
+TEST(AircraftPage, NamesEveryDatumInARowOrAsMissing) {
+    const Pages pages;
+    for (const TrackedAircraft& aircraft : pages.tracked.tracking.aircraft()) {
+        const std::string page = aircraftPage(aircraft, {5500}, pages.history);
+        for (const AircraftDatum& datum : dataOf(aircraft, {5500})) {
+            // A row of its own would say again what another row says, or has nothing to tell.
+            const bool hasNoName = datum.key == "emergency" || datum.key == "distance_nm" ||
+                                   datum.key == "mops_version_confirmed";
+            const std::string label = explained(datum.label, datum.key);
+            const std::string row = R"(<th scope="row">)" + label + "</th>";
+            const bool received = datum.lastUpdate > 0 || datum.key == "mops_version";
+            EXPECT_EQ(countOf(page, row), received && !hasNoName ? 1U : 0U) << datum.key;
+            EXPECT_EQ(countOf(page, ": " + label + ".") + countOf(page, ": " + label + ",") +
+                          countOf(page, ", " + label + ".") + countOf(page, ", " + label + ","),
+                      received || hasNoName ? 0U : 1U)
+                << datum.key;
+        }
     }
 }
 
-// 1700000000 is 2023-11-14, 22:13:20 UTC.
-TEST(AircraftPage, ShowsTheDateOfWhatIsOfAnotherDay) {
-    const TrackedLines tracked({"1700000000.25,8D4840D6202CC371C32CE0576098"});
-    const TrackedAircraft aircraft = tracked.tracking.aircraft().front();
-    EXPECT_NE(aircraftPage(aircraft, {1700000001000}).find(">22:13:20.250</td>"),
-              std::string::npos);
-    EXPECT_NE(aircraftPage(aircraft, {1700086400000}).find(">2023-11-14 22:13:20.250 UTC</td>"),
-              std::string::npos);
+TEST(AircraftPage, ExplainsWhatIsShort) {
+    const Pages pages;
+    for (const AircraftDatum& datum : dataOf(pages.tracked.tracking.aircraft().front(), {0})) {
+        if (datum.group == "Quality" || datum.key == "mops_version" || datum.key == "spi") {
+            EXPECT_NE(explained(datum.label, datum.key), datum.label);
+        }
+    }
+}
+
+TEST(AircraftPage, DimsWhatIsOld) {
+    const std::string old = R"(<td class="value old">38000 <small>ft</small></td>)"; // of 2.000
+    EXPECT_EQ(countOf(Pages().aircraft(0, 62000), old), 0U);
+    EXPECT_EQ(countOf(Pages().aircraft(0, 62001), old), 1U);
+}
+
+TEST(AircraftPage, DrawsPathAndAltitudes) {
+    const std::string page = Pages().aircraft(0, 2000);
+    EXPECT_EQ(countOf(page, "<svg "), 4U); // for wide and for narrow screens
+    EXPECT_EQ(countOf(page, "<path class=\"track b4\" d=\"M"), 2U);
+    EXPECT_EQ(countOf(page, "<path class=\"profile\" d=\"M"), 2U);
+    EXPECT_NE(page.find("<figcaption>Path, 2.000 s to 2.000 s</figcaption>"), std::string::npos);
+    EXPECT_EQ(countOf(Pages().aircraft(1, 4000), "<svg "), 0U);
+}
+
+TEST(AircraftPage, CountsMessagesUnderPlainNames) {
+    const std::string page = Pages().aircraft(1, 5500);
+    EXPECT_EQ(rowOf(page, "DF-5"), "<td>surveillance, identity</td><td class=\"number\">1</td>");
+    EXPECT_EQ(rowOf(page, "ACID"), "<td>identification</td><td class=\"number\">1</td>");
+    for (i32 format : {0, 4, 5, 11, 16, 17, 18, 19, 20, 21}) {
+        const std::string kind = "DF-" + std::to_string(format);
+        EXPECT_NE(nameOfKind(kind), kind);
+    }
+    for (i32 i = 0; i <= ADSBMessage::RESERVED; ++i) {
+        const std::string& kind =
+            ADSBMessage::typeName(static_cast<ADSBMessage::ADSBMessageType>(i));
+        EXPECT_NE(nameOfKind(kind), kind);
+    }
 }
 
 TEST(Pages, NeedNoNetwork) {
     const Pages pages;
-    const std::string all =
-        pages.index("x.csv") + aircraftPage(pages.tracked.tracking.aircraft().front(), {4000});
+    const std::string all = pages.index("x.csv") + pages.aircraft(0, 4000);
     for (const char* way : {"http", "src=", "url(", "@import", "<link", "<script"}) {
         EXPECT_EQ(all.find(way), std::string::npos) << way;
     }
-    for (const std::string_view style : {commonStyle, indexStyle, aircraftStyle}) {
+    for (const std::string_view style : {commonStyle, mapStyle, indexStyle, aircraftStyle}) {
         EXPECT_GT(countOf(std::string(style), "{"), 5U);
         EXPECT_EQ(countOf(std::string(style), "{"), countOf(std::string(style), "}"));
         EXPECT_EQ(style.find('<'), std::string::npos);

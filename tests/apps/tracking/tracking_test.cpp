@@ -1,6 +1,5 @@
 #include "apps/terminal/summaries.h"
 #include "apps/tracked_lines.h"
-#include "apps/tracking/track_history.h"
 
 #include "simulator/cpr_encoder.h"
 #include "simulator/frame_encoder.h"
@@ -40,18 +39,6 @@ TEST(Tracking, CountsAndKills) {
               "stamps not believed           2\n"
               "stamps of other kind          3\n"
               "not readable                  4");
-}
-
-TEST(TrackHistory, HasThePlacesInTheirOrder) {
-    TrackHistory history;
-    history.note(0x40621D, {52, 4});
-    history.note(0x40621D, {52.0004, 4.0004}); // too near
-    history.note(0x40621D, {52.01, 4});
-    EXPECT_EQ(history.trackOf(0x4840D6).size(), 0U);
-    ASSERT_EQ(history.trackOf(0x40621D).size(), 2U);
-    EXPECT_EQ(history.trackOf(0x40621D).back().latitude, 52.01);
-    history.forget(0x40621D);
-    EXPECT_EQ(history.trackOf(0x40621D).size(), 0U);
 }
 
 /// An aircraft with this address, heard at that time.

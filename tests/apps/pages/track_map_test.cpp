@@ -1,0 +1,94 @@
+#include "apps/pages/track_map.h"
+
+#include "apps/tracked_lines.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+bool contains(std::string_view text, std::string_view part) {
+    return text.find(part) != std::string_view::npos;
+}
+
+/// A map of an aircraft that flew from 52.25N 3.92E, where it was heard last at 2 s, and of the
+/// path behind it.
+std::string mapOf(const std::vector<GeoPoint>& path, const std::optional<GeoPoint>& receiver,
+                  u64 timeMs = 2000) {
+    const TrackedLines tracked({"0.500,8D40621D58C382D690C8AC2863A7",
+                                "1.000,8D40621D58C386435CC412692AD6",
+                                "2.000,8D40621D58C382D690C8AC2863A7"});
+    const std::vector<TrackedAircraft> aircraft = tracked.tracking.aircraft();
+    TrackHistory history;
+    for (const GeoPoint& place : path) {
+        history.notePosition(aircraft.front().icaoAddr(), {place, 1000});
+    }
+    const Showing showing = {timeMs, 1, receiver};
+    return TrackMap(aircraft, history, showing, 1000, 600).svg("wide", "A & B");
+}
+
+TEST(TrackMap, SaysWhatItIs) {
+    const std::string map = mapOf({}, std::nullopt);
+    EXPECT_TRUE(contains(map, R"( role="img">)"));
+    EXPECT_TRUE(contains(map, "<title>A &amp; B</title>"));
+    EXPECT_FALSE(contains(map, R"(class="receiver")"));
+    EXPECT_FALSE(contains(map, R"(class="ring")"));
+    EXPECT_FALSE(contains(map, "nan"));
+}
+
+TEST(TrackMap, DimsAnAircraftWhosePositionIsOld) {
+    EXPECT_FALSE(contains(mapOf({}, std::nullopt, 62000), " old\""));
+    const std::string map = mapOf({}, std::nullopt, 62001);
+    EXPECT_TRUE(contains(map, R"(class="marker b4 old")"));
+    EXPECT_TRUE(contains(map, R"(class="name old")"));
+    EXPECT_TRUE(contains(map, R"(class="track b4 old")"));
+}
+
+/// The scale of distance in the corner, which tells how much the map shows.
+std::string scaleOf(const std::string& map) {
+    const std::string before = R"(text-anchor="end" x="986.0" y="30.0">)";
+    const auto begin = map.find(before);
+    return begin == std::string::npos
+               ? map
+               : map.substr(begin + before.size(), map.find('<', begin) - begin - before.size());
+}
+
+TEST(TrackMap, ShowsTheReceiverUnlessTheAircraftBecomeTiny) {
+    const std::vector<GeoPoint> path = {{52.25, 2}};
+    EXPECT_EQ(scaleOf(mapOf(path, std::nullopt)), "10 NM");
+    const std::string near = mapOf(path, GeoPoint{51.9, 4.5});
+    EXPECT_EQ(scaleOf(near), "10 NM");
+    EXPECT_TRUE(contains(near, R"(<path class="receiver")"));
+    for (const char* label : {">20 NM</text>", ">40 NM</text>", ">80 NM</text>"}) {
+        EXPECT_TRUE(contains(near, label)) << label;
+    }
+    EXPECT_EQ(scaleOf(mapOf(path, GeoPoint{51.9, 5.6})), "20 NM"); // just less than twice as wide
+    const std::string far = mapOf(path, GeoPoint{51.9, 6.2});
+    EXPECT_EQ(scaleOf(far), "10 NM");
+    EXPECT_TRUE(contains(far, ">120 NM</text>")); // the circles go through the map
+    EXPECT_FALSE(contains(far, ">40 NM</text>"));
+    for (const GeoPoint receiver : {GeoPoint{-52, -176}, GeoPoint{90, 0}, GeoPoint{-90, 180}}) {
+        EXPECT_EQ(scaleOf(mapOf(path, receiver)), "10 NM");
+        EXPECT_FALSE(contains(mapOf(path, receiver), "nan"));
+    }
+}
+
+TEST(TrackMap, DrawsCoastsAndTracksWithoutPointsThatNobodySees) {
+    std::vector<GeoPoint> path;
+    for (int i = 0; i < 200; ++i) {
+        path.push_back({52.25, 3.92 - i * 0.01});
+    }
+    const std::string map = mapOf(path, std::nullopt);
+    EXPECT_TRUE(contains(map, R"(<path class="coast" d="M)"));
+    EXPECT_LT(map.size(), 12000U);
+}
+
+} // namespace
+
+} // namespace tolvarin::ondrel::client
