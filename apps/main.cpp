@@ -5,6 +5,7 @@
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
 #include "apps/network/feeds.h"
+#include "apps/web/http_server.h"
 
 #include <ondrel/ondrel.h>
 
@@ -82,7 +83,8 @@ int runProgram(int argc, const char* const* argv) {
     CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
     program.footer("Try ondrel help SUBCOMMAND");
     program.set_version_flag("-V,--version", "ondrel " + Ondrel::version() + "\nwith zlib" +
-                                                 (canConnect() ? ", Asio" : "; without Asio"));
+                                                 (canConnect() ? ", Asio" : "") +
+                                                 (canServeHttp() ? ", libmicrohttpd" : ""));
     program.failure_message(usageError);
     program.require_subcommand(1);
     DecodeCommand decode(program);

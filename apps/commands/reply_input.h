@@ -65,6 +65,7 @@ public:
     /// Writes what is recorded. Call it at the end.
     void close();
 
+    std::vector<SourceState> states() const { return _source->states(); }
     LeftOut leftOut() const {
         return {_source->counts().unreadable, _notShown, _source->counts().modeAC};
     }

@@ -8,10 +8,14 @@
 #include "apps/display/aircraft_columns.h"
 #include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
+#include "apps/network/feed_address.h"
+#include "apps/web/web_view.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <memory>
+#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -153,6 +157,11 @@ GeoPoint placeOf(const std::string& text) {
     return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
 }
 
+/// An address with a port: that of this machine alone unless told.
+std::string served(const std::string& text) {
+    return text.find(':') == std::string::npos ? "127.0.0.1:" + text : text;
+}
+
 /// In milliseconds since 1970. The text has passed startError().
 std::optional<u64> startOf(const TrackOptions& options, const ReplyInputOptions& input) {
     if (!options.start) {
@@ -198,6 +207,18 @@ void TrackCommand::addOutputOptions() {
         .add_flag("--force", _options.force,
                   "With --html: also replace files that ondrel did not make")
         ->needs(html);
+    line()
+        .add_option_function<std::string>(
+            "--serve", [this](const std::string& address) { _options.serve = served(address); },
+            "Serve live pages for browsers at this address; without\n"
+            "ADDRESS, only browsers on this machine reach them")
+        ->type_name("[ADDRESS:]PORT")
+        ->check(CLI::Validator(
+            [](const std::string& text) -> std::string {
+                return hostAndPort(served(text)) ? ""
+                                                 : "expected [ADDRESS:]PORT, not '" + text + "'";
+            },
+            ""));
     line()
         .add_option_function<std::string>(
             "--report",
@@ -287,6 +308,12 @@ int TrackCommand::run() {
         checkLiveOptions();
     }
     TrackRun track(_options, startOf(_options, _input), input, output, console);
+    if (_options.serve) {
+        auto view = std::make_unique<WebView>(*hostAndPort(*_options.serve), input.name(),
+                                              [&track] { return track.statusJson(); });
+        console.write("pages for a browser: http://" + view->address() + "/");
+        track.add(std::move(view));
+    }
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     input.close();

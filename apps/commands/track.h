@@ -22,6 +22,7 @@ struct TrackOptions {
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
     bool tellSilent = false;               ///< write a line about each of them
     bool keepAll = false;                  ///< also when the table is full
+    std::optional<std::string> serve;      ///< an address for live pages
     bool force = false;                    ///< write pages over files of other programs
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end

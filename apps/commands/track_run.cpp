@@ -4,9 +4,14 @@
 #include "apps/common/interruption.h"
 #include "apps/display/aircraft_columns.h"
 #include "apps/json/aircraft_json.h"
+#include "apps/json/json_object.h"
 #include "apps/terminal/aircraft_text.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <fstream>
+#include <unistd.h>
 
 namespace tolvarin::ondrel::client {
 
@@ -15,6 +20,14 @@ namespace {
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
 constexpr std::chrono::seconds betweenViews(1);
 constexpr u64 repliesBetweenTicks = 4096;
+
+/// Bytes of the program that are in memory; 0 where the system does not tell.
+u64 residentMemory() {
+    u64 all = 0;
+    u64 resident = 0;
+    std::ifstream("/proc/self/statm") >> all >> resident;
+    return resident * static_cast<u64>(::sysconf(_SC_PAGESIZE));
+}
 
 std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
     if (options.json) {
@@ -56,7 +69,8 @@ std::vector<TrackedAircraft> TrackRun::run() {
         if (got == ReplySource::Got::Reply) {
             take(reply);
         }
-        if (got == ReplySource::Got::Nothing || ++_replies % repliesBetweenTicks == 0) {
+        _replies += got == ReplySource::Got::Reply ? 1U : 0U;
+        if (got == ReplySource::Got::Nothing || _replies % repliesBetweenTicks == 0) {
             updateViews();
         }
     }
@@ -116,6 +130,31 @@ void TrackRun::checkStamps() {
            "tell when a reply was read, and positions may be wrong or missing");
 }
 
+std::string TrackRun::statusJson() const {
+    const TrackingCounts tracking = _tracking.counts();
+    std::string text;
+    JsonObject status(text);
+    const auto whole = [&status](std::string_view key, u64 number) {
+        status.whole(key, static_cast<std::int64_t>(number));
+    };
+    whole("schema", jsonSchema);
+    whole("time_ms", _tracking.now());
+    whole("aircraft", tracking.aircraft);
+    whole("replies", _replies);
+    status.decimal("replies_per_second", std::round(_repliesPerSecond));
+    whole("tracked", tracking.tracked);
+    whole("heard_elsewhere", _duplicates);
+    whole("not_readable", _input.leftOut().unreadable);
+    whole("positions_refused", tracking.positions.refused);
+    whole("memory_kb", residentMemory() / 1024);
+    status.list("sources", _input.states(), [](JsonObject& source, const SourceState& state) {
+        source.words("name", state.name);
+        source.flag("up", state.isUp);
+    });
+    status.end();
+    return text + '\n';
+}
+
 void TrackRun::updateViews() {
     for (const auto& view : _views) {
         _ended = !view->poll() || _ended;
@@ -123,6 +162,9 @@ void TrackRun::updateViews() {
     if (_views.empty() || Clock::now() < _nextViews) {
         return;
     }
+    const std::chrono::duration<double> passed = Clock::now() - _nextViews + betweenViews;
+    _repliesPerSecond = static_cast<double>(_replies - _repliesAtViews) / passed.count();
+    _repliesAtViews = _replies;
     _nextViews = Clock::now() + betweenViews;
     const std::vector<TrackedAircraft> aircraft = sortedAircraft();
     for (const auto& view : _views) {

@@ -39,6 +39,9 @@ public:
 
     TrackRunCounts counts() const;
 
+    /// The state of the run for monitoring, as a JSON object (docs/json.md).
+    std::string statusJson() const;
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -67,6 +70,8 @@ private:
     std::unique_ptr<AircraftSink> _sink;
     std::vector<std::unique_ptr<LiveView>> _views;
     Clock::time_point _nextViews;
+    u64 _repliesAtViews = 0;
+    double _repliesPerSecond = 0;
     u64 _replies = 0;
     bool _ended = false; ///< by the user
     Stamping _stamping;

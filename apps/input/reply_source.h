@@ -24,6 +24,12 @@ struct SourceCounts {
     }
 };
 
+/// A source that can be lost and found again.
+struct SourceState {
+    std::string name;
+    bool isUp;
+};
+
 /// Where replies come from, one source or several. A new kind of input is one class of this kind,
 /// and one line in openReplySource().
 class ReplySource {
@@ -35,7 +41,7 @@ public:
 
     enum class Got {
         Reply,
-        Nothing, ///< none came for a tenth of a second; only from live sources
+        Nothing, ///< ten times a second from live sources, so that their owner can do other things
         End,     ///< of the input, or an interruption
     };
 
@@ -47,6 +53,9 @@ public:
     virtual const std::string& name() const = 0;
 
     virtual SourceCounts counts() const = 0;
+
+    /// Of live sources.
+    virtual std::vector<SourceState> states() const { return {}; }
 };
 
 /// What a source tells its owner. The functions must be callable as long as the source lives.

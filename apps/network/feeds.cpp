@@ -22,10 +22,11 @@ namespace {
 
 using asio::ip::tcp;
 using std::chrono::seconds;
+using Clock = std::chrono::steady_clock;
 
 constexpr seconds longestConnecting(10);
 constexpr seconds longestSilence(120);
-constexpr std::chrono::milliseconds longestWait(100); // for a reply
+constexpr std::chrono::milliseconds betweenNothings(100);
 constexpr seconds shortestPause(1);
 constexpr seconds longestPause(60);
 constexpr u64 longestGap = 3600000; // ms, in a recording that is played
@@ -45,10 +46,11 @@ public:
     virtual bool take(Reply& reply) = 0;
 
     virtual SourceCounts counts() const = 0;
+    virtual bool isUp() const = 0;
+    const std::string& name() const { return _name; }
 
 protected:
     void becomeReady() { _ready.push_back(this); }
-    const std::string& name() const { return _name; }
     const SourceEvents& events() const { return _events; }
     void report(const std::string& message) const { _events.report(_name + ": " + message); }
 
@@ -129,6 +131,8 @@ public:
         }
     }
 
+    bool isUp() const override { return _isUp; }
+
     SourceCounts counts() const override {
         SourceCounts counts = _counts;
         counts.modeAC += _reader ? _reader->modeAC() : 0;
@@ -141,6 +145,7 @@ private:
                                 _socket.set_option(asio::socket_base::keep_alive(true));
                                 _bytes = ByteBuffer();
                                 _clock = ArrivalClock();
+                                _isUp = true;
                                 report("connected");
                                 watch();
                                 read();
@@ -175,6 +180,7 @@ private:
 
     void fail(const std::string& reason) {
         ++_attempt;
+        _isUp = false;
         _counts = counts();
         _reader.reset();
         _resolver.cancel();
@@ -193,7 +199,8 @@ private:
     std::unique_ptr<ReplyReader> _reader; ///< null until the first bytes tell which
     ArrivalClock _clock;
     u64 _arrivalMs = 0; ///< of the bytes
-    bool _heard = false;
+    bool _isUp = false;
+    bool _heard = false; ///< since the last look
     unsigned _attempt = 0;
     seconds _pause = shortestPause;
     SourceCounts _counts; ///< without those of the reader
@@ -210,10 +217,12 @@ public:
     void begin() override {
         try {
             if (_file.next(_reply) != ReplySource::Got::Reply) {
+                _ended = true;
                 report("played to its end");
                 return;
             }
         } catch (const InputFailure& failure) {
+            _ended = true;
             report(failure.what());
             return;
         }
@@ -238,12 +247,14 @@ public:
     }
 
     SourceCounts counts() const override { return _file.counts(); }
+    bool isUp() const override { return !_ended; }
 
 private:
     FileSource _file;
     Reply _reply;  ///< the next one
     u64 _due = 0;  ///< when it comes; 0: it was taken
     u64 _zero = 0; ///< when the stamps were 0, modulo 2^64
+    bool _ended = false;
 };
 
 } // namespace
@@ -279,8 +290,12 @@ public:
                 }
                 _ready.pop_front();
             }
-            if (_context.run_one_for(longestWait) == 0) {
-                return _context.stopped() ? Got::End : Got::Nothing;
+            if (_context.run_one_until(_nextNothing) == 0 && _context.stopped()) {
+                return Got::End;
+            }
+            if (Clock::now() >= _nextNothing) {
+                _nextNothing = Clock::now() + betweenNothings;
+                return Got::Nothing;
             }
         }
         return Got::End;
@@ -294,6 +309,14 @@ public:
         return all;
     }
 
+    std::vector<SourceState> states() const {
+        std::vector<SourceState> states;
+        for (const auto& feed : _feeds) {
+            states.push_back({feed->name(), feed->isUp()});
+        }
+        return states;
+    }
+
 private:
     unsigned sourceOf(const Feed& feed) const {
         const auto found = std::find_if(_feeds.begin(), _feeds.end(),
@@ -303,6 +326,7 @@ private:
 
     asio::io_context _context;
     asio::posix::stream_descriptor _interruption; ///< ends a wait
+    Clock::time_point _nextNothing;
     std::deque<Feed*> _ready;
     std::vector<std::unique_ptr<Feed>> _feeds;
 };
@@ -323,6 +347,10 @@ Feeds::~Feeds() = default;
 
 ReplySource::Got Feeds::next(Reply& reply) {
     return _network->next(reply);
+}
+
+std::vector<SourceState> Feeds::states() const {
+    return _network->states();
 }
 
 SourceCounts Feeds::counts() const {

@@ -33,6 +33,7 @@ public:
     Got next(Reply& reply) override;
     const std::string& name() const override { return _name; }
     SourceCounts counts() const override;
+    std::vector<SourceState> states() const override;
 
 private:
     class Network;

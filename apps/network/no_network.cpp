@@ -35,6 +35,10 @@ SourceCounts Feeds::counts() const {
     return {};
 }
 
+std::vector<SourceState> Feeds::states() const {
+    return {};
+}
+
 class Broadcast::Server {};
 
 Broadcast::Broadcast(const FeedAddress& /*address*/,

@@ -165,8 +165,8 @@ std::string summary(const TrackedAircraft& aircraft, const Showing& showing) {
 
 } // namespace
 
-std::string aircraftPage(const TrackedAircraft& aircraft, const Showing& showing,
-                         const TrackHistory& history) {
+Page aircraftPage(const TrackedAircraft& aircraft, const Showing& showing,
+                  const TrackHistory& history, std::string_view links) {
     const std::string address = hex24(aircraft.icaoAddr());
     const auto callsign = callsignOf(aircraft);
     const std::string heading =
@@ -180,13 +180,13 @@ std::string aircraftPage(const TrackedAircraft& aircraft, const Showing& showing
                 countSection("Extended squitters by content", countsByType(aircraft));
     const std::string pictures =
         pathFigure(aircraft, showing, history) + profileFigure(aircraft, history);
-    return htmlPage("Aircraft " + callsign.value_or("") + (callsign ? " " : "") + address,
-                    std::string(commonStyle) + std::string(mapStyle) + std::string(aircraftStyle),
-                    element("p", "back", link(indexName, "All aircraft")) + "\n" +
-                        element("h1", heading) + "\n" +
-                        element("p", "quiet", htmlText(summary(aircraft, showing))) + "\n" +
-                        element("div", "pictures", "\n" + pictures) + "\n" +
-                        element("div", "groups", "\n" + sections) + "\n");
+    return {"Aircraft " + callsign.value_or("") + (callsign ? " " : "") + address,
+            std::string(commonStyle) + std::string(mapStyle) + std::string(aircraftStyle),
+            element("p", "back", link(indexName, "All aircraft") + std::string(links)) + "\n" +
+                element("h1", heading) + "\n" +
+                element("p", "quiet", htmlText(summary(aircraft, showing))) + "\n" +
+                element("div", "pictures", "\n" + pictures) + "\n" +
+                element("div", "groups", "\n" + sections) + "\n"};
 }
 
 } // namespace tolvarin::ondrel::client

@@ -58,12 +58,13 @@ std::string link(std::string_view target, std::string_view text) {
     return "<a" + attribute("href", target) + ">" + htmlText(text) + "</a>";
 }
 
-std::string htmlPage(std::string_view title, std::string_view style, std::string_view body) {
+std::string wholePage(const Page& page, std::string_view head) {
     return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n" +
            std::string(generatorTag) +
            "\n<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n" +
-           element("title", htmlText(title)) + "\n" + element("style", "\n" + std::string(style)) +
-           "\n</head>\n<body>\n" + std::string(body) + "</body>\n</html>\n";
+           std::string(head) + element("title", htmlText(page.title)) + "\n" +
+           element("style", "\n" + page.style) + "\n</head>\n<body>\n<main>\n" + page.body +
+           "</main>\n</body>\n</html>\n";
 }
 
 std::string pageName(u32 address) {

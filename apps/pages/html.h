@@ -33,8 +33,14 @@ std::string link(std::string_view target, std::string_view text);
 /// Says in the head of a page that the client made it.
 constexpr std::string_view generatorTag = R"(<meta name="generator" content="ondrel">)";
 
-/// A whole page. The title is plain text, the body HTML; `style` is the text of style sheets.
-std::string htmlPage(std::string_view title, std::string_view style, std::string_view body);
+struct Page {
+    std::string title; ///< plain text
+    std::string style; ///< the text of style sheets
+    std::string body;  ///< HTML
+};
+
+/// The whole page. `head` is HTML for its head.
+std::string wholePage(const Page& page, std::string_view head = "");
 
 /// Stands for a value that is not known.
 constexpr std::string_view dash = "&ndash;";

@@ -108,14 +108,13 @@ std::string table(const IndexContents& contents) {
 
 } // namespace
 
-std::string indexPage(const IndexContents& contents) {
+Page indexPage(const IndexContents& contents) {
     const std::string summary = std::to_string(contents.aircraft.size()) + " aircraft in " +
                                 contents.recording + ", as of " +
                                 dateAndTime(contents.showing.timeMs) + ". " + greyIsOld();
-    return htmlPage("Aircraft",
-                    std::string(commonStyle) + std::string(mapStyle) + std::string(indexStyle),
-                    element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) +
-                        "\n" + map(contents) + table(contents));
+    return {"Aircraft", std::string(commonStyle) + std::string(mapStyle) + std::string(indexStyle),
+            element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) + "\n" +
+                map(contents) + table(contents)};
 }
 
 } // namespace tolvarin::ondrel::client

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/display/showing.h"
+#include "apps/pages/html.h"
 #include "apps/tracking/track_history.h"
 #include "apps/tracking/tracked_aircraft.h"
 
@@ -20,6 +21,6 @@ struct IndexContents {
 };
 
 /// The page with the map and the table of all aircraft, each with a link to its own page.
-std::string indexPage(const IndexContents& contents);
+Page indexPage(const IndexContents& contents);
 
 } // namespace tolvarin::ondrel::client

@@ -149,10 +149,10 @@ void PageFolder::write(const IndexContents& contents) const {
     std::set<std::string> written = {std::string(indexName)};
     for (const TrackedAircraft& aircraft : contents.aircraft) {
         const std::string page = pageName(aircraft.icaoAddr());
-        replace(page, aircraftPage(aircraft, contents.showing, contents.history));
+        replace(page, wholePage(aircraftPage(aircraft, contents.showing, contents.history)));
         written.insert(page);
     }
-    replace(std::string(indexName), indexPage(contents));
+    replace(std::string(indexName), wholePage(indexPage(contents)));
     for (const std::string& name : namesIn(_path)) {
         const bool isOld = isPageName(name) && written.count(name) == 0 && isMadeHere(pathOf(name));
         if (isOld || isLeftOver(name)) {

@@ -76,11 +76,11 @@ struct Pages {
         return index(recording, tracked.tracking.now());
     }
     std::string index(const std::string& recording, u64 timeMs) const {
-        return indexPage({recording, {timeMs}, tracked.tracking.aircraft(), history});
+        return wholePage(indexPage({recording, {timeMs}, tracked.tracking.aircraft(), history}));
     }
     /// The page of the first or the second aircraft.
     std::string aircraft(std::size_t number, u64 timeMs) const {
-        return aircraftPage(tracked.tracking.aircraft().at(number), {timeMs}, history);
+        return wholePage(aircraftPage(tracked.tracking.aircraft().at(number), {timeMs}, history));
     }
 
     TrackedLines tracked{lines};
@@ -109,7 +109,7 @@ TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     EXPECT_EQ(countOf(page, ">KLM1023</text>"), 0U);
 
     const TrackHistory nothing;
-    const std::string empty = indexPage({"", {0}, {}, nothing});
+    const std::string empty = wholePage(indexPage({"", {0}, {}, nothing}));
     EXPECT_EQ(countOf(empty, "<svg "), 0U);
     EXPECT_EQ(unbalanced(empty), "");
 }
@@ -170,7 +170,7 @@ TEST(AircraftPage, ShowsWhatWasReceivedAndItsAge) {
 TEST(AircraftPage, NamesEveryDatumInARowOrAsMissing) {
     const Pages pages;
     for (const TrackedAircraft& aircraft : pages.tracked.tracking.aircraft()) {
-        const std::string page = aircraftPage(aircraft, {5500}, pages.history);
+        const std::string page = wholePage(aircraftPage(aircraft, {5500}, pages.history));
         for (const AircraftDatum& datum : dataOf(aircraft, {5500})) {
             // A row of its own would say again what another row says, or has nothing to tell.
             const bool hasNoName = datum.key == "emergency" || datum.key == "distance_nm" ||
@@ -254,7 +254,7 @@ TEST(IndexPage, DrawsNothingBeyondThePoles) {
     const TrackHistory history;
     EXPECT_GT(aircraft.front().latitude(), 90);
     EXPECT_FALSE(aircraft.front().position);
-    EXPECT_EQ(countOf(indexPage({"", {2000}, aircraft, history}), "<svg "), 0U);
+    EXPECT_EQ(countOf(indexPage({"", {2000}, aircraft, history}).body, "<svg "), 0U);
 }
 
 } // namespace

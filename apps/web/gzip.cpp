@@ -1,0 +1,28 @@
+#include "apps/web/gzip.h"
+
+#include <new>
+#include <zlib.h>
+
+namespace tolvarin::ondrel::client {
+
+std::string gzip(const std::string& text) {
+    constexpr int gzipFormat = 16; // added to the size of the window
+    constexpr int memory = 8;      // zlib's usual one
+    z_stream stream = {};
+    if (::deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, MAX_WBITS + gzipFormat, memory,
+                       Z_DEFAULT_STRATEGY) != Z_OK) {
+        throw std::bad_alloc();
+    }
+    std::string packed(::deflateBound(&stream, text.size()), '\0');
+    std::string source = text; // zlib's interface takes no constant
+    stream.next_in = reinterpret_cast<Bytef*>(source.data());
+    stream.avail_in = static_cast<uInt>(source.size());
+    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
+    stream.avail_out = static_cast<uInt>(packed.size());
+    ::deflate(&stream, Z_FINISH);
+    packed.resize(stream.total_out);
+    ::deflateEnd(&stream);
+    return packed;
+}
+
+} // namespace tolvarin::ondrel::client

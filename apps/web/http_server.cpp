@@ -1,0 +1,134 @@
+#include "apps/web/http_server.h"
+
+#include "apps/common/failure.h"
+
+#include <cstring>
+#include <exception>
+#include <microhttpd.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <string_view>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+using Body = std::shared_ptr<const std::string>;
+
+/// Scripts come from the server alone. Pages carry their styles.
+constexpr std::pair<const char*, const char*> headers[] = {
+    {"Content-Security-Policy",
+     "default-src 'none'; script-src 'self'; style-src 'unsafe-inline'; connect-src 'self'; "
+     "base-uri 'none'; form-action 'none'; frame-ancestors 'none'"},
+    {"X-Content-Type-Options", "nosniff"},
+    {"Referrer-Policy", "no-referrer"},
+    {"Cache-Control", "no-store"},
+};
+
+extern "C" void release(void* body) {
+    delete static_cast<Body*>(body);
+}
+
+MHD_Response* responseOf(const HttpAnswer& answer) {
+    // The library only reads the bytes.
+    char* bytes = const_cast<char*>(answer.body->data()); // NOLINT(*-const-cast)
+    MHD_Response* response = MHD_create_response_from_buffer_with_free_callback_cls(
+        answer.body->size(), bytes, release, new Body(answer.body));
+    for (const auto& [name, value] : headers) {
+        MHD_add_response_header(response, name, value);
+    }
+    MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_TYPE, answer.type.c_str());
+    MHD_add_response_header(response, MHD_HTTP_HEADER_VARY, MHD_HTTP_HEADER_ACCEPT_ENCODING);
+    if (answer.isPacked) {
+        MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_ENCODING, "gzip");
+    }
+    if (answer.status == MHD_HTTP_METHOD_NOT_ALLOWED) {
+        MHD_add_response_header(response, MHD_HTTP_HEADER_ALLOW, "GET, HEAD");
+    }
+    return response;
+}
+
+HttpAnswer failed(unsigned status, const char* text) {
+    return {status, HttpAnswer().type, std::make_shared<const std::string>(text)};
+}
+
+bool takesGzip(MHD_Connection* connection) {
+    const char* value =
+        MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_ACCEPT_ENCODING);
+    return value != nullptr && std::strstr(value, "gzip") != nullptr;
+}
+
+/// Frees what getaddrinfo() gave.
+struct FreeAddresses {
+    void operator()(addrinfo* addresses) const { ::freeaddrinfo(addresses); }
+};
+
+} // namespace
+
+class HttpServer::Daemon {
+public:
+    Daemon(const FeedAddress& address, Answering answering) : _answering(std::move(answering)) {
+        const std::string what = "cannot serve " + address.host + ":" + address.port + ": ";
+        addrinfo wanted = {};
+        wanted.ai_socktype = SOCK_STREAM;
+        wanted.ai_flags = AI_PASSIVE;
+        addrinfo* found = nullptr;
+        const int error =
+            ::getaddrinfo(address.host.c_str(), address.port.c_str(), &wanted, &found);
+        if (error != 0) {
+            throw Failure(what + ::gai_strerror(error));
+        }
+        const std::unique_ptr<addrinfo, FreeAddresses> first(found);
+        const unsigned family = first->ai_family == AF_INET6 ? MHD_USE_IPv6 : 0;
+        _daemon = MHD_start_daemon(
+            MHD_USE_AUTO_INTERNAL_THREAD | family, 0, nullptr, nullptr, &Daemon::answer, this,
+            MHD_OPTION_SOCK_ADDR, first->ai_addr, MHD_OPTION_CONNECTION_LIMIT, mostConnections,
+            MHD_OPTION_CONNECTION_MEMORY_LIMIT, std::size_t{connectionMemory},
+            MHD_OPTION_CONNECTION_TIMEOUT, longestPause, MHD_OPTION_END);
+        if (_daemon == nullptr) {
+            throw Failure(what + std::strerror(errno));
+        }
+    }
+    Daemon(const Daemon&) = delete;
+    Daemon& operator=(const Daemon&) = delete;
+    ~Daemon() { MHD_stop_daemon(_daemon); }
+
+    unsigned port() const { return MHD_get_daemon_info(_daemon, MHD_DAEMON_INFO_BIND_PORT)->port; }
+
+private:
+    static MHD_Result answer(void* self, MHD_Connection* connection, const char* path,
+                             const char* method, const char* /*version*/, const char* /*upload*/,
+                             std::size_t* /*uploadSize*/, void** /*state*/) {
+        HttpAnswer answer;
+        try {
+            answer = std::string_view(method) == "GET" || std::string_view(method) == "HEAD"
+                         ? static_cast<Daemon*>(self)->_answering({path, takesGzip(connection)})
+                         : failed(MHD_HTTP_METHOD_NOT_ALLOWED, "only GET and HEAD\n");
+        } catch (const std::exception&) { // no exception may pass through the library
+            return MHD_NO;
+        }
+        MHD_Response* response = responseOf(answer);
+        const MHD_Result result = MHD_queue_response(connection, answer.status, response);
+        MHD_destroy_response(response);
+        return result;
+    }
+
+    Answering _answering;
+    MHD_Daemon* _daemon;
+};
+
+HttpServer::HttpServer(const FeedAddress& address, Answering answering)
+    : _daemon(std::make_unique<Daemon>(address, std::move(answering))) {
+    const bool isNumber6 = address.host.find(':') != std::string::npos;
+    _address = (isNumber6 ? "[" + address.host + "]" : address.host) + ":" +
+               std::to_string(_daemon->port());
+}
+
+HttpServer::~HttpServer() = default;
+
+bool canServeHttp() {
+    return true;
+}
+
+} // namespace tolvarin::ondrel::client

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "apps/network/feed_address.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace tolvarin::ondrel::client {
+
+/// What a server sends back.
+struct HttpAnswer {
+    unsigned status = 200;
+    std::string type = "text/plain; charset=utf-8"; ///< of the body
+    std::shared_ptr<const std::string> body;
+    bool isPacked = false; ///< the body is gzip data
+};
+
+struct HttpRequest {
+    std::string path;
+    bool takesGzip;
+};
+
+/// Answers GET and HEAD over HTTP/1.1, in a thread of its own. Connections, their memory, and the
+/// time in which nothing moves are limited; a client that is slow delays no other.
+class HttpServer {
+public:
+    using Answering = std::function<HttpAnswer(const HttpRequest&)>;
+
+    static constexpr unsigned mostConnections = 300;
+    static constexpr unsigned connectionMemory = 16384; ///< bytes for a request and its headers
+    static constexpr unsigned longestPause = 30;        ///< seconds
+
+    /// `answering` is called by the server's thread. Throws Failure if the address cannot be
+    /// served; port 0 is any that is free.
+    HttpServer(const FeedAddress& address, Answering answering);
+    HttpServer(const HttpServer&) = delete;
+    HttpServer& operator=(const HttpServer&) = delete;
+    ~HttpServer();
+
+    /// "127.0.0.1:8080".
+    const std::string& address() const { return _address; }
+
+private:
+    class Daemon;
+
+    std::string _address;
+    std::unique_ptr<Daemon> _daemon;
+};
+
+/// Whether the program was built with an HTTP library. Without it, the server throws Failure.
+bool canServeHttp();
+
+} // namespace tolvarin::ondrel::client

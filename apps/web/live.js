@@ -1,0 +1,141 @@
+// Keeps a page current: fetches what changes of it once a second, and keeps what the reader chose:
+// the order of the table, and the part of the map.
+"use strict";
+
+const page = document.querySelector("main");
+const file = location.pathname.replace(/^.*\//, "").replace(/\.html$/, "") || "index";
+const note = document.createElement("p");
+note.className = "live";
+note.setAttribute("role", "status");
+document.body.prepend(note);
+
+let order = null; // {column, descending}
+let view = null; // of the map: {x, y, zoom}, x and y as shares of the whole
+
+function valueOf(row, column) {
+  const cell = row.cells[column];
+  const text = cell ? cell.textContent.trim() : "–";
+  const number = Number(text);
+  return { none: text === "–", number: text !== "" && !Number.isNaN(number), key: text, value: number };
+}
+
+function compare(left, right) {
+  if (left.number && right.number) {
+    return left.value - right.value;
+  }
+  return left.key < right.key ? -1 : left.key > right.key ? 1 : 0;
+}
+
+// Rows without a value come last in either direction.
+function sortTable() {
+  const table = page.querySelector("table.aircraft");
+  if (!table || !order) {
+    return;
+  }
+  const heads = [...table.tHead.rows[0].cells];
+  heads.forEach((head, i) => i === order.column
+    ? head.setAttribute("aria-sort", order.descending ? "descending" : "ascending")
+    : head.removeAttribute("aria-sort"));
+  const rows = [...table.tBodies[0].rows].map(row => ({ row, ...valueOf(row, order.column) }));
+  rows.sort((left, right) => left.none - right.none ||
+    (order.descending ? compare(right, left) : compare(left, right)));
+  table.tBodies[0].append(...rows.map(one => one.row));
+}
+
+function applyView() {
+  for (const map of page.querySelectorAll("figure.picture svg")) {
+    map.dataset.whole ||= map.getAttribute("viewBox");
+    const [, , width, height] = map.dataset.whole.split(" ").map(Number);
+    const { x, y, zoom } = view || { x: 0.5, y: 0.5, zoom: 1 };
+    map.setAttribute("viewBox", [(x - 0.5 / zoom) * width, (y - 0.5 / zoom) * height,
+      width / zoom, height / zoom].map(number => number.toFixed(2)).join(" "));
+  }
+}
+
+function moveView(map, change) {
+  view = { x: 0.5, y: 0.5, zoom: 1, ...view };
+  change(view, map.getBoundingClientRect());
+  view.zoom = Math.min(64, Math.max(1, view.zoom));
+  const half = 0.5 / view.zoom;
+  view.x = Math.min(1 - half, Math.max(half, view.x));
+  view.y = Math.min(1 - half, Math.max(half, view.y));
+  applyView();
+}
+
+// The place under the mouse stays where it is.
+function zoomAt(map, event, factor) {
+  moveView(map, (to, box) => {
+    const x = (event.clientX - box.left) / box.width - 0.5;
+    const y = (event.clientY - box.top) / box.height - 0.5;
+    const zoom = Math.min(64, Math.max(1, to.zoom * factor));
+    to.x += x / to.zoom - x / zoom;
+    to.y += y / to.zoom - y / zoom;
+    to.zoom = zoom;
+  });
+}
+
+const mapAt = event => event.target.closest("main figure.picture svg");
+
+page.addEventListener("wheel", event => {
+  const map = mapAt(event);
+  if (map && (event.ctrlKey || view?.zoom > 1 || event.deltaY < 0)) {
+    event.preventDefault();
+    zoomAt(map, event, event.deltaY < 0 ? 1.25 : 0.8);
+  }
+}, { passive: false });
+page.addEventListener("dblclick", event => {
+  const map = mapAt(event);
+  if (map) {
+    zoomAt(map, event, 2);
+  }
+});
+page.addEventListener("pointermove", event => {
+  const map = mapAt(event);
+  if (map && event.buttons === 1) {
+    moveView(map, (to, box) => {
+      to.x -= event.movementX / box.width / to.zoom;
+      to.y -= event.movementY / box.height / to.zoom;
+    });
+  }
+});
+page.addEventListener("click", event => {
+  const head = event.target.closest("table.aircraft thead th");
+  if (head) {
+    const column = head.cellIndex;
+    order = { column, descending: order?.column === column && !order.descending };
+    sortTable();
+  }
+});
+document.addEventListener("keydown", event => {
+  const map = [...page.querySelectorAll("figure.picture svg")].find(one => one.clientWidth > 0);
+  const change = { "+": to => { to.zoom *= 1.5; }, "-": to => { to.zoom /= 1.5; },
+    "0": to => { to.zoom = 1; } }[event.key];
+  if (map && change && !event.ctrlKey && !event.metaKey) {
+    moveView(map, change);
+  }
+});
+
+async function refresh() {
+  try {
+    const answer = await fetch(file + ".body", { cache: "no-store" });
+    if (answer.ok) {
+      const scroll = page.querySelector(".table")?.scrollLeft;
+      const link = document.activeElement?.getAttribute("href");
+      page.innerHTML = await answer.text();
+      sortTable();
+      applyView();
+      if (scroll) {
+        page.querySelector(".table").scrollLeft = scroll;
+      }
+      if (link) {
+        page.querySelector(`a[href="${CSS.escape(link)}"]`)?.focus({ preventScroll: true });
+      }
+    }
+    note.textContent = answer.ok ? "" : await answer.text();
+  } catch {
+    note.textContent = "No connection to ondrel. What is below is old.";
+  }
+  setTimeout(refresh, document.hidden ? 5000 : 1000);
+}
+
+setTimeout(refresh, 1000);

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "apps/display/live_view.h"
+#include "apps/web/http_server.h"
+#include "apps/web/live_site.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+/// Serves live pages over HTTP.
+class WebView final : public LiveView {
+public:
+    /// `name` is that of the input; `status` gives the state of the run as a JSON object. Throws
+    /// Failure if the address cannot be served.
+    WebView(const FeedAddress& address, std::string name, std::function<std::string()> status)
+        : _name(std::move(name)), _status(std::move(status)),
+          _server(address, [this](const HttpRequest& request) { return _site.answer(request); }) {}
+
+    void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
+              const TrackHistory& history) override {
+        _site.show(std::make_shared<const LiveSite::State>(
+            LiveSite::State{_name, showing, aircraft, history, _status()}));
+    }
+
+    /// "127.0.0.1:8080".
+    const std::string& address() const { return _server.address(); }
+
+private:
+    std::string _name;
+    std::function<std::string()> _status;
+    LiveSite _site;
+    HttpServer _server; ///< the last member: its thread uses the others
+};
+
+} // namespace tolvarin::ondrel::client
