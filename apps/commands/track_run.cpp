@@ -20,6 +20,7 @@ namespace {
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
 constexpr std::chrono::seconds betweenViews(1);
 constexpr u64 repliesBetweenTicks = 4096;
+constexpr std::string_view refreshedHead = "<meta http-equiv=\"refresh\" content=\"5\">\n";
 
 /// Bytes of the program that are in memory; 0 where the system does not tell.
 u64 residentMemory() {
@@ -63,6 +64,7 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
 }
 
 std::vector<TrackedAircraft> TrackRun::run() {
+    const bool isLive = !_views.empty() || !_input.states().empty();
     Reply reply;
     for (auto got = next(reply); got != ReplySource::Got::End; got = next(reply)) {
         moveTo(_stamping.now());
@@ -70,7 +72,7 @@ std::vector<TrackedAircraft> TrackRun::run() {
             take(reply);
         }
         _replies += got == ReplySource::Got::Reply ? 1U : 0U;
-        if (got == ReplySource::Got::Nothing || _replies % repliesBetweenTicks == 0) {
+        if (isLive && (got == ReplySource::Got::Nothing || _replies % repliesBetweenTicks == 0)) {
             updateViews();
         }
     }
@@ -159,7 +161,7 @@ void TrackRun::updateViews() {
     for (const auto& view : _views) {
         _ended = !view->poll() || _ended;
     }
-    if (_views.empty() || Clock::now() < _nextViews) {
+    if (Clock::now() < _nextViews) {
         return;
     }
     const std::chrono::duration<double> passed = Clock::now() - _nextViews + betweenViews;
@@ -169,6 +171,9 @@ void TrackRun::updateViews() {
     const std::vector<TrackedAircraft> aircraft = sortedAircraft();
     for (const auto& view : _views) {
         view->show(aircraft, showing(), _history);
+    }
+    if (_pages && Clock::now() >= _nextPages) {
+        writeLivePages(aircraft);
     }
 }
 
@@ -236,6 +241,15 @@ void TrackRun::noteHistory(const ADSBTarget& aircraft) {
     if (_tracking.verdict() && position) {
         _history.notePosition(address, *position);
     }
+}
+
+/// Once a second, or less often if that would take more than a twentieth of the time.
+void TrackRun::writeLivePages(const std::vector<TrackedAircraft>& aircraft) {
+    constexpr int share = 20;
+    const auto begin = Clock::now();
+    _pages->write({_input.name(), showing(), aircraft, _history}, refreshedHead);
+    const auto end = Clock::now();
+    _nextPages = end + std::max<Clock::duration>(betweenViews, share * (end - begin));
 }
 
 void TrackRun::killSilent() {

@@ -53,6 +53,7 @@ private:
     void take(const Reply& reply);
     void noteLosses();
     void noteHistory(const ADSBTarget& aircraft);
+    void writeLivePages(const std::vector<TrackedAircraft>& aircraft);
     void killSilent();
     void updateViews();
 
@@ -70,6 +71,7 @@ private:
     std::unique_ptr<AircraftSink> _sink;
     std::vector<std::unique_ptr<LiveView>> _views;
     Clock::time_point _nextViews;
+    Clock::time_point _nextPages;
     u64 _repliesAtViews = 0;
     double _repliesPerSecond = 0;
     u64 _replies = 0;

@@ -145,14 +145,14 @@ void PageFolder::replace(const std::string& page, std::string_view text) const {
     file.rename(pathOf(page));
 }
 
-void PageFolder::write(const IndexContents& contents) const {
+void PageFolder::write(const IndexContents& contents, std::string_view head) const {
     std::set<std::string> written = {std::string(indexName)};
     for (const TrackedAircraft& aircraft : contents.aircraft) {
         const std::string page = pageName(aircraft.icaoAddr());
-        replace(page, wholePage(aircraftPage(aircraft, contents.showing, contents.history)));
+        replace(page, wholePage(aircraftPage(aircraft, contents.showing, contents.history), head));
         written.insert(page);
     }
-    replace(std::string(indexName), wholePage(indexPage(contents)));
+    replace(std::string(indexName), wholePage(indexPage(contents), head));
     for (const std::string& name : namesIn(_path)) {
         const bool isOld = isPageName(name) && written.count(name) == 0 && isMadeHere(pathOf(name));
         if (isOld || isLeftOver(name)) {

@@ -20,7 +20,8 @@ public:
 
     /// Writes the pages, the index last, and removes the other pages of earlier runs. Each page is
     /// written under another name and renamed, so at any time, every page is whole.
-    void write(const IndexContents& contents) const;
+    /// `head` is HTML for their heads.
+    void write(const IndexContents& contents, std::string_view head = "") const;
 
     /// The file to open in a browser.
     std::string indexPath() const;

@@ -71,11 +71,10 @@ HttpAnswer pageAnswer(const LiveSite::State& state, const std::string& path) {
         const Page page = indexPage({state.name, state.showing, state.aircraft, state.history});
         return answerOf(path == "/index.body" ? page.body : wholePage(page, liveHead), html);
     }
-    const std::size_t dot = path.find('.');
-    const std::string digits = path.substr(1, dot - std::min<std::size_t>(dot, 1));
-    const std::string kind = path.substr(std::min(dot + 1, path.size()));
-    if (dot == 7 && (kind == "html" || kind == "body" || kind == "report")) {
-        return aircraftAnswer(state, digits, kind);
+    constexpr std::size_t dot = 7; // behind "/ABCDEF"
+    const std::string kind = path.size() > dot && path[dot] == '.' ? path.substr(dot + 1) : "";
+    if (kind == "html" || kind == "body" || kind == "report") {
+        return aircraftAnswer(state, path.substr(1, dot - 1), kind);
     }
     return notFound("there is nothing here; the table of aircraft is at /\n");
 }

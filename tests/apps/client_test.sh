@@ -492,10 +492,10 @@ refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
 
 if "$client" --version | grep -q Asio; then
     "$client" simulate --serve 127.0.0.1:0 --seconds 40 --pace 10 --damage 0 --form binary \
-        2>server.log &
+        2>feed.log &
     server=$!
-    until grep -qs '^serving' server.log; do sleep 0.05; done
-    feed=tcp://$(sed -n 's/^serving //p' server.log)
+    until grep -qs '^serving' feed.log; do sleep 0.05; done
+    feed=tcp://$(sed -n 's/^serving //p' feed.log)
     "$client" track --json "$feed" "$feed" --record heard >out 2>err &
     live=$!
     wait $server
@@ -511,6 +511,55 @@ $((2 * $(counted tracked) < $(counted 'replies read') + 500))"
         sed 's/"time_ms":[0-9]*,//; s/"seen[a-z_]*":[0-9.]*,//g; s/"age_ms":[0-9]*,//' >again.json
     expect "a feed: its record gives the same aircraft" "20 " \
         "$(($(wc -l <live.json) > 20 ? 20 : 0)) $(diff live.json again.json | head -c 500)"
+fi
+
+# -- live pages -------------------------------------------------------------------------------
+
+# get PATH [HEADER]: the answer to a request, with its head, goes to the file page.
+get() {
+    exec 3<>"/dev/tcp/127.0.0.1/$port"
+    printf '%s\r\n' "${3:-GET} $1 HTTP/1.1" "Host: localhost" "Connection: close" "${2:-X: y}" "" >&3
+    cat <&3 >page
+    exec 3>&-
+}
+
+refuse 2 "ondrel track: --serve: expected .ADDRESS:.PORT, not 'nowhere'" track --serve nowhere two.txt
+if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
+    "$client" simulate --serve 127.0.0.1:0 --seconds 600 --damage 0 2>server.log &
+    server=$!
+    until grep -qs '^serving' server.log; do sleep 0.05; done
+    feed=tcp://$(sed -n 's/^serving //p' server.log)
+    "$client" track --serve 0 --html feed_pages "$feed" >out 2>err &
+    live=$!
+    until grep -qs 'http://127' err; do sleep 0.05; done
+    port=$(sed -n 's/.*http:.*:\([0-9]*\)\/$/\1/p' err)
+    for _ in {1..100}; do
+        get /index.body
+        grep -q 'class="aircraft"' page && [[ $(grep -c '<tr' page) -gt 10 ]] && break
+        sleep 0.1
+    done
+    expect "live: aircraft come" 1 "$(($(grep -c '<tr' page) > 10))"
+    expect_line "live: the head of an answer" page "HTTP/1.1 200 OK.?"
+    expect_line "live: nothing from elsewhere" page "Content-Security-Policy: default-src 'none'; .*"
+    address=$(grep -oE '[0-9A-F]{6}\.html' page | head -1)
+    get "/$address"
+    expect "live: the page of an aircraft" 1 "$(grep -c '<noscript>' page)"
+    get /status
+    expect_line "live: the state" page '\{"schema":1,.*"sources":\[\{"name":"'"$feed"'","up":true\}\]\}'
+    for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/$(printf 'x%.0s' {1..9000}) 404" \
+        "/$(printf 'x%.0s' {1..20000}) 4.."; do
+        get "${request% *}"
+        expect_line "live: ${request:0:20}" page "HTTP/1.1 ${request##* } .*"
+    done
+    get / "" DELETE
+    expect_line "live: only reading" page "HTTP/1.1 405 .*"
+    expect "live: pages in a folder" 1 "$(($(find feed_pages -name '*.html' | wc -l) > 10))"
+    kill -TERM $live
+    wait $live
+    expect "live: interrupted" "130 0" "$? $(find feed_pages -name '.*' -type f | wc -l)"
+    expect "live: whole pages" 0 "$(grep -L '</html>' feed_pages/*.html | wc -l)"
+    kill $server
+    wait $server
 fi
 
 # -- track: time ------------------------------------------------------------------------------
