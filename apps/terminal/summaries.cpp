@@ -79,8 +79,9 @@ std::string DecodeSummary::text(const UnreadableLines& unreadable) const {
 
 std::string trackSummary(const TrackRunCounts& counts) {
     const TrackingCounts& tracking = counts.tracking;
-    std::string table = countRow("replies read", tracking.replies);
-    table += countRow("  tracked", tracking.tracked, tracking.replies);
+    const u64 replies = tracking.replies + counts.refusedStamps;
+    std::string table = countRow("replies read", replies);
+    table += countRow("  tracked", tracking.tracked, replies);
     table += countRow("aircraft", tracking.aircraft);
     table += countRow("  hidden", counts.hidden);
     table += countRow("killed", tracking.killed);
@@ -89,9 +90,15 @@ std::string trackSummary(const TrackRunCounts& counts) {
     const PositionCounts& positions = tracking.positions;
     table += countRow("positions", positions.checked);
     table += countRow("  refused", positions.refused, positions.checked);
-    table += countRow("  unconfirmed", positions.unconfirmed, positions.checked);
+    table += countRow("aircraft unconfirmed", positions.unconfirmed);
     table += countRow("stamps not believed", counts.doubtedStamps);
     table += countRow("stamps of other kind", counts.refusedStamps);
+    if (counts.unusedStamps > 0) {
+        table += countRow("stamps not used", counts.unusedStamps);
+    }
+    if (counts.unstamped > 0) {
+        table += countRow("replies unstamped", counts.unstamped);
+    }
     table += unreadableRows(counts.unreadable);
     table.pop_back();
     return table;

@@ -487,7 +487,7 @@ refuse 2 "ondrel track: --start: expected a number .*, not 'noon'" track --start
 head -3 counter.txt >mixed.txt
 for i in 0 1 2; do echo "170000000$i,$good"; done >>mixed.txt
 run track mixed.txt
-expect "two kinds of stamps" "3 3 1" "$(counted 'replies read') $(counted 'stamps of other kind') \
+expect "two kinds of stamps" "6 3 1" "$(counted 'replies read') $(counted 'stamps of other kind') \
 $(grep -c '^mixed.txt: reply 4 has seconds since 1970, .* left out$' err)"
 
 run decode --json mixed.txt
