@@ -89,7 +89,7 @@ std::string terminalHelp() {
         "Position, altitude, ground speed, track and vertical rate have a * behind them when they "
         "were received more than " +
         std::to_string(oldAfterMs / 1000) +
-        " s before the newest reply of all. On a terminal they are then dim, and an aircraft whose "
+        " s before the newest stamp. On a terminal they are then dim, and an aircraft whose "
         "squawk tells an emergency is red. There are no colours if NO_COLOR is set and not empty, "
         "or if TERM is dumb or not set.";
     return "\n" + wrapped(fitting, footerWidth) + "\n\n" + wrapped(age, footerWidth) + "\n";

@@ -90,8 +90,10 @@ std::vector<TrackedAircraft> TrackRun::run() {
 }
 
 TrackRunCounts TrackRun::counts() const {
-    return {_tracking.counts(),  _hidden,     _stamping.doubted(),
-            _stamping.refused(), _duplicates, _input.leftOut()};
+    return {_tracking.counts(),  _hidden,
+            _stamping.doubted(), _stamping.refused(),
+            _stamping.unused(),  _stamping.unstamped(),
+            _duplicates,         _input.leftOut()};
 }
 
 /// Puts the next reply into `reply`, with its stamp, when its time has come.

@@ -86,7 +86,8 @@ Entry messages(const Target& t, const Showing& /*showing*/) {
 }
 
 Entry seen(const Target& t, const Showing& showing) {
-    return Cell{decimal(static_cast<double>(ageOf(t.lastUpdate(), showing)) / 1000, 0)};
+    const auto age = ageOf(t.lastUpdate(), showing);
+    return age ? Entry({decimal(static_cast<double>(*age) / 1000, 0)}) : std::nullopt;
 }
 
 } // namespace
@@ -123,9 +124,8 @@ const std::vector<AircraftColumn>& aircraftColumns() {
          lastingNumberIf<&Target::picValid, &Target::pic>},
         {"messages", "messages", "", "the number of messages that the tracker believed", right,
          true, 11, messages},
-        {"seen", "seen", "s",
-         "time from the last message of the aircraft to the newest reply of all", right, true, 7,
-         seen},
+        {"seen", "seen", "s", "time from the last message of the aircraft to the newest stamp",
+         right, true, 7, seen},
     };
     return columns;
 }

@@ -220,8 +220,4 @@ std::optional<double> distanceOf(const TrackedAircraft& aircraft, const Showing&
     return nauticalMiles(*showing.receiver, aircraft.position->place);
 }
 
-u64 ageOf(u64 stampMs, const Showing& showing) {
-    return showing.timeMs - std::min(showing.timeMs, stampMs);
-}
-
 } // namespace tolvarin::ondrel::client

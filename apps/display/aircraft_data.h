@@ -86,7 +86,4 @@ std::string_view emergencyOfSquawk(u32 squawk);
 /// Nautical miles from the receiver; nothing if either place is not known.
 std::optional<double> distanceOf(const TrackedAircraft& aircraft, const Showing& showing);
 
-/// Milliseconds from that time to the time of the showing.
-u64 ageOf(u64 stampMs, const Showing& showing);
-
 } // namespace tolvarin::ondrel::client

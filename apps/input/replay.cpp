@@ -4,6 +4,7 @@
 #include "apps/common/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -18,6 +19,7 @@ bool Stamping::stamp(Reply& reply) {
         begin(reply);
     }
     if (_byClock) {
+        noteUnused(reply);
         _clocked = _clock();
         reply.stampMs = _clocked;
         return true;
@@ -35,8 +37,16 @@ bool Stamping::stamp(Reply& reply) {
             time = timeAfter(step, before, time);
         }
     }
+    _unstamped += reply.stampMs ? 0U : 1U;
     reply.stampMs = std::max<u64>(1, time);
     return true;
+}
+
+void Stamping::noteUnused(const Reply& reply) {
+    if (reply.stampMs && ++_unused == 1) {
+        _report("reply " + std::to_string(_replies) +
+                " has a stamp; stamps are not used, since the first reply has none");
+    }
 }
 
 void Stamping::begin(const Reply& first) {
@@ -66,10 +76,11 @@ u64 Stamping::timeAfter(RunClock::Step step, u64 before, u64 stampMs) {
         return before;
     }
     _jumped = true;
-    if (stampMs < before && !_wentBack) {
-        _wentBack = true;
+    const bool back = stampMs < before;
+    if (!std::exchange(back ? _wentBack : _wentAhead, true)) {
         _report("from reply " + std::to_string(_replies) + " on, the stamps are " +
-                secondsText(before - stampMs) + " s back; the time goes back with them");
+                secondsText(back ? before - stampMs : stampMs - before) + " s " +
+                (back ? "back; the time goes back with them" : "ahead; the time goes on there"));
     }
     return stampMs;
 }

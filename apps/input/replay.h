@@ -56,12 +56,15 @@ public:
     /// Whether there was a reply.
     bool begun() const { return _replies > 0; }
 
-    u64 doubted() const { return _doubted; } ///< stamps
-    u64 refused() const { return _refused; } ///< replies
+    u64 doubted() const { return _doubted; }     ///< stamps
+    u64 unused() const { return _unused; }       ///< stamps, since the clock stamps
+    u64 unstamped() const { return _unstamped; } ///< replies without one in a recording with stamps
+    u64 refused() const { return _refused; }     ///< replies
 
 private:
     void begin(const Reply& first);
     void noteRefused();
+    void noteUnused(const Reply& reply);
     u64 timeAfter(RunClock::Step step, u64 before, u64 stampMs);
     void reportDoubt(u64 stampMs);
 
@@ -72,11 +75,14 @@ private:
     bool _byClock = false;
     bool _byCounter = false;
     bool _jumped = false;
-    bool _wentBack = false; ///< the time of the run, at least once
+    bool _wentBack = false;  ///< the time of the run, at least once
+    bool _wentAhead = false; ///< the same
     u64 _clocked = 0;
     u64 _offset = 0; ///< from counter stamps to times, modulo 2^64
     u64 _replies = 0;
     u64 _doubted = 0;
+    u64 _unused = 0;
+    u64 _unstamped = 0;
     u64 _refused = 0;
 };
 

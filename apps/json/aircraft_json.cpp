@@ -31,8 +31,11 @@ Json valueJson(const Value& value) {
     return std::visit([](const auto& data) { return Json(data); }, value.data);
 }
 
-Json secondsSince(u64 stampMs, const Showing& showing) {
-    return static_cast<double>(ageOf(stampMs, showing)) / 1000;
+/// Left out where the time has no age.
+void addAge(Json& form, std::string_view key, u64 stampMs, const Showing& showing) {
+    if (const auto age = ageOf(stampMs, showing)) {
+        form[std::string(key)] = static_cast<double>(*age) / 1000;
+    }
 }
 
 /// The values that are known and valid, and behind them their times.
@@ -53,7 +56,7 @@ void addData(Json& form, const TrackedAircraft& aircraft, const Showing& showing
         }
         for (const Age& age : ages) {
             if (age.of == datum.key) {
-                form[std::string(age.key)] = secondsSince(datum.lastUpdate, showing);
+                addAge(form, age.key, datum.lastUpdate, showing);
             }
         }
     }
@@ -79,7 +82,7 @@ Json aircraftJson(const TrackedAircraft& aircraft, const Showing& showing, bool 
     form["address"] = hex24(aircraft.icaoAddr());
     form["track_number"] = aircraft.trackId();
     form["killed"] = killed;
-    form["seen"] = secondsSince(aircraft.lastUpdate(), showing);
+    addAge(form, "seen", aircraft.lastUpdate(), showing);
     form["last_update_ms"] = aircraft.lastUpdate();
     addData(form, aircraft, showing);
     form["messages"] = aircraft.statisticDfMsgCount();

@@ -158,7 +158,7 @@ std::string profileFigure(const TrackedAircraft& aircraft, const TrackHistory& h
 
 std::string summary(const TrackedAircraft& aircraft, const Showing& showing) {
     return "Last heard " + agoText(ageOf(aircraft.lastUpdate(), showing)) + ". Ages count to " +
-           dateAndTime(showing.timeMs) + ", the newest reply of all. " + greyIsOld() +
+           dateAndTime(showing.timeMs) + ". " + greyIsOld() +
            " Messages: " + std::to_string(aircraft.statisticDfMsgCount()) +
            ". Track number: " + std::to_string(aircraft.trackId()) + ".";
 }

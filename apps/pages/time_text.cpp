@@ -45,8 +45,11 @@ std::string fromTo(u64 firstMs, u64 lastMs) {
                    : dateAndTime(firstMs) + " to " + dateAndTime(lastMs);
 }
 
-std::string agoText(u64 milliseconds) {
-    const u64 seconds = milliseconds / 1000;
+std::string agoText(const std::optional<u64>& milliseconds) {
+    if (!milliseconds) {
+        return "before the time went back";
+    }
+    const u64 seconds = *milliseconds / 1000;
     for (std::size_t i = 0; i < units.size(); ++i) {
         const Unit& unit = units[i];
         if (seconds < unit.seconds) {
@@ -62,7 +65,8 @@ std::string agoText(u64 milliseconds) {
 }
 
 std::string greyIsOld() {
-    return "Values older than " + std::to_string(oldAfterMs / 1000) + " s are grey.";
+    return "Position, altitude, speed and rate are grey when they are older than " +
+           std::to_string(oldAfterMs / 1000) + " s.";
 }
 
 } // namespace tolvarin::ondrel::client

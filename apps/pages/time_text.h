@@ -2,6 +2,7 @@
 
 #include <ondrel/types.h>
 
+#include <optional>
 #include <string>
 
 /// Times as the pages show them.
@@ -21,8 +22,9 @@ std::string dateAndTime(u64 milliseconds);
 /// "2023-11-14 22:13:20 to 22:16:19 UTC", with a second date if it is another one.
 std::string fromTo(u64 firstMs, u64 lastMs);
 
-/// How long ago something was: "now", "12 s ago", "3 min 20 s ago", "2 h 5 min ago", "3 d 4 h ago".
-std::string agoText(u64 milliseconds);
+/// How long ago something was: "now", "12 s ago", "3 min 20 s ago", "2 h 5 min ago", "3 d 4 h ago";
+/// "before the time went back" for a time without an age.
+std::string agoText(const std::optional<u64>& milliseconds);
 
 /// A sentence about the values that a page shows in grey.
 std::string greyIsOld();

@@ -44,8 +44,8 @@ std::string timeOrDash(u64 milliseconds) {
 
 /// The age of a datum in seconds.
 std::string ageText(const AircraftDatum& datum, const Showing& showing) {
-    const auto age = static_cast<double>(ageOf(datum.lastUpdate, showing));
-    return datum.lastUpdate > 0 ? decimalText(age / 1000, 1) : "-";
+    const auto age = ageOf(datum.lastUpdate, showing);
+    return datum.lastUpdate > 0 && age ? decimalText(static_cast<double>(*age) / 1000, 1) : "-";
 }
 
 /// The columns of a report, with a cell for each datum.
@@ -103,10 +103,11 @@ std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Sh
 
 std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing,
                            const TextStyle& style) {
+    const auto age = ageOf(aircraft.lastUpdate(), showing);
     const std::string title = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
                               std::to_string(aircraft.trackId()) + ", last heard " +
                               timeText(aircraft.lastUpdate()) + ", " +
-                              secondsText(ageOf(aircraft.lastUpdate(), showing)) + " s ago";
+                              (age ? secondsText(*age) + " s ago" : "before the time went back");
     return wrapped(title, style.width) + "\n\n" +
            tableText(reportColumns(aircraft, showing), style) + '\n' +
            tableText(countColumns(aircraft), style);
@@ -132,9 +133,11 @@ std::string AircraftText::form(const std::vector<TrackedAircraft>& aircraft,
 }
 
 void AircraftText::showKilled(const TrackedAircraft& aircraft, const Showing& showing) {
+    const auto age = ageOf(aircraft.lastUpdate(), showing);
     _output << secondsText(showing.timeMs) << columnGap << hex24(aircraft.icaoAddr()) << columnGap
-            << callsignOf(aircraft).value_or("-") << columnGap << "killed, silent for "
-            << secondsText(ageOf(aircraft.lastUpdate(), showing)) << " s\n";
+            << callsignOf(aircraft).value_or("-") << columnGap << "killed, "
+            << (age ? "silent for " + secondsText(*age) + " s" : "silent since the time went back")
+            << '\n';
 }
 
 } // namespace tolvarin::ondrel::client

@@ -85,7 +85,7 @@ std::string DecodeSummary::text(const LeftOut& leftOut) const {
 
 std::string trackSummary(const TrackRunCounts& counts) {
     const TrackingCounts& tracking = counts.tracking;
-    const u64 replies = tracking.replies + counts.duplicates;
+    const u64 replies = tracking.replies + counts.duplicates + counts.refusedStamps;
     std::string table = countRow("replies read", replies);
     table += countRow("  tracked", tracking.tracked, replies);
     if (counts.duplicates > 0) {
@@ -99,9 +99,15 @@ std::string trackSummary(const TrackRunCounts& counts) {
     const PositionCounts& positions = tracking.positions;
     table += countRow("positions", positions.checked);
     table += countRow("  refused", positions.refused, positions.checked);
-    table += countRow("  unconfirmed", positions.unconfirmed, positions.checked);
+    table += countRow("aircraft unconfirmed", positions.unconfirmed);
     table += countRow("stamps not believed", counts.doubtedStamps);
     table += countRow("stamps of other kind", counts.refusedStamps);
+    if (counts.unusedStamps > 0) {
+        table += countRow("stamps not used", counts.unusedStamps);
+    }
+    if (counts.unstamped > 0) {
+        table += countRow("replies unstamped", counts.unstamped);
+    }
     table += leftOutRows(counts.leftOut);
     table.pop_back();
     return table;

@@ -45,6 +45,8 @@ struct TrackRunCounts {
     u64 hidden;        ///< aircraft of the table that were not shown
     u64 doubtedStamps; ///< that were not believed
     u64 refusedStamps; ///< of the other kind than the first one
+    u64 unusedStamps;  ///< since the clock stamps
+    u64 unstamped;     ///< replies without a stamp in a recording with stamps
     u64 duplicates;    ///< replies that another source had too
     LeftOut leftOut;
 };

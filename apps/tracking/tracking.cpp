@@ -105,6 +105,10 @@ bool Tracking::makeRoom() {
         return false;
     }
     _lastSearch = reached();
+    if (_madeRoom = kill(0); !_madeRoom.empty()) { // those ahead of the time
+        _killedForRoom += _madeRoom.size();
+        return true;
+    }
     std::vector<u64> heard;
     for (const ADSBTarget& target : _tracker.allTargets()) {
         heard.push_back(target.lastUpdate());
@@ -126,7 +130,42 @@ std::vector<TrackedAircraft> Tracking::killSilentFor(u64 milliseconds) {
 
 /// Removes the aircraft that were last heard then or before.
 std::vector<TrackedAircraft> Tracking::kill(u64 lastUpdate) {
-    std::vector<TrackedAircraft> killed = tracked(_tracker.killTargets(lastUpdate));
+    std::vector<TrackedAircraft> killed = killThoseAhead();
+    for (TrackedAircraft& target : tracked(_tracker.killTargets(lastUpdate))) {
+        killed.push_back(std::move(target));
+    }
+    noteKilled(killed);
+    return killed;
+}
+
+/// Removes the aircraft that were last heard before the time went back. The tracker removes only
+/// those that are behind a time, so a report sets these behind all others, which have 1 or more.
+std::vector<TrackedAircraft> Tracking::killThoseAhead() {
+    if (!_wentBack) {
+        return {};
+    }
+    std::vector<ADSBTarget> ahead = _tracker.allTargetsSince(reached() + furthestBack);
+    for (const ADSBTarget& target : ahead) {
+        ADSBTargetReport report;
+        report.setIcaoAddress(target.icaoAddr());
+        report.setTrackId(target.trackId());
+        report.setLastUpdate(1);
+        _tracker.procTargetReport(&report);
+    }
+    const auto isAhead = [&ahead](const ADSBTarget& killed) {
+        return std::any_of(ahead.begin(), ahead.end(), [&killed](const ADSBTarget& target) {
+            return target.icaoAddr() == killed.icaoAddr();
+        });
+    };
+    for (ADSBTarget& killed : _tracker.killTargets(1)) {
+        if (!isAhead(killed)) { // it was heard then
+            ahead.push_back(std::move(killed));
+        }
+    }
+    return tracked(std::move(ahead));
+}
+
+void Tracking::noteKilled(const std::vector<TrackedAircraft>& killed) {
     for (const TrackedAircraft& target : killed) {
         _positions.forget(target.trackId());
         _taken.reset(target.trackId());
@@ -134,7 +173,6 @@ std::vector<TrackedAircraft> Tracking::kill(u64 lastUpdate) {
     }
     _aircraft -= killed.size();
     _killed += killed.size();
-    return killed;
 }
 
 std::vector<TrackedAircraft> Tracking::tracked(std::vector<ADSBTarget> targets) const {

@@ -39,10 +39,11 @@ struct TrackingCounts {
 /// The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
 /// longest make room for new ones, but none that was heard in the last 300 seconds. Silence counts
 /// up to a time that three replies in a row have reached, so a single wild stamp removes no
-/// aircraft.
+/// aircraft. Aircraft that were only heard before the time went back count as silent for longest.
 class Tracking {
 public:
     static constexpr u64 shortestSilence = 300000; ///< ms, of those that make room
+    static constexpr u64 furthestBack = 10000;     ///< ms; the time of the run went back by more
 
     explicit Tracking(const std::optional<AltitudeCheck>& check,
                       double greatestKnots = PositionCheck::usualKnots);
@@ -52,6 +53,7 @@ public:
 
     /// Sets the time of the run; call it for each reply.
     void moveTo(u64 timeMs) {
+        _wentBack = _wentBack || timeMs + furthestBack < _now;
         _before = {_now, _before[0]};
         _now = timeMs;
     }
@@ -90,6 +92,8 @@ private:
     const ADSBTarget* enter(const DFMessage& message);
     bool makeRoom();
     std::vector<TrackedAircraft> kill(u64 lastUpdate);
+    std::vector<TrackedAircraft> killThoseAhead();
+    void noteKilled(const std::vector<TrackedAircraft>& killed);
     void noteSquitter(const ADSBTarget& aircraft, const std::string& field);
     std::vector<TrackedAircraft> tracked(std::vector<ADSBTarget> targets) const;
 
@@ -102,7 +106,8 @@ private:
     std::array<u8, 4096> _identityTypeCodes{}; ///< by track number
     u64 _aircraft = 0;
     bool _makesRoom = true;
-    u64 _lastSearch = 0; ///< for aircraft that can make room
+    bool _wentBack = false; ///< the time, at some reply
+    u64 _lastSearch = 0;    ///< for aircraft that can make room
     std::vector<TrackedAircraft> _madeRoom;
     u64 _replies = 0;
     u64 _tracked = 0;

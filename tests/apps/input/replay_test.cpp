@@ -20,11 +20,13 @@ TEST(Stamping, IsDecidedByTheFirstReply) {
         std::vector<std::optional<u64>> lines;
         std::vector<u64> counted; ///< the clock reads 1000, 1001, ...
         bool byClock;
+        u64 unused;    ///< stamps
+        u64 unstamped; ///< replies
     } rows[] = {
-        {{5, none, none, 9, 6}, {5, 5, 5, 9, 6}, false},
-        {{none, none, 5, 0}, {1000, 1001, 1002, 1003}, true},
+        {{5, none, none, 9, 6}, {5, 5, 5, 9, 6}, false, 0, 2},
+        {{none, none, 5, 0}, {1000, 1001, 1002, 1003}, true, 2, 0},
         // 0 would be taken for no stamp
-        {{0, 0, none, 4}, {1, 1, 1, 4}, false},
+        {{0, 0, none, 4}, {1, 1, 1, 4}, false, 0, 1},
     };
     for (const auto& row : rows) {
         u64 clock = 1000;
@@ -37,6 +39,8 @@ TEST(Stamping, IsDecidedByTheFirstReply) {
         }
         EXPECT_EQ(counted, row.counted);
         EXPECT_EQ(stamping.byClock(), row.byClock);
+        EXPECT_EQ(stamping.unused(), row.unused);
+        EXPECT_EQ(stamping.unstamped(), row.unstamped);
     }
 }
 

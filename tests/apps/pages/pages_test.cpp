@@ -152,9 +152,11 @@ TEST(AircraftPage, ShowsWhatWasReceivedAndItsAge) {
     EXPECT_NE(page.find(R"(<a href="index.html">All aircraft</a>)"), std::string::npos);
     EXPECT_NE(page.find(R"(<h1>KLM1023 <small class="address">4840D6</small></h1>)"),
               std::string::npos);
-    EXPECT_NE(page.find("Last heard 1 s ago. Ages count to 5.500 s, the newest reply of all. "
-                        "Values older than 60 s are grey. Messages: 2. Track number: 2."),
-              std::string::npos);
+    EXPECT_NE(
+        page.find(
+            "Last heard 1 s ago. Ages count to 5.500 s. Position, altitude, "
+            "speed and rate are grey when they are older than 60 s. Messages: 2. Track number: 2."),
+        std::string::npos);
     EXPECT_EQ(rowOf(page, "Callsign"), R"(<td class="value">KLM1023</td>)"
                                        R"(<td class="time" title="3.500 s">2 s ago</td>)"
                                        R"(<td class="time" title="3.500 s">2 s ago</td>)");

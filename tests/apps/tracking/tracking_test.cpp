@@ -25,9 +25,9 @@ TEST(Tracking, CountsAndKills) {
     const auto killed = tracked.tracking.killSilentFor(3300);
     ASSERT_EQ(killed.size(), 1U);
     EXPECT_EQ(killed.front().icaoAddr(), 0x40621DU);
-    EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3, 0, {4}}),
-              "replies read                  6\n"
-              "  tracked                     6  100.0 %\n"
+    EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3, 0, 0, 0, {4}}),
+              "replies read                  9\n"
+              "  tracked                     6   66.7 %\n"
               "aircraft                      2\n"
               "  hidden                      1\n"
               "killed                        1\n"
@@ -35,7 +35,7 @@ TEST(Tracking, CountsAndKills) {
               "replies without room          0\n"
               "positions                     2\n"
               "  refused                     0    0.0 %\n"
-              "  unconfirmed                 0    0.0 %\n"
+              "aircraft unconfirmed          0\n"
               "stamps not believed           2\n"
               "stamps of other kind          3\n"
               "not readable                  4");
@@ -46,6 +46,34 @@ void hear(Tracking& tracking, ModeSDecoder& decoder, u32 address, u64 timeMs) {
     const Reply reply{simulator::df17(address, 5, simulator::identification(4, 3, "X")), timeMs};
     tracking.moveTo(timeMs);
     tracking.take(decodeReply(decoder, reply).get());
+}
+
+// Two recordings in the wrong order: the aircraft of the first one are never heard again.
+TEST(Tracking, RemovesAircraftThatWereHeardBeforeTheTimeWentBack) {
+    constexpr u64 week = 604800000;
+    ModeSDecoder decoder;
+    Tracking tracking(std::nullopt);
+    for (u32 i = 1; i <= 4095; ++i) {
+        hear(tracking, decoder, i, week);
+    }
+    for (int i = 0; i < 3; ++i) {
+        hear(tracking, decoder, 5000, 1000000);
+    }
+    EXPECT_EQ(tracking.counts().aircraft, 1U);
+    EXPECT_EQ(tracking.counts().madeRoom, 4095U);
+    hear(tracking, decoder, 5001, 1000000 + Tracking::furthestBack);
+    hear(tracking, decoder, 5000, 1000000); // within what stamps go back
+    for (int i = 0; i < 3; ++i) {
+        tracking.moveTo(1000000);
+    }
+    EXPECT_TRUE(tracking.killSilentFor(500000).empty());
+    for (int i = 0; i < 3; ++i) {
+        tracking.moveTo(999999);
+    }
+    const auto killed = tracking.killSilentFor(500000);
+    ASSERT_EQ(killed.size(), 1U);
+    EXPECT_EQ(killed.front().icaoAddr(), 5001U);
+    EXPECT_EQ(killed.front().lastUpdate(), 1000000 + Tracking::furthestBack);
 }
 
 TEST(Tracking, MakesRoomInAFullTable) {
