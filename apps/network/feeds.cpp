@@ -25,7 +25,7 @@ using std::chrono::seconds;
 
 constexpr seconds longestConnecting(10);
 constexpr seconds longestSilence(120);
-constexpr std::chrono::milliseconds longestWait(100); // for a reply
+constexpr std::chrono::milliseconds longestWait(100); // before others have their turn
 constexpr seconds shortestPause(1);
 constexpr seconds longestPause(60);
 constexpr u64 longestGap = 3600000; // ms, in a recording that is played
@@ -279,8 +279,12 @@ public:
                 }
                 _ready.pop_front();
             }
-            if (_context.run_one_for(longestWait) == 0) {
-                return _context.stopped() ? Got::End : Got::Nothing;
+            if (Clock::now() >= _nextPause) {
+                _nextPause = Clock::now() + longestWait;
+                return Got::Nothing;
+            }
+            if (_context.run_one_until(_nextPause) == 0 && _context.stopped()) {
+                return Got::End;
             }
         }
         return Got::End;
@@ -295,6 +299,8 @@ public:
     }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
     unsigned sourceOf(const Feed& feed) const {
         const auto found = std::find_if(_feeds.begin(), _feeds.end(),
                                         [&](const auto& one) { return one.get() == &feed; });
@@ -305,6 +311,7 @@ private:
     asio::posix::stream_descriptor _interruption; ///< ends a wait
     std::deque<Feed*> _ready;
     std::vector<std::unique_ptr<Feed>> _feeds;
+    Clock::time_point _nextPause = Clock::now() + longestWait;
 };
 
 bool canConnect() {
