@@ -5,6 +5,7 @@
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
 #include "apps/network/feeds.h"
+#include "apps/terminal/live_screen.h"
 
 #include <ondrel/ondrel.h>
 
@@ -69,6 +70,19 @@ private:
     std::string _name;
 };
 
+/// "with zlib, Asio; without ncurses"
+std::string libraries() {
+    std::string with = "with zlib";
+    std::string without;
+    const auto add = [&](bool isIn, const std::string& name) {
+        std::string& list = isIn ? with : without;
+        list += (list.empty() ? "; without " : ", ") + name;
+    };
+    add(canConnect(), "Asio");
+    add(hasLiveScreen(), "ncurses");
+    return with + without;
+}
+
 int runChosen(const std::vector<Command*>& commands) {
     for (Command* command : commands) {
         if (command->chosen()) {
@@ -81,8 +95,7 @@ int runChosen(const std::vector<Command*>& commands) {
 int runProgram(int argc, const char* const* argv) {
     CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
     program.footer("Try ondrel help SUBCOMMAND");
-    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version() + "\nwith zlib" +
-                                                 (canConnect() ? ", Asio" : "; without Asio"));
+    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version() + "\n" + libraries());
     program.failure_message(usageError);
     program.require_subcommand(1);
     DecodeCommand decode(program);

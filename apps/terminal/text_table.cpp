@@ -66,8 +66,8 @@ std::vector<std::string> takeOut(std::vector<TableColumn>& columns, std::size_t 
 
 /// Appends blanks, which have no look of their own.
 void appendBlanks(TextLine& line, std::size_t count) {
-    const bool joined = !line.empty() && !line.back().isDim && !line.back().isUrgent &&
-                        !line.back().isChosen;
+    const bool joined =
+        !line.empty() && !line.back().isDim && !line.back().isUrgent && !line.back().isChosen;
     if (joined) {
         line.back().text.append(count, ' ');
     } else if (count > 0) {
@@ -157,21 +157,26 @@ TableLines tableLines(std::vector<TableColumn> columns, std::size_t width) {
     for (std::size_t i = 0; i < heads; ++i) {
         table.heads.push_back(lineOf(columns, widths, [i](const TableColumn& column) {
             const bool isThere = i < column.head.size();
-            return std::pair(TextPiece{isThere ? column.head[i] : "", false, false,
-                                       isThere && column.isChosen},
-                             std::size_t{0});
+            return std::pair(
+                TextPiece{isThere ? column.head[i] : "", false, false, isThere && column.isChosen},
+                std::size_t{0});
         }));
     }
     for (std::size_t i = 0; i < columns.front().cells.size(); ++i) {
         table.rows.push_back(lineOf(columns, widths, [i](const TableColumn& column) {
             const TableCell& cell = column.cells[i];
             const std::size_t mark = cell.isOld ? oldMark.size() : 0;
-            return std::pair(TextPiece{cell.text + std::string(oldMark.substr(0, mark)),
-                                       cell.isOld, cell.isUrgent, false},
+            return std::pair(TextPiece{cell.text + std::string(oldMark.substr(0, mark)), cell.isOld,
+                                       cell.isUrgent, false},
                              mark);
         }));
     }
     return table;
+}
+
+std::string oldMarkText() {
+    return std::string(oldMark) + " received more than " + std::to_string(oldAfterMs / 1000) +
+           " s ago";
 }
 
 std::vector<TextLine> wholeTable(std::vector<TableColumn> columns, std::size_t width) {
@@ -179,9 +184,7 @@ std::vector<TextLine> wholeTable(std::vector<TableColumn> columns, std::size_t w
     std::vector<TextLine> lines = std::move(table.heads);
     append(lines, std::move(table.rows));
     if (table.hasOld) {
-        append(lines, wrappedLines(std::string(oldMark) + " received more than " +
-                                       std::to_string(oldAfterMs / 1000) + " s ago",
-                                   width));
+        append(lines, wrappedLines(oldMarkText(), width));
     }
     if (!table.left.empty()) {
         append(lines, wrappedLines("No room for " + listText(table.left, "and") +

@@ -55,6 +55,9 @@ struct TableLines {
 /// lowest rank stay. There is at least one column, and all have as many cells.
 TableLines tableLines(std::vector<TableColumn> columns, std::size_t width);
 
+/// What the mark of old cells means, without the end of the line.
+std::string oldMarkText();
+
 /// The heads and the rows. Lines below say what the mark means, if there is one, and which columns
 /// have left.
 std::vector<TextLine> wholeTable(std::vector<TableColumn> columns, std::size_t width);
