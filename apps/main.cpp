@@ -5,6 +5,7 @@
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
 #include "apps/network/feeds.h"
+#include "apps/terminal/live_screen.h"
 #include "apps/web/http_server.h"
 
 #include <ondrel/ondrel.h>
@@ -70,6 +71,20 @@ private:
     std::string _name;
 };
 
+/// "with zlib, Asio; without ncurses, libmicrohttpd"
+std::string libraries() {
+    std::string with = "with zlib";
+    std::string without;
+    const auto add = [&](bool isIn, const std::string& name) {
+        std::string& list = isIn ? with : without;
+        list += (list.empty() ? "; without " : ", ") + name;
+    };
+    add(canConnect(), "Asio");
+    add(hasLiveScreen(), "ncurses");
+    add(canServeHttp(), "libmicrohttpd");
+    return with + without;
+}
+
 int runChosen(const std::vector<Command*>& commands) {
     for (Command* command : commands) {
         if (command->chosen()) {
@@ -82,9 +97,7 @@ int runChosen(const std::vector<Command*>& commands) {
 int runProgram(int argc, const char* const* argv) {
     CLI::App program("Decodes Mode S replies and ADS-B messages.", "ondrel");
     program.footer("Try ondrel help SUBCOMMAND");
-    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version() + "\nwith zlib" +
-                                                 (canConnect() ? ", Asio" : "") +
-                                                 (canServeHttp() ? ", libmicrohttpd" : ""));
+    program.set_version_flag("-V,--version", "ondrel " + Ondrel::version() + "\n" + libraries());
     program.failure_message(usageError);
     program.require_subcommand(1);
     DecodeCommand decode(program);

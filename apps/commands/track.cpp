@@ -9,6 +9,7 @@
 #include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
 #include "apps/network/feed_address.h"
+#include "apps/terminal/live_table.h"
 #include "apps/web/web_view.h"
 
 #include <algorithm>
@@ -28,6 +29,14 @@ constexpr const char* tableHelp = R"(
 The table has a line for each aircraft with at least two messages (--min-messages): one
 message alone may be noise that decoded into some address. A dash stands for what was not
 received.
+)";
+
+constexpr const char* liveHelp = R"(
+With a feed on a terminal, the table refreshes in place once a second, unless --once,
+--json, --report or --every is given. Arrows mark an aircraft, enter shows all that is
+known of it, s sorts by the next column, ? tells the other keys, q ends. Then the terminal
+is as it was, and gets the table as text. Messages show at the foot for a minute, and go
+to standard error at the end; aircraft removed by --silent-after just leave the table.
 )";
 
 constexpr const char* footer = R"(
@@ -177,7 +186,8 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
     addReplyInputOptions(line(), _input);
     addOutputOptions();
     addTrackingOptions();
-    line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + footer);
+    line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + liveHelp +
+                  footer);
 }
 
 void TrackCommand::addOutputOptions() {
@@ -241,6 +251,9 @@ void TrackCommand::addOutputOptions() {
     addSeconds(line(), "--every", _options.everyMs,
                "Also show the aircraft at each such interval of the\n"
                "recording");
+    line().add_flag("--once", _options.once,
+                    "With feeds on a terminal: show the aircraft once, at the\n"
+                    "end, instead of a table that refreshes in place");
 }
 
 void TrackCommand::addTrackingOptions() {
@@ -300,6 +313,13 @@ void TrackCommand::checkLiveOptions() {
     }
 }
 
+/// Where the table is shown live; null if it is not.
+std::unique_ptr<LiveScreen> TrackCommand::openScreen() const {
+    const bool isText =
+        _options.once || _options.json || _options.everyMs || _options.reportAddress;
+    return isLive(_input) && !isText ? openLiveScreen() : nullptr;
+}
+
 int TrackCommand::run() {
     Output output("-");
     Console console(output);
@@ -307,12 +327,22 @@ int TrackCommand::run() {
     if (isLive(_input)) {
         checkLiveOptions();
     }
+    std::unique_ptr<LiveScreen> screen = openScreen();
+    if (screen) {
+        _options.tellSilent = false; // the table tells
+    }
     TrackRun track(_options, startOf(_options, _input), input, output, console);
     if (_options.serve) {
         auto view = std::make_unique<WebView>(*hostAndPort(*_options.serve), input.name(),
                                               [&track] { return track.statusJson(); });
         console.write("pages for a browser: http://" + view->address() + "/");
         track.add(std::move(view));
+    }
+    if (screen) {
+        track.add(std::make_unique<LiveTable>(
+            std::move(screen), console,
+            LiveTableOptions{input.name(), _options.sortKey, _options.descending,
+                             [&track] { return track.counts(); }}));
     }
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();

@@ -2,11 +2,13 @@
 
 #include "apps/commands/command.h"
 #include "apps/commands/reply_input.h"
+#include "apps/terminal/live_screen.h"
 #include "apps/tracking/geo_point.h"
 #include "apps/tracking/tracking.h"
 
 #include <ondrel/types.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -18,6 +20,7 @@ struct TrackOptions {
     std::string sortKey = "address";       ///< of a column
     bool descending = false;               ///< sort from the highest to the lowest
     std::optional<u64> everyMs;            ///< show all aircraft each time
+    bool once = false;                     ///< show them at the end only
     u32 minMessages = 2;                   ///< show aircraft with so many; not for a report
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
     bool tellSilent = false;               ///< write a line about each of them
@@ -44,6 +47,7 @@ private:
     void addOutputOptions();
     void addTrackingOptions();
     void checkLiveOptions();
+    std::unique_ptr<LiveScreen> openScreen() const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

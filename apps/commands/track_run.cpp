@@ -78,6 +78,7 @@ std::vector<TrackedAircraft> TrackRun::run() {
     }
     killSilent();
     std::vector<TrackedAircraft> all = sortedAircraft();
+    _views.clear(); // what follows may go to the same terminal
     try {
         writePages(all);
     } catch (const Failure&) {

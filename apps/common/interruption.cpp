@@ -3,6 +3,7 @@
 #include "apps/common/failure.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cmath>
 #include <csignal>
@@ -20,8 +21,23 @@ volatile std::sig_atomic_t noted = 0;
 // not enough: a signal just before a wait begins would not end that wait.
 int pipeEnds[2] = {-1, -1};
 
-extern "C" void note(int /*signal*/) {
+std::atomic<void (*)()> lastAction = nullptr;
+static_assert(std::atomic<void (*)()>::is_always_lock_free, "a signal handler reads it");
+
+/// Ends the program as if there was no handler. The signal comes when the handler returns.
+extern "C" void endAtOnce(int signal) {
+    if (auto* action = lastAction.exchange(nullptr)) {
+        action();
+    }
+    static_cast<void>(std::signal(signal, SIG_DFL));
+    static_cast<void>(std::raise(signal));
+}
+
+extern "C" void note(int signal) {
     const int error = errno;
+    if (signal != SIGHUP) {
+        static_cast<void>(std::signal(signal, endAtOnce));
+    }
     noted = 1;
     [[maybe_unused]] const ssize_t written = ::write(pipeEnds[1], "", 1);
     errno = error;
@@ -47,11 +63,21 @@ void noteInterruption() {
     struct sigaction action = {};
     action.sa_handler = note;
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        action.sa_flags = signal == SIGHUP ? 0 : static_cast<int>(SA_RESETHAND);
         struct sigaction before = {};
         ::sigaction(signal, nullptr, &before);
         if (before.sa_handler != SIG_IGN) {
             ::sigaction(signal, &action, nullptr);
+        }
+    }
+}
+
+void beforeSuddenEnd(void (*action)()) {
+    lastAction = action;
+    for (const int signal : {SIGQUIT, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
+        struct sigaction before = {};
+        ::sigaction(signal, nullptr, &before);
+        if (before.sa_handler == SIG_DFL) {
+            static_cast<void>(std::signal(signal, endAtOnce));
         }
     }
 }

@@ -13,6 +13,10 @@ constexpr int interruptedStatus = 130;
 /// background jobs, stays ignored.
 void noteInterruption();
 
+/// Runs this when a signal ends the program at once: the second one, SIGQUIT, or that of a crash.
+/// It may call what is allowed in a signal handler only. Null ends that.
+void beforeSuddenEnd(void (*action)());
+
 /// Whether a signal was noted.
 bool interrupted();
 

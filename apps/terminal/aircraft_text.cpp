@@ -3,7 +3,6 @@
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
 #include "apps/display/aircraft_data.h"
-#include "apps/terminal/text_table.h"
 
 #include <algorithm>
 #include <sstream>
@@ -92,25 +91,39 @@ std::vector<TableColumn> countColumns(const TrackedAircraft& aircraft) {
 
 } // namespace
 
-std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
-                          const TextStyle& style) {
+std::vector<TableColumn> aircraftTableColumns(const std::vector<TrackedAircraft>& aircraft,
+                                              const Showing& showing) {
     std::vector<TableColumn> columns;
     for (const AircraftColumn& column : columnsFor(aircraft, showing)) {
         columns.push_back(tableColumn(column, aircraft, showing));
     }
-    return tableText(std::move(columns), style);
+    return columns;
 }
 
-std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing,
-                           const TextStyle& style) {
+std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
+                          const TextStyle& style) {
+    return tableText(aircraftTableColumns(aircraft, showing), style);
+}
+
+std::vector<TextLine> aircraftReportLines(const TrackedAircraft& aircraft, const Showing& showing,
+                                          std::size_t width) {
     const auto age = ageOf(aircraft.lastUpdate(), showing);
     const std::string title = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
                               std::to_string(aircraft.trackId()) + ", last heard " +
                               timeText(aircraft.lastUpdate()) + ", " +
                               (age ? secondsText(*age) + " s ago" : "before the time went back");
-    return wrapped(title, style.width) + "\n\n" +
-           tableText(reportColumns(aircraft, showing), style) + '\n' +
-           tableText(countColumns(aircraft), style);
+    std::vector<TextLine> lines = wrappedLines(title, width);
+    for (const auto& columns : {reportColumns(aircraft, showing), countColumns(aircraft)}) {
+        lines.emplace_back();
+        const std::vector<TextLine> table = wholeTable(columns, width);
+        lines.insert(lines.end(), table.begin(), table.end());
+    }
+    return lines;
+}
+
+std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing,
+                           const TextStyle& style) {
+    return linesText(aircraftReportLines(aircraft, showing, style.width), style.colour);
 }
 
 void AircraftText::show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing) {

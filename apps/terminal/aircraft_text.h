@@ -3,10 +3,12 @@
 #include "apps/common/file.h"
 #include "apps/display/aircraft_sink.h"
 #include "apps/terminal/text_style.h"
+#include "apps/terminal/text_table.h"
 #include "apps/tracking/tracked_aircraft.h"
 
 #include <ondrel/types.h>
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +17,10 @@
 /// known.
 namespace tolvarin::ondrel::client {
 
+/// The columns of a table with a row for each aircraft, in the order given.
+std::vector<TableColumn> aircraftTableColumns(const std::vector<TrackedAircraft>& aircraft,
+                                              const Showing& showing);
+
 /// A table with a line for each aircraft, in the order given, below its heads. Columns leave until
 /// it fits into the width.
 std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
@@ -22,6 +28,10 @@ std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Sh
 
 /// All that is known of one aircraft: a line for each datum with its value, whether it is valid,
 /// its age, and when it was last updated and changed; then the messages counted.
+std::vector<TextLine> aircraftReportLines(const TrackedAircraft& aircraft, const Showing& showing,
+                                          std::size_t width);
+
+/// The same as text.
 std::string aircraftReport(const TrackedAircraft& aircraft, const Showing& showing,
                            const TextStyle& style);
 

@@ -60,19 +60,50 @@ Console::~Console() {
 
 void Console::write(std::string_view text) {
     // The library calls this for a log line, and no exception may pass through it.
+    if (_taker != nullptr) {
+        _taker->take(std::string(text));
+        if (_onTerminal) {
+            keep(text);
+            return;
+        }
+    }
     _output.flushQuietly();
     _status.hide();
     std::cerr << std::string(text) + '\n';
 }
 
+void Console::keep(std::string_view text) {
+    if (_kept.size() == mostKept) {
+        _kept.pop_front();
+        ++_notKept;
+    }
+    _kept.emplace_back(text);
+}
+
+void Console::redirect(LineTaker* taker) {
+    _status.hide();
+    _taker = taker;
+    if (_taker != nullptr) {
+        return;
+    }
+    if (_notKept > 0) {
+        write("(" + std::to_string(_notKept) + " earlier lines are left out)");
+    }
+    for (const std::string& line : _kept) {
+        write(line);
+    }
+    _kept.clear();
+    _notKept = 0;
+}
+
 void Console::showProgress(u64 done, u64 total) {
-    if (_onTerminal) {
+    if (_onTerminal && _taker == nullptr) {
         _status.show(progressText(done, total));
     }
 }
 
 void Console::showCount(u64 replies) {
-    if (_onTerminal) {
+    if (_onTerminal && _taker == nullptr) {
         _status.show(std::to_string(replies) + " replies");
     }
 }

@@ -5,6 +5,8 @@
 #include <ondrel/log.h>
 #include <ondrel/types.h>
 
+#include <cstddef>
+#include <deque>
 #include <iosfwd>
 #include <string>
 #include <string_view>
@@ -36,6 +38,17 @@ private:
     std::string _shown;
 };
 
+/// Takes lines in place of the terminal.
+class LineTaker {
+public:
+    LineTaker() = default;
+    LineTaker(const LineTaker&) = delete;
+    LineTaker& operator=(const LineTaker&) = delete;
+    virtual ~LineTaker() = default;
+
+    virtual void take(const std::string& line) = 0;
+};
+
 /// Standard error, which messages, log lines, the summary and the progress share. Flushes the
 /// output first, so that both appear in order when they go to the same terminal. Progress shows
 /// only on a terminal.
@@ -46,6 +59,12 @@ public:
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
     ~Console();
+
+    static constexpr std::size_t mostKept = 1000; ///< lines for the end of a redirection
+
+    /// Gives all lines to the taker from now on, and shows no progress. If standard error is a
+    /// terminal, they are written there only when null ends that, the last 1000 of them.
+    void redirect(LineTaker* taker);
 
     /// Writes whole lines; the text has no end of its last line.
     void write(std::string_view text);
@@ -60,9 +79,14 @@ public:
     void showCount(u64 replies);
 
 private:
+    void keep(std::string_view text);
+
     Output& _output;
     StatusLine _status;
     bool _onTerminal;
+    LineTaker* _taker = nullptr;
+    std::deque<std::string> _kept;
+    u64 _notKept = 0;
 };
 
 /// Shows the library's log on the console as long as it lives.

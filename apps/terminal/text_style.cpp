@@ -26,9 +26,13 @@ TextStyle standardOutputStyle() {
     if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
         style.width = size.ws_col;
     }
-    const std::string_view terminal = variable("TERM");
-    style.colour = variable("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";
+    style.colour = variable("NO_COLOR").empty() && canMoveCursor();
     return style;
+}
+
+bool canMoveCursor() {
+    const std::string_view terminal = variable("TERM");
+    return !terminal.empty() && terminal != "dumb";
 }
 
 } // namespace tolvarin::ondrel::client

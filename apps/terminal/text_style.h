@@ -15,4 +15,7 @@ struct TextStyle {
 /// has none. Anywhere else any width and no colour.
 TextStyle standardOutputStyle();
 
+/// Whether TERM is set and not dumb.
+bool canMoveCursor();
+
 } // namespace tolvarin::ondrel::client

@@ -3,15 +3,34 @@
 #include "apps/display/aircraft_columns.h"
 #include "apps/terminal/text_style.h"
 
+#include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
 
+/// Text of one look.
+struct TextPiece {
+    std::string text;
+    bool isDim = false;
+    bool isUrgent = false;
+    bool isChosen = false; ///< shows only where the user can choose
+};
+
+/// The pieces of a line from left to right.
+using TextLine = std::vector<TextPiece>;
+
+/// The lines with their ends. With colour, escape sequences make pieces dim, dim red or bold red.
+std::string linesText(const std::vector<TextLine>& lines, bool colour);
+
+/// Plain text in lines of at most `width` characters.
+std::vector<TextLine> wrappedLines(std::string_view text, std::size_t width);
+
 struct TableCell {
     std::string text;
-    bool isOld = false;    ///< gets a mark, and is dim with colour
-    bool isUrgent = false; ///< is red with colour
+    bool isOld = false;    ///< gets a mark, and is dim
+    bool isUrgent = false; ///< is red
 };
 
 /// A column of text with one cell for each row.
@@ -21,11 +40,29 @@ struct TableColumn {
     Alignment alignment;
     int rank; ///< as that of an AircraftColumn
     std::vector<TableCell> cells;
+    bool isChosen = false; ///< marks the head
 };
 
-/// The heads and the rows in whole lines. Columns leave by their rank until the lines fit into the
-/// width; those of the lowest rank stay. Lines below say what the mark means, if there is one, and
-/// which columns have left. There is at least one column, and all have as many cells.
+/// A table that is laid out.
+struct TableLines {
+    std::vector<TextLine> heads;
+    std::vector<TextLine> rows;
+    bool hasOld = false;           ///< whether some cell has the mark
+    std::vector<std::string> left; ///< the names of the columns that found no room
+};
+
+/// Lays the table out. Columns leave by their rank until the lines fit into the width; those of the
+/// lowest rank stay. There is at least one column, and all have as many cells.
+TableLines tableLines(std::vector<TableColumn> columns, std::size_t width);
+
+/// What the mark of old cells means, without the end of the line.
+std::string oldMarkText();
+
+/// The heads and the rows. Lines below say what the mark means, if there is one, and which columns
+/// have left.
+std::vector<TextLine> wholeTable(std::vector<TableColumn> columns, std::size_t width);
+
+/// The same as text.
 std::string tableText(std::vector<TableColumn> columns, const TextStyle& style);
 
 } // namespace tolvarin::ondrel::client

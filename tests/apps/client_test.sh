@@ -564,6 +564,91 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     wait $server
 fi
 
+# -- track: the live table ---------------------------------------------------------------------
+
+# on_tmux ARGUMENT...: a terminal of its own, and a server of its own for each.
+terminals=0
+on_tmux() { tmux -S "$work/tmux$terminals" -f /dev/null "$@"; }
+
+# until_screen REGEX: waits until a line of the screen matches, which then is in the file screen.
+until_screen() {
+    for _ in {1..200}; do
+        on_tmux capture-pane -p -t live >screen
+        grep -Eq -- "$1" screen && return
+        sleep 0.05
+    done
+    expect "the screen gets a line $1" "" "$(cat screen)"
+}
+
+# live ARGUMENT...: starts the client in that terminal; its process is in the file pid.
+live() {
+    terminals=$((terminals + 1))
+    rm -f pid
+    printf '%s\n' "stty -g >before; bash -c 'echo \$\$ >pid; exec $client track $*'" \
+        'echo "status $?"; stty -g >after; echo left; read -r' >session
+    on_tmux new-session -d -s live -x 100 -y 24 "bash session"
+}
+
+# expect_left WHAT STATUS: the client has ended and left the terminal as it was.
+expect_left() {
+    until_screen '^left$'
+    expect "$1: status" "status $2" "$(grep '^status' screen)"
+    expect "$1: modes, screen and cursor" "$(cat before) 0 1" \
+        "$(cat after) $(on_tmux display -p -t live '#{alternate_on} #{cursor_flag}')"
+}
+
+if ! command -v tmux >/dev/null || ! "$client" --version | grep -q 'with .*Asio.*, ncurses'; then
+    echo "skipped: the live table"
+else
+    rm -f server.log
+    "$client" simulate --serve 127.0.0.1:0 --seconds 3600 --aircraft 9 --damage 0 --form binary \
+        2>server.log &
+    server=$!
+    until grep -qs '^serving' server.log; do sleep 0.05; done
+    feed=tcp://$(sed -n 's/^serving //p' server.log)
+    live "$feed"
+    until_screen "^$feed: connected$"
+    until_screen "^$feed +[5-9] aircraft, [0-9]+ hidden  [0-9]+ replies/s  [0-9:]{8} UTC$"
+    addresses() { grep -Eo '^[0-9A-F]{6} ' screen; }
+    expect "live: sorted by address" "$(addresses | sort)" "$(addresses)"
+    on_tmux send-keys -t live r
+    until_screen 'sorted by address, reversed'
+    expect "live: reversed by a key" "$(addresses | sort -r)" "$(addresses)"
+    on_tmux send-keys -t live s
+    until_screen 'sorted by callsign, reversed'
+    on_tmux send-keys -t live Down Enter
+    until_screen '^Aircraft [0-9A-F]{6}, track number'
+    expect_line "live: one aircraft in full" screen 'Callsign .*'
+    on_tmux send-keys -t live '?'
+    until_screen '^page up, page down '
+    on_tmux send-keys -t live Escape
+    until_screen '^address'
+    on_tmux resize-window -t live -x 40 -y 15
+    until_screen '^[0-9] aircraft, [0-9]+ hidden  [0-9]+/s  [0-9:]{8}$'
+    expect_line "live: the columns fit into 40" screen 'address  callsign  squawk  altitude'
+    on_tmux send-keys -t live q
+    expect_left "live: ended by a key" 0
+    on_tmux capture-pane -p -S - -t live >screen
+    expect_line "live: messages come at the end" screen "$feed: connected"
+    expect_line "live: then the table" screen '[0-9A-F]{6}  .*'
+    expect_line "live: then the summary" screen 'replies read +[0-9]+'
+    on_tmux kill-server
+    for end in "TERM 130" "HUP 130" "QUIT 131"; do
+        live "$feed"
+        until_screen '^address'
+        kill -"${end% *}" "$(cat pid)"
+        expect_left "live: ${end% *}" "${end#* }"
+        on_tmux kill-server
+    done
+    live --once "$feed"
+    until_screen '^[0-9]+ replies$'
+    kill "$(cat pid)"
+    expect_left "live: --once" 130
+    on_tmux kill-server
+    kill $server
+    wait $server
+fi
+
 # -- track: time ------------------------------------------------------------------------------
 
 # The counter of the first line reads 2 s, that of the last one 5 s.
