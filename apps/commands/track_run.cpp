@@ -7,14 +7,15 @@
 #include "apps/terminal/aircraft_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
+constexpr std::chrono::milliseconds betweenPolls(100);
 constexpr std::chrono::seconds betweenViews(1);
-constexpr u64 repliesBetweenTicks = 4096;
 
 std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
     if (options.json) {
@@ -33,10 +34,14 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
       _tracking(options.altitudeCheck, options.greatestKnots) {
     if (options.htmlFolder) {
         _pages.emplace(*options.htmlFolder);
+        _keepsHistory = true;
     }
     if (options.pace) {
         _input.showCountOnly();
-        _pace.emplace(*options.pace, [this] { _input.showCount(); });
+        _pace.emplace(*options.pace, [this] {
+            _input.showCount();
+            updateViews();
+        });
     }
     if (options.everyMs) {
         _shows.emplace(*options.everyMs);
@@ -49,6 +54,11 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
     }
 }
 
+void TrackRun::add(std::unique_ptr<LiveView> view) {
+    _keepsHistory = _keepsHistory || view->showsPaths();
+    _views.push_back(std::move(view));
+}
+
 std::vector<TrackedAircraft> TrackRun::run() {
     Reply reply;
     for (auto got = next(reply); got != ReplySource::Got::End; got = next(reply)) {
@@ -56,12 +66,11 @@ std::vector<TrackedAircraft> TrackRun::run() {
         if (got == ReplySource::Got::Reply) {
             take(reply);
         }
-        if (got == ReplySource::Got::Nothing || ++_replies % repliesBetweenTicks == 0) {
-            updateViews();
-        }
+        updateViews();
     }
     killSilent();
     std::vector<TrackedAircraft> all = sortedAircraft();
+    showViews(all);
     writePages(all);
     _sink->show(all, showing());
     _hidden = _tracking.counts().aircraft - all.size();
@@ -112,14 +121,20 @@ void TrackRun::checkStamps() {
 }
 
 void TrackRun::updateViews() {
+    if (_views.empty() || Clock::now() < _nextPoll) {
+        return;
+    }
+    _nextPoll = Clock::now() + betweenPolls;
     for (const auto& view : _views) {
         _ended = !view->poll() || _ended;
     }
-    if (_views.empty() || Clock::now() < _nextViews) {
-        return;
+    if (Clock::now() >= _nextViews) {
+        _nextViews = Clock::now() + betweenViews;
+        showViews(sortedAircraft());
     }
-    _nextViews = Clock::now() + betweenViews;
-    const std::vector<TrackedAircraft> aircraft = sortedAircraft();
+}
+
+void TrackRun::showViews(const std::vector<TrackedAircraft>& aircraft) const {
     for (const auto& view : _views) {
         view->show(aircraft, showing(), _history);
     }
@@ -157,8 +172,22 @@ void TrackRun::take(const Reply& reply) {
     }
     noteLosses();
     const auto verdict = _tracking.verdict();
-    if (keepsHistory() && verdict) {
+    if (_keepsHistory && verdict) {
         notePosition(*aircraft, *verdict);
+    }
+    if (aircraft != nullptr && !_views.empty()) {
+        tellViews(*message, *aircraft);
+    }
+}
+
+/// Call it after the message was tracked.
+void TrackRun::tellViews(const DFMessage& message, const ADSBTarget& aircraft) {
+    using Verdict = PositionCheck::Verdict;
+    const auto verdict = _tracking.verdict();
+    const bool accepted = verdict == Verdict::Accepted || verdict == Verdict::Overruled;
+    const auto position = accepted ? _tracking.positionOf(aircraft) : std::nullopt;
+    for (const auto& view : _views) {
+        view->note(message, aircraft, position);
     }
 }
 
