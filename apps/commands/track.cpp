@@ -7,10 +7,12 @@
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
 #include "apps/input/recording_start.h"
+#include "apps/json/map_json.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -193,6 +195,11 @@ void TrackCommand::addOutputOptions() {
                     "with a map and the table, and a page of each aircraft")
         ->type_name("DIR");
     line()
+        .add_option("--json-dir", _options.jsonFolder,
+                    "Keep aircraft.json and receiver.json in this folder,\n"
+                    "once a second, for map pages and other programs")
+        ->type_name("DIR");
+    line()
         .add_option_function<std::string>(
             "--report",
             [this](const std::string& digits) {
@@ -272,6 +279,12 @@ void TrackCommand::checkLiveOptions() {
     }
 }
 
+void TrackCommand::addViews(TrackRun& track) const {
+    if (_options.jsonFolder) {
+        track.add(std::make_unique<MapJsonFolder>(*_options.jsonFolder, _options.receiver));
+    }
+}
+
 int TrackCommand::run() {
     Output output("-");
     Console console(output);
@@ -280,6 +293,7 @@ int TrackCommand::run() {
         checkLiveOptions();
     }
     TrackRun track(_options, startOf(_options, _input), input, output, console);
+    addViews(track);
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     input.close();

@@ -12,6 +12,8 @@
 
 namespace tolvarin::ondrel::client {
 
+class TrackRun;
+
 /// What to track, and what to show of it.
 struct TrackOptions {
     bool json = false;                     ///< instead of text
@@ -24,6 +26,7 @@ struct TrackOptions {
     bool keepAll = false;                  ///< also when the table is full
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
+    std::optional<std::string> jsonFolder; ///< keep files for map pages there
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
     std::optional<GeoPoint> receiver;      ///< where it stands
     std::optional<AltitudeCheck> altitudeCheck;
@@ -42,6 +45,7 @@ private:
     void addOutputOptions();
     void addTrackingOptions();
     void checkLiveOptions();
+    void addViews(TrackRun& track) const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

@@ -48,6 +48,23 @@ rows() {
     grep -E '^[0-9A-F]{6}( |$)' out
 }
 
+# await REGEX FILE: waits for such a line, ten seconds at most.
+await() {
+    for _ in {1..200}; do
+        grep -qs -e "$1" "$2" && break
+        sleep 0.05
+    done
+}
+
+# is_json FILE: the file is whole.
+is_json() {
+    if command -v python3 >/dev/null; then
+        python3 -m json.tool "$1" >/dev/null
+    else
+        grep -qx '{.*}' "$1"
+    fi
+}
+
 good=8D40621D58C382D690C8AC2863A7
 text="DF-17  40621D  High     CA: 5; AA: 40621D; ME: 58C382D690C8AC | TC=POS_AIR, AT=BARO, \
 ALT=38000, CPR=EVEN, LAT=93000, LON=51372"
@@ -511,6 +528,49 @@ $((2 * $(counted tracked) < $(counted 'replies read') + 500))"
         sed 's/"time_ms":[0-9]*,//; s/"seen[a-z_]*":[0-9.]*,//g; s/"age_ms":[0-9]*,//' >again.json
     expect "a feed: its record gives the same aircraft" "20 " \
         "$(($(wc -l <live.json) > 20 ? 20 : 0)) $(diff live.json again.json | head -c 500)"
+fi
+
+# -- for other programs --------------------------------------------------------------------------
+
+run track --json-dir made/data --location 50,8.5 long.txt
+expect "map files: both, and nothing else" "0 aircraft.json receiver.json" \
+    "$status $(echo $(ls -A made/data))"
+expect "map files: they are whole" "0 0" \
+    "$(is_json made/data/aircraft.json; echo $?) $(is_json made/data/receiver.json; echo $?)"
+expect "map files: the aircraft of the table, and all that was tracked" \
+    "$(rows | wc -l) $(counted tracked)" "$(grep -o '"hex":' made/data/aircraft.json | wc -l) \
+$(sed -E 's/.*"messages":([0-9]+),"aircraft".*/\1/' made/data/aircraft.json)"
+expect_line "map files: the receiver" made/data/receiver.json '.*,"lat":50.0+,"lon":8.50+\}'
+refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --json-dir forms.txt forms.txt
+mkdir -p held/aircraft.json
+refuse 1 "ondrel: cannot write held/aircraft.json: Is a directory" track --json-dir held /dev/null
+expect "map files: nothing begun stays" "aircraft.json receiver.json" \
+    "$(echo $(ls -A held))"
+
+if "$client" --version | grep -q Asio; then
+    rm -f server.log err # of those before
+    "$client" simulate --serve 127.0.0.1:0 --seconds 3600 --damage 0 --form binary 2>server.log &
+    server=$!
+    await '^serving' server.log
+    "$client" track "tcp://$(sed -n 's/^serving //p' server.log)" --json-dir live_data >out 2>err &
+    live=$!
+    await ': connected' err
+    broken=0
+    for _ in {1..40}; do
+        is_json live_data/aircraft.json || broken=$((broken + 1))
+        sleep 0.05
+    done
+    expect "map files: whole at any time" 0 "$broken"
+    now=$(sed -E 's/\{"now":([0-9]+).*/\1/' live_data/aircraft.json)
+    expect "map files: current" 1 "$((EPOCHSECONDS - now <= 3))"
+    kill -TERM $live
+    wait $live
+    expect "map files: after a signal" "130 0 aircraft.json receiver.json" \
+        "$? $(is_json live_data/aircraft.json; echo $?) $(echo $(ls -A live_data))"
+    expect "map files: the last state" "$(counted tracked)" \
+        "$(sed -E 's/.*"messages":([0-9]+),"aircraft".*/\1/' live_data/aircraft.json)"
+    kill -TERM $server
+    wait $server
 fi
 
 # -- track: time ------------------------------------------------------------------------------
