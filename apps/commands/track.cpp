@@ -8,6 +8,8 @@
 #include "apps/display/aircraft_columns.h"
 #include "apps/input/recording_start.h"
 #include "apps/json/map_json.h"
+#include "apps/network/feed_address.h"
+#include "apps/sbs/sbs_server.h"
 
 #include <algorithm>
 #include <cmath>
@@ -200,6 +202,12 @@ void TrackCommand::addOutputOptions() {
                     "once a second, for map pages and other programs")
         ->type_name("DIR");
     line()
+        .add_option("--sbs", _options.sbsAddress,
+                    "Send an SBS line of each tracked message to all who\n"
+                    "connect to this address")
+        ->type_name("ADDRESS:PORT")
+        ->check(addressAndPort());
+    line()
         .add_option_function<std::string>(
             "--report",
             [this](const std::string& digits) {
@@ -279,9 +287,14 @@ void TrackCommand::checkLiveOptions() {
     }
 }
 
-void TrackCommand::addViews(TrackRun& track) const {
+void TrackCommand::addViews(TrackRun& track, Console& console) const {
     if (_options.jsonFolder) {
         track.add(std::make_unique<MapJsonFolder>(*_options.jsonFolder, _options.receiver));
+    }
+    if (_options.sbsAddress) {
+        track.add(std::make_unique<SbsServer>(
+            *hostAndPort(*_options.sbsAddress),
+            [&console](const std::string& message) { console.write("SBS: " + message); }));
     }
 }
 
@@ -293,7 +306,7 @@ int TrackCommand::run() {
         checkLiveOptions();
     }
     TrackRun track(_options, startOf(_options, _input), input, output, console);
-    addViews(track);
+    addViews(track, console);
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     input.close();

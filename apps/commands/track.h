@@ -12,6 +12,7 @@
 
 namespace tolvarin::ondrel::client {
 
+class Console;
 class TrackRun;
 
 /// What to track, and what to show of it.
@@ -27,6 +28,7 @@ struct TrackOptions {
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
     std::optional<std::string> jsonFolder; ///< keep files for map pages there
+    std::optional<std::string> sbsAddress; ///< serve SBS lines there
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
     std::optional<GeoPoint> receiver;      ///< where it stands
     std::optional<AltitudeCheck> altitudeCheck;
@@ -45,7 +47,7 @@ private:
     void addOutputOptions();
     void addTrackingOptions();
     void checkLiveOptions();
-    void addViews(TrackRun& track) const;
+    void addViews(TrackRun& track, Console& console) const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

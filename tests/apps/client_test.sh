@@ -7,6 +7,7 @@
 set -u
 
 client=$(realpath "$1")
+examples=$(realpath "$(dirname "$0")")/../../examples
 [[ -x $client ]] || { echo "there is no program $client"; exit 1; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -546,15 +547,29 @@ mkdir -p held/aircraft.json
 refuse 1 "ondrel: cannot write held/aircraft.json: Is a directory" track --json-dir held /dev/null
 expect "map files: nothing begun stays" "aircraft.json receiver.json" \
     "$(echo $(ls -A held))"
+refuse 2 "ondrel track: --sbs: expected ADDRESS:PORT, not 'nowhere'" track --sbs nowhere forms.txt
+
+"$client" track --help >help
+for option in $(grep '^ExecStart=' "$examples/ondrel.service" | grep -o -e ' --[a-z-]*'); do
+    expect "the service knows $option" 1 "$(grep -c -e "^  $option " help)"
+done
 
 if "$client" --version | grep -q Asio; then
     rm -f server.log err # of those before
     "$client" simulate --serve 127.0.0.1:0 --seconds 3600 --damage 0 --form binary 2>server.log &
     server=$!
     await '^serving' server.log
-    "$client" track "tcp://$(sed -n 's/^serving //p' server.log)" --json-dir live_data >out 2>err &
+    "$client" track "tcp://$(sed -n 's/^serving //p' server.log)" --json-dir live_data \
+        --sbs 127.0.0.1:0 >out 2>err &
     live=$!
-    await ': connected' err
+    await '^SBS: serving' err
+    address=$(sed -n 's/^SBS: serving //p' err)
+    exec 5<>"/dev/tcp/${address%:*}/${address##*:}"
+    timeout 30 head -n 500 <&5 >sbs.txt
+    exec 5>&-
+    expect "SBS: 22 columns, CR LF" "500 500" "$(wc -l <sbs.txt) \
+$(grep -cE $'^MSG,[134568],1,1,[0-9A-F]{6},1(,[^,]*){15},(0|-1|)\r$' sbs.txt)"
+    expect "SBS: each type" 6 "$(cut -d, -f2 sbs.txt | sort -u | wc -l)"
     broken=0
     for _ in {1..40}; do
         is_json live_data/aircraft.json || broken=$((broken + 1))
