@@ -17,6 +17,9 @@ namespace {
 
 using asio::ip::tcp;
 
+// In one poll(), so that a client that sends without end does not hold it.
+constexpr unsigned mostAtOnce = 1000;
+
 std::string nameOf(const tcp::socket& socket) {
     asio::error_code error;
     std::ostringstream name;
@@ -118,7 +121,8 @@ public:
     }
 
     void poll() {
-        _context.poll();
+        for (unsigned i = 0; i < mostAtOnce && _context.poll_one() > 0; ++i) {
+        }
         removeIf([this](const Client& client) { return hasLeft(client); });
     }
 
