@@ -1,6 +1,7 @@
 #include "apps/commands/options.h"
 
 #include "apps/common/text.h"
+#include "apps/network/feed_address.h"
 
 #include <algorithm>
 #include <charconv>
@@ -51,6 +52,13 @@ CLI::Validator wholeNumber(u64 low, u64 high) {
 
 CLI::Validator number(double low, double high) {
     return range("a number", low, high);
+}
+
+CLI::Validator addressAndPort() {
+    const auto check = [](const std::string& text) -> std::string {
+        return hostAndPort(text) ? "" : "expected ADDRESS:PORT, not '" + text + "'";
+    };
+    return CLI::Validator(check, "");
 }
 
 CLI::Validator icaoAddress() {

@@ -13,6 +13,9 @@ CLI::Validator wholeNumber(u64 low, u64 high);
 /// Accepts a finite number in decimal digits from `low` to `high`, both included.
 CLI::Validator number(double low, double high);
 
+/// Accepts where to serve: ADDRESS:PORT, for hostAndPort().
+CLI::Validator addressAndPort();
+
 /// Accepts an aircraft address, six hexadecimal digits of either case.
 CLI::Validator icaoAddress();
 

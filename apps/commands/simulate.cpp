@@ -88,11 +88,7 @@ void SimulateCommand::addRecordingOptions() {
             "Play the traffic from now on to all who connect to this\n"
             "address, instead of writing it")
         ->type_name("ADDRESS:PORT")
-        ->check(CLI::Validator(
-            [](const std::string& text) -> std::string {
-                return hostAndPort(text) ? "" : "expected ADDRESS:PORT, not '" + text + "'";
-            },
-            ""));
+        ->check(addressAndPort());
     line()
         .add_option("--pace", _pace, "With --serve: the multiple of the real speed")
         ->type_name("FACTOR")

@@ -8,7 +8,9 @@
 #include "apps/display/aircraft_columns.h"
 #include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
+#include "apps/json/map_json.h"
 #include "apps/network/feed_address.h"
+#include "apps/sbs/sbs_server.h"
 #include "apps/terminal/live_table.h"
 #include "apps/web/web_view.h"
 
@@ -230,6 +232,17 @@ void TrackCommand::addOutputOptions() {
             },
             ""));
     line()
+        .add_option("--json-dir", _options.jsonFolder,
+                    "Keep aircraft.json and receiver.json in this folder,\n"
+                    "once a second, for map pages and other programs")
+        ->type_name("DIR");
+    line()
+        .add_option("--sbs", _options.sbsAddress,
+                    "Send an SBS line of each tracked message to all who\n"
+                    "connect to this address")
+        ->type_name("ADDRESS:PORT")
+        ->check(addressAndPort());
+    line()
         .add_option_function<std::string>(
             "--report",
             [this](const std::string& digits) {
@@ -320,6 +333,17 @@ std::unique_ptr<LiveScreen> TrackCommand::openScreen() const {
     return isLive(_input) && !isText ? openLiveScreen() : nullptr;
 }
 
+void TrackCommand::addViews(TrackRun& track, Console& console) const {
+    if (_options.jsonFolder) {
+        track.add(std::make_unique<MapJsonFolder>(*_options.jsonFolder, _options.receiver));
+    }
+    if (_options.sbsAddress) {
+        track.add(std::make_unique<SbsServer>(
+            *hostAndPort(*_options.sbsAddress),
+            [&console](const std::string& message) { console.write("SBS: " + message); }));
+    }
+}
+
 int TrackCommand::run() {
     Output output("-");
     Console console(output);
@@ -344,6 +368,7 @@ int TrackCommand::run() {
             LiveTableOptions{input.name(), _options.sortKey, _options.descending,
                              [&track] { return track.counts(); }}));
     }
+    addViews(track, console);
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     input.close();

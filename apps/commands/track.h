@@ -14,6 +14,9 @@
 
 namespace tolvarin::ondrel::client {
 
+class Console;
+class TrackRun;
+
 /// What to track, and what to show of it.
 struct TrackOptions {
     bool json = false;                     ///< instead of text
@@ -29,6 +32,8 @@ struct TrackOptions {
     bool force = false;                    ///< write pages over files of other programs
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there at the end
+    std::optional<std::string> jsonFolder; ///< keep files for map pages there
+    std::optional<std::string> sbsAddress; ///< serve SBS lines there
     std::optional<u32> reportAddress;      ///< show only this aircraft, with all its data
     std::optional<GeoPoint> receiver;      ///< where it stands
     std::optional<AltitudeCheck> altitudeCheck;
@@ -48,6 +53,7 @@ private:
     void addTrackingOptions();
     void checkLiveOptions();
     std::unique_ptr<LiveScreen> openScreen() const;
+    void addViews(TrackRun& track, Console& console) const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

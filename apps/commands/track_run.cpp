@@ -12,14 +12,15 @@
 #include <cstdint>
 #include <fstream>
 #include <unistd.h>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
 namespace {
 
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
+constexpr std::chrono::milliseconds betweenPolls(100);
 constexpr std::chrono::seconds betweenViews(1);
-constexpr u64 repliesBetweenTicks = 4096;
 constexpr std::string_view refreshedHead = "<meta http-equiv=\"refresh\" content=\"5\">\n";
 
 /// Bytes of the program that are in memory; 0 where the system does not tell.
@@ -47,10 +48,14 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
       _tracking(options.altitudeCheck, options.greatestKnots) {
     if (options.htmlFolder) {
         _pages.emplace(*options.htmlFolder, options.force);
+        _keepsHistory = true;
     }
     if (options.pace) {
         _input.showCountOnly();
-        _pace.emplace(*options.pace, [this] { _input.showCount(); });
+        _pace.emplace(*options.pace, [this] {
+            _input.showCount();
+            updateViews();
+        });
     }
     if (options.everyMs) {
         _shows.emplace(*options.everyMs);
@@ -63,8 +68,15 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
     }
 }
 
+void TrackRun::add(std::unique_ptr<LiveView> view) {
+    _keepsHistory = _keepsHistory || view->showsPaths();
+    _views.push_back(std::move(view));
+}
+
 std::vector<TrackedAircraft> TrackRun::run() {
-    const bool isLive = !_views.empty() || !_input.states().empty();
+    const bool hasFeeds = !_input.states().empty();
+    _writesLivePages = _pages && hasFeeds;
+    _isLive = hasFeeds || !_views.empty();
     Reply reply;
     for (auto got = next(reply); got != ReplySource::Got::End; got = next(reply)) {
         moveTo(_stamping.now());
@@ -72,12 +84,11 @@ std::vector<TrackedAircraft> TrackRun::run() {
             take(reply);
         }
         _replies += got == ReplySource::Got::Reply ? 1U : 0U;
-        if (isLive && (got == ReplySource::Got::Nothing || _replies % repliesBetweenTicks == 0)) {
-            updateViews();
-        }
+        updateViews();
     }
     killSilent();
     std::vector<TrackedAircraft> all = sortedAircraft();
+    showViews(all);
     _views.clear(); // what follows may go to the same terminal
     try {
         writePages(all);
@@ -161,6 +172,10 @@ std::string TrackRun::statusJson() const {
 }
 
 void TrackRun::updateViews() {
+    if (!_isLive || Clock::now() < _nextPoll) {
+        return;
+    }
+    _nextPoll = Clock::now() + betweenPolls;
     for (const auto& view : _views) {
         _ended = !view->poll() || _ended;
     }
@@ -172,11 +187,15 @@ void TrackRun::updateViews() {
     _repliesAtViews = _replies;
     _nextViews = Clock::now() + betweenViews;
     const std::vector<TrackedAircraft> aircraft = sortedAircraft();
+    showViews(aircraft);
+    if (_writesLivePages && Clock::now() >= _nextPages) {
+        writeLivePages(aircraft);
+    }
+}
+
+void TrackRun::showViews(const std::vector<TrackedAircraft>& aircraft) const {
     for (const auto& view : _views) {
         view->show(aircraft, showing(), _history);
-    }
-    if (_pages && Clock::now() >= _nextPages) {
-        writeLivePages(aircraft);
     }
 }
 
@@ -211,8 +230,22 @@ void TrackRun::take(const Reply& reply) {
         _heard.keep(reply.bytes, reply.source, *reply.stampMs);
     }
     noteLosses();
-    if (keepsHistory() && aircraft != nullptr) {
+    if (_keepsHistory && aircraft != nullptr) {
         noteHistory(*aircraft);
+    }
+    if (aircraft != nullptr && !_views.empty()) {
+        tellViews(*message, *aircraft);
+    }
+}
+
+/// Call it after the message was tracked.
+void TrackRun::tellViews(const DFMessage& message, const ADSBTarget& aircraft) {
+    using Verdict = PositionCheck::Verdict;
+    const auto verdict = _tracking.verdict();
+    const bool accepted = verdict == Verdict::Accepted || verdict == Verdict::Overruled;
+    const auto position = accepted ? _tracking.positionOf(aircraft) : std::nullopt;
+    for (const auto& view : _views) {
+        view->note(message, aircraft, position);
     }
 }
 

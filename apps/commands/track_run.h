@@ -31,7 +31,7 @@ public:
              Output& output, Console& console);
 
     /// Keeps the view current from now on.
-    void add(std::unique_ptr<LiveView> view) { _views.push_back(std::move(view)); }
+    void add(std::unique_ptr<LiveView> view);
 
     /// Reads to the end of the input or until an interruption, and shows what there is then. Gives
     /// the aircraft that were tracked to the end.
@@ -55,30 +55,33 @@ private:
     void noteHistory(const ADSBTarget& aircraft);
     void writeLivePages(const std::vector<TrackedAircraft>& aircraft);
     void killSilent();
+    void tellViews(const DFMessage& message, const ADSBTarget& aircraft);
     void updateViews();
+    void showViews(const std::vector<TrackedAircraft>& aircraft) const;
 
     bool isShown(const ADSBTarget& aircraft) const;
     Showing showing() const { return {_tracking.now(), _showings + 1, _options.receiver}; }
     std::vector<TrackedAircraft> sortedAircraft() const;
     void writePages(const std::vector<TrackedAircraft>& all) const;
 
-    /// Whether anything shows the paths of aircraft.
-    bool keepsHistory() const { return _pages || !_views.empty(); }
-
     const TrackOptions& _options;
     ReplyInput& _input;
     Console& _console;
     std::unique_ptr<AircraftSink> _sink;
     std::vector<std::unique_ptr<LiveView>> _views;
+    Clock::time_point _nextPoll;
     Clock::time_point _nextViews;
     Clock::time_point _nextPages;
     u64 _repliesAtViews = 0;
     double _repliesPerSecond = 0;
     u64 _replies = 0;
-    bool _ended = false; ///< by the user
+    bool _isLive = false;          ///< something is to be done while replies come
+    bool _writesLivePages = false; ///< also into the folder
+    bool _ended = false;           ///< by the user
     Stamping _stamping;
     Tracking _tracking;
     TrackHistory _history;
+    bool _keepsHistory = false; ///< something shows the paths of aircraft
     std::optional<PageFolder> _pages;
     std::optional<Pace> _pace;
     std::optional<Periods> _shows;

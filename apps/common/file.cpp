@@ -5,8 +5,11 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -138,6 +141,39 @@ u64 File::remaining() const {
     const off_t position = ::lseek(_descriptor, 0, SEEK_CUR);
     return position >= 0 && position < status.st_size ? static_cast<u64>(status.st_size - position)
                                                       : 0;
+}
+
+void createFolder(const std::string& path) {
+    std::error_code error;
+    std::filesystem::create_directories(path, error);
+    if (!error && !std::filesystem::is_directory(path, error)) {
+        error = std::make_error_code(std::errc::not_a_directory);
+    }
+    if (error) {
+        throw Failure("cannot create " + path + ": " + error.message());
+    }
+}
+
+void replaceFile(const std::string& path, std::string_view text) {
+    constexpr mode_t readable = 0644; // the user's mask takes bits away
+    const std::string begun = path + ".new";
+    ::unlink(begun.c_str()); // of a run that was killed, or a link to somewhere else
+    const int descriptor = uninterrupted(
+        [&] { return ::open(begun.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, readable); });
+    if (descriptor < 0) {
+        throw Failure("cannot create " + begun, errno);
+    }
+    try {
+        File file(descriptor, begun, true);
+        file.write(text);
+        file.close();
+        if (std::rename(begun.c_str(), path.c_str()) != 0) {
+            throw Failure("cannot write " + path, errno);
+        }
+    } catch (...) {
+        ::unlink(begun.c_str());
+        throw;
+    }
 }
 
 Output::Buffer::Buffer(File file) : _file(std::move(file)), _bytes() {

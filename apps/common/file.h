@@ -56,12 +56,22 @@ private:
     File(int descriptor, std::string name, bool owned)
         : _descriptor(descriptor), _name(std::move(name)), _owned(owned) {}
 
+    friend void replaceFile(const std::string& path, std::string_view text);
+
     void takeBackBegunLine(std::string_view written) const;
 
     int _descriptor;
     std::string _name;
     bool _owned; ///< false for standard streams, which stay open
 };
+
+/// Creates a folder, and those above it, unless it exists. Throws Failure.
+void createFolder(const std::string& path);
+
+/// Writes a file under a name beside it, with ".new" behind, and renames it: whoever reads it finds
+/// the old or the new text, whole. Others can read it unless the user's mask says no. Throws
+/// Failure, and then leaves the old file.
+void replaceFile(const std::string& path, std::string_view text);
 
 /// A buffered stream for results: standard output or a file. Until it is flushed, it writes whole
 /// lines only, so that a program that is killed leaves no part of one. Every operation throws what

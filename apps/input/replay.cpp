@@ -8,11 +8,6 @@
 
 namespace tolvarin::ondrel::client {
 
-u64 systemMilliseconds() {
-    const auto now = std::chrono::system_clock::now().time_since_epoch();
-    return static_cast<u64>(std::chrono::duration_cast<std::chrono::milliseconds>(now).count());
-}
-
 bool Stamping::stamp(Reply& reply) {
     _jumped = false;
     if (++_replies == 1) {
@@ -115,7 +110,7 @@ void Pace::waitFor(u64 stampMs) {
     const auto left = [&] { return due - Seconds(Clock::now() - _start); };
     while (left().count() > 0) {
         _beforeWait();
-        if (!pauseFor(left())) {
+        if (!pauseFor(std::min(left(), longestWait))) {
             return;
         }
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/common/reply.h"
+#include "apps/common/system_time.h"
 #include "apps/input/run_clock.h"
 
 #include <ondrel/types.h>
@@ -13,9 +14,6 @@
 
 /// The time of a recording: a stamp for every reply, and replies at the pace of their stamps.
 namespace tolvarin::ondrel::client {
-
-/// The system clock in milliseconds since 1970-01-01 UTC.
-u64 systemMilliseconds();
 
 /// Gives every reply a stamp, and keeps the time of the run. The first reply decides how:
 ///  - If it has a stamp, the stamps of the recording count, as far as the RunClock believes them. A
@@ -105,7 +103,8 @@ private:
 /// Delays replies, so that they come at a multiple of the speed at which they were recorded.
 class Pace {
 public:
-    /// `factor` is above 0. `beforeWait` runs before each wait.
+    /// `factor` is above 0. `beforeWait` runs before each wait, and ten times a second in a long
+    /// one.
     Pace(double factor, std::function<void()> beforeWait)
         : _factor(factor), _beforeWait(std::move(beforeWait)) {}
 
@@ -118,6 +117,8 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
     using Seconds = std::chrono::duration<double>;
+
+    static constexpr Seconds longestWait{0.1};
 
     double _factor;
     std::function<void()> _beforeWait;

@@ -59,6 +59,13 @@ void JsonObject::decimal(std::string_view key, double value) {
     }
 }
 
+void JsonObject::rounded(std::string_view key, double value, int decimals) {
+    if (std::isfinite(value)) {
+        begin(key);
+        _text += decimalText(value, decimals);
+    }
+}
+
 void JsonObject::flag(std::string_view key, bool value) {
     begin(key);
     _text += value ? "true" : "false";

@@ -28,6 +28,9 @@ public:
     /// JSON has none.
     void decimal(std::string_view key, double value);
 
+    /// With so many decimals; infinities and NaN are left out.
+    void rounded(std::string_view key, double value, int decimals);
+
     void flag(std::string_view key, bool value);
 
     /// ASCII; any other byte becomes U+FFFD.

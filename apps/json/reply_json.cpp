@@ -1,6 +1,7 @@
 #include "apps/json/reply_json.h"
 
 #include "apps/common/text.h"
+#include "apps/decoding/message_values.h"
 #include "apps/display/aircraft_data.h"
 #include "apps/json/json_object.h"
 
@@ -22,23 +23,12 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-/// The bits at this position, of which the bytes have enough; at most 64.
-u64 readBits(const std::string& bytes, unsigned position, unsigned count) {
-    u64 value = 0;
-    for (unsigned bit = position; bit < position + count; ++bit) {
-        const unsigned byte = static_cast<u8>(bytes[bit / 8]);
-        value = value << 1U | (byte >> (7 - bit % 8) & 1U);
-    }
-    return value;
-}
-
 std::string_view sourceWord(AltitudeSource source) {
     return source == Gnss ? "gnss" : "baro";
 }
 
-/// A code of 0 tells no altitude; the library reads it as this one.
 void addAltitude(JsonObject& object, i32 feet, AltitudeResolution step, AltitudeSource source) {
-    if (feet != -1000 || step != Resolution100Ft) {
+    if (tellsAltitude(feet, step)) {
         object.whole("altitude_ft", feet);
         object.whole("altitude_step_ft", step);
         object.words("altitude_source", sourceWord(source));
@@ -53,18 +43,16 @@ void addEmergency(JsonObject& object, std::string_view emergency) {
 
 // Fields of a reply
 
-/// Statuses 4 and 5 are sent in the air and on the ground; 6 and 7 tell nothing.
 void addFlightStatus(JsonObject& object, ModeSMessageFieldFS::FlightStatus status) {
-    using Field = ModeSMessageFieldFS;
-    if (status > Field::Spi) {
+    const auto values = valuesOf(status);
+    if (!values) {
         return;
     }
-    if (status < Field::AlertSpi) {
-        const bool ground = status == Field::OnGround || status == Field::OnGroundAlert;
-        object.words("ground_status", ground ? "ground" : "air");
+    if (values->onGround) {
+        object.words("ground_status", *values->onGround ? "ground" : "air");
     }
-    object.flag("alert", status >= Field::AirborneAlert && status <= Field::AlertSpi);
-    object.flag("spi", status >= Field::AlertSpi);
+    object.flag("alert", values->alert);
+    object.flag("spi", values->spi);
 }
 
 /// The values of a field. Those of AA and AP are the address of the message.
@@ -162,20 +150,15 @@ void addValues(JsonObject& object, const ADSBAirbornePositionMessage& message) {
            message.cprLongitude());
 }
 
-/// A component or a rate with code 0 is not available; the library gives 0 for it (RTCA DO-260B,
-/// 2.2.3.2.6.1).
 void addValues(JsonObject& object, const ADSBAirborneVelocityMessage& message) {
-    const auto isTold = [&message](unsigned position, unsigned bits) {
-        return readBits(message.data(), position, bits) != 0;
-    };
     object.whole("subtype", message.velocityType());
-    if (isTold(14, 10) && isTold(25, 10)) {
+    if (tellsGroundSpeed(message)) {
         object.decimal("ground_speed_kt", message.groundSpeed());
         if (message.groundSpeed() > 0) {
             object.decimal("track_deg", message.heading());
         }
     }
-    if (isTold(37, 9)) {
+    if (tellsVerticalRate(message)) {
         object.whole("vertical_rate_ft_min", message.verticalRate());
         object.words("vertical_rate_source", sourceWord(message.verticalRateSource()));
     }

@@ -17,6 +17,9 @@ namespace {
 
 using asio::ip::tcp;
 
+// In one poll(), so that a client that sends without end does not hold it.
+constexpr unsigned mostAtOnce = 1000;
+
 std::string nameOf(const tcp::socket& socket) {
     asio::error_code error;
     std::ostringstream name;
@@ -104,19 +107,23 @@ public:
     }
 
     void send(std::string_view bytes) {
-        const auto isGone = [&](const std::shared_ptr<Client>& client) {
-            if (!client->isThere()) {
-                _report(client->name() + ": has left");
+        removeIf([&](Client& client) {
+            if (hasLeft(client)) {
                 return true;
             }
-            if (!client->send(bytes)) {
-                client->leave();
-                _report(client->name() + ": does not take what it is sent; it is disconnected");
+            if (!client.send(bytes)) {
+                client.leave();
+                _report(client.name() + ": does not take what it is sent; it is disconnected");
                 return true;
             }
             return false;
-        };
-        _clients.erase(std::remove_if(_clients.begin(), _clients.end(), isGone), _clients.end());
+        });
+    }
+
+    void poll() {
+        for (unsigned i = 0; i < mostAtOnce && _context.poll_one() > 0; ++i) {
+        }
+        removeIf([this](const Client& client) { return hasLeft(client); });
     }
 
     void serve(std::chrono::steady_clock::time_point until) {
@@ -128,6 +135,20 @@ public:
     std::size_t clients() const { return _clients.size(); }
 
 private:
+    template <class IsGone>
+    void removeIf(IsGone isGone) {
+        _clients.erase(std::remove_if(_clients.begin(), _clients.end(),
+                                      [&](const auto& client) { return isGone(*client); }),
+                       _clients.end());
+    }
+
+    bool hasLeft(const Client& client) const {
+        if (!client.isThere()) {
+            _report(client.name() + ": has left");
+        }
+        return !client.isThere();
+    }
+
     void accept() {
         _acceptor.async_accept([this](const asio::error_code& error, tcp::socket socket) {
             if (!error && _clients.size() < mostClients) {
@@ -157,6 +178,10 @@ void Broadcast::send(std::string_view bytes) {
 
 void Broadcast::serve(std::chrono::steady_clock::time_point until) {
     _server->serve(until);
+}
+
+void Broadcast::poll() {
+    _server->poll();
 }
 
 std::size_t Broadcast::clients() const {

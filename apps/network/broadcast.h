@@ -13,7 +13,7 @@ namespace tolvarin::ondrel::client {
 
 /// Sends the same bytes to every client that connects to an address, in the thread of its owner. A
 /// client that does not take them loses its connection when a megabyte waits for it; so none delays
-/// the others. At most 100 clients are served.
+/// the others. At most 100 clients are served, while serve() or poll() run.
 class Broadcast {
 public:
     static constexpr std::size_t mostWaiting = 1U << 20U; ///< bytes for one client
@@ -26,11 +26,14 @@ public:
     Broadcast& operator=(const Broadcast&) = delete;
     ~Broadcast();
 
-    /// Gives the bytes to all clients that are connected now. They go out while serve() runs.
+    /// Gives the bytes to all clients that are connected now.
     void send(std::string_view bytes);
 
     /// Serves the clients until that time, or until an interruption.
     void serve(std::chrono::steady_clock::time_point until);
+
+    /// Does for the clients what can be done now, without waiting.
+    void poll();
 
     std::size_t clients() const;
 

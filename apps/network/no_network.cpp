@@ -52,6 +52,8 @@ void Broadcast::send(std::string_view /*bytes*/) {}
 
 void Broadcast::serve(std::chrono::steady_clock::time_point /*until*/) {}
 
+void Broadcast::poll() {}
+
 std::size_t Broadcast::clients() const {
     return 0;
 }

@@ -39,6 +39,7 @@ public:
 
     void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
               const TrackHistory& history) override;
+    bool showsPaths() const override { return false; }
     bool poll() override;
 
 private:

@@ -7,6 +7,7 @@
 set -u
 
 client=$(realpath "$1")
+examples=$(realpath "$(dirname "$0")")/../../examples
 [[ -x $client ]] || { echo "there is no program $client"; exit 1; }
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -46,6 +47,23 @@ counted() {
 # rows: the lines of aircraft in the table in out.
 rows() {
     grep -E '^[0-9A-F]{6}( |$)' out
+}
+
+# await REGEX FILE: waits for such a line, ten seconds at most.
+await() {
+    for _ in {1..200}; do
+        grep -qs -e "$1" "$2" && break
+        sleep 0.05
+    done
+}
+
+# is_json FILE: the file is whole.
+is_json() {
+    if command -v python3 >/dev/null; then
+        python3 -m json.tool "$1" >/dev/null
+    else
+        grep -qx '{.*}' "$1"
+    fi
 }
 
 good=8D40621D58C382D690C8AC2863A7
@@ -548,11 +566,11 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     expect "live: the page of an aircraft" 1 "$(grep -c '<noscript>' page)"
     get /status
     expect_line "live: the state" page '\{"schema":1,.*"sources":\[\{"name":"'"$feed"'","up":true\}\]\}'
-    for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/$(printf 'x%.0s' {1..9000}) 404" \
-        "/$(printf 'x%.0s' {1..20000}) 4.."; do
+    for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/$(printf 'x%.0s' {1..9000}) 404"; do
         get "${request% *}"
         expect_line "live: ${request:0:20}" page "HTTP/1.1 ${request##* } .*"
     done
+    get "/$(printf 'x%.0s' {1..100000})" 2>/dev/null # too long: the server hangs up
     get / DELETE
     expect_line "live: only reading" page "HTTP/1.1 405 .*"
     expect "live: pages in a folder" 1 "$(($(find feed_pages -name '*.html' | wc -l) > 10))"
@@ -646,6 +664,63 @@ else
     expect_left "live: --once" 130
     on_tmux kill-server
     kill $server
+    wait $server
+fi
+
+# -- for other programs --------------------------------------------------------------------------
+
+run track --json-dir made/data --location 50,8.5 long.txt
+expect "map files: both, and nothing else" "0 aircraft.json receiver.json" \
+    "$status $(echo $(ls -A made/data))"
+expect "map files: they are whole" "0 0" \
+    "$(is_json made/data/aircraft.json; echo $?) $(is_json made/data/receiver.json; echo $?)"
+expect "map files: the aircraft of the table, and all that was tracked" \
+    "$(rows | wc -l) $(counted tracked)" "$(grep -o '"hex":' made/data/aircraft.json | wc -l) \
+$(sed -E 's/.*"messages":([0-9]+),"aircraft".*/\1/' made/data/aircraft.json)"
+expect_line "map files: the receiver" made/data/receiver.json '.*,"lat":50.0+,"lon":8.50+\}'
+refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --json-dir forms.txt forms.txt
+mkdir -p held/aircraft.json
+refuse 1 "ondrel: cannot write held/aircraft.json: Is a directory" track --json-dir held /dev/null
+expect "map files: nothing begun stays" "aircraft.json receiver.json" \
+    "$(echo $(ls -A held))"
+refuse 2 "ondrel track: --sbs: expected ADDRESS:PORT, not 'nowhere'" track --sbs nowhere forms.txt
+
+"$client" track --help >help
+for option in $(grep '^ExecStart=' "$examples/ondrel.service" | grep -o -e ' --[a-z-]*'); do
+    expect "the service knows $option" 1 "$(grep -c -e "^  $option " help)"
+done
+
+if "$client" --version | grep -q Asio; then
+    rm -f server.log err # of those before
+    "$client" simulate --serve 127.0.0.1:0 --seconds 3600 --damage 0 --form binary 2>server.log &
+    server=$!
+    await '^serving' server.log
+    "$client" track "tcp://$(sed -n 's/^serving //p' server.log)" --json-dir live_data \
+        --sbs 127.0.0.1:0 >out 2>err &
+    live=$!
+    await '^SBS: serving' err
+    address=$(sed -n 's/^SBS: serving //p' err)
+    exec 5<>"/dev/tcp/${address%:*}/${address##*:}"
+    timeout 30 head -n 500 <&5 >sbs.txt
+    exec 5>&-
+    expect "SBS: 22 columns, CR LF" "500 500" "$(wc -l <sbs.txt) \
+$(grep -cE $'^MSG,[134568],1,1,[0-9A-F]{6},1(,[^,]*){15},(0|-1|)\r$' sbs.txt)"
+    expect "SBS: each type" 6 "$(cut -d, -f2 sbs.txt | sort -u | wc -l)"
+    broken=0
+    for _ in {1..40}; do
+        is_json live_data/aircraft.json || broken=$((broken + 1))
+        sleep 0.05
+    done
+    expect "map files: whole at any time" 0 "$broken"
+    now=$(sed -E 's/\{"now":([0-9]+).*/\1/' live_data/aircraft.json)
+    expect "map files: current" 1 "$((EPOCHSECONDS - now <= 3))"
+    kill -TERM $live
+    wait $live
+    expect "map files: after a signal" "130 0 aircraft.json receiver.json" \
+        "$? $(is_json live_data/aircraft.json; echo $?) $(echo $(ls -A live_data))"
+    expect "map files: the last state" "$(counted tracked)" \
+        "$(sed -E 's/.*"messages":([0-9]+),"aircraft".*/\1/' live_data/aircraft.json)"
+    kill -TERM $server
     wait $server
 fi
 

@@ -3,13 +3,12 @@
 #include "apps/commands/reply_positions.h"
 #include "apps/json/aircraft_json.h"
 #include "apps/json/many_replies.h"
+#include "apps/json/page_types.h"
 #include "apps/json/reply_json.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <fstream>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,29 +18,6 @@ namespace tolvarin::ondrel::client {
 namespace {
 
 using nlohmann::json;
-
-/// The type of each key, as the page names it.
-using Types = std::map<std::string, std::string>;
-
-/// The rows of each section of the page, by the heading of the section.
-std::map<std::string, Types> typesOfPage() {
-    std::ifstream page(ONDREL_DOCS "/json.md");
-    std::map<std::string, Types> sections;
-    std::string heading;
-    std::string line;
-    while (std::getline(page, line)) {
-        if (line.substr(0, 2) == "##") {
-            heading = line.substr(line.find(' ') + 1);
-        }
-        if (line.substr(0, 3) == "| `") {
-            const std::size_t end = line.find("` | ");
-            const std::size_t type = end + 4;
-            sections[heading][line.substr(3, end - 3)] =
-                line.substr(type, line.find(' ', type) - type);
-        }
-    }
-    return sections;
-}
 
 std::string typeOf(const json& value) {
     if (value.is_boolean()) {
@@ -82,8 +58,8 @@ TEST(JsonPage, HasTheKeysOfReplies) {
             note(field, fieldTypes);
         }
     }
-    EXPECT_EQ(typesOfPage()["Replies"], types);
-    EXPECT_EQ(typesOfPage()["Bit fields"], fieldTypes);
+    EXPECT_EQ(typesOfPage("json.md")["Replies"], types);
+    EXPECT_EQ(typesOfPage("json.md")["Bit fields"], fieldTypes);
 }
 
 TEST(JsonPage, HasTheKeysOfAircraft) {
@@ -115,7 +91,7 @@ TEST(JsonPage, HasTheKeysOfAircraft) {
             }
         }
     }
-    EXPECT_EQ(typesOfPage()["Aircraft"], types);
+    EXPECT_EQ(typesOfPage("json.md")["Aircraft"], types);
 }
 
 } // namespace
