@@ -15,11 +15,11 @@ using Entry = std::optional<Cell>;
 constexpr Alignment left = Alignment::Left;
 constexpr Alignment right = Alignment::Right;
 
-/// The cell of a number that has a getter, a flag and a time.
-template <auto isValid, auto number, auto lastUpdate>
-Entry numberIf(const Target& t, const Showing& showing) {
-    return (t.*isValid)() ? Entry({decimal((t.*number)(), 0), isOld((t.*lastUpdate)(), showing)})
-                          : std::nullopt;
+/// The cell of a number that has a getter and a time.
+template <auto number, auto lastUpdate>
+Entry numberIf(bool isTold, const Target& t, const Showing& showing) {
+    return isTold ? Entry({decimal((t.*number)(), 0), isOld((t.*lastUpdate)(), showing)})
+                  : std::nullopt;
 }
 
 /// The same for a number that does not become old.
@@ -51,11 +51,26 @@ Entry emergency(const Target& t, const Showing& /*showing*/) {
     return !text.empty() ? Entry({words(std::string(text))}) : std::nullopt;
 }
 
+Entry altitude(const Target& t, const Showing& showing) {
+    return numberIf<&Target::altitudeBaro, &Target::altitudeBaroLastUpdate>(t.notes.altitudeTold, t,
+                                                                            showing);
+}
+
+Entry groundSpeed(const Target& t, const Showing& showing) {
+    return numberIf<&Target::groundSpeed, &Target::groundSpeedLastUpdate>(t.notes.velocityTold, t,
+                                                                          showing);
+}
+
+Entry verticalRate(const Target& t, const Showing& showing) {
+    return numberIf<&Target::verticalRateBaro, &Target::verticalRateBaroLastUpdate>(
+        t.notes.verticalRateTold, t, showing);
+}
+
 /// Whole degrees below 360: 359.5 and more round to 0.
 Entry track(const Target& t, const Showing& showing) {
     const double degrees = std::fmod(std::round(t.heading()), 360);
-    return t.headingValid() ? Entry({decimal(degrees, 0), isOld(t.headingLastUpdate(), showing)})
-                            : std::nullopt;
+    return t.hasTrack() ? Entry({decimal(degrees, 0), isOld(t.headingLastUpdate(), showing)})
+                        : std::nullopt;
 }
 
 /// The cell of a coordinate of the accepted position.
@@ -101,15 +116,11 @@ const std::vector<AircraftColumn>& aircraftColumns() {
         {"squawk", "squawk", "", "", left, true, 4, squawk},
         {"emergency", "emergency", "", "what the squawks 7500, 7600 and 7700 say", left, false, 1,
          emergency},
-        {"altitude", "altitude", "ft", "barometric", right, true, 3,
-         numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro,
-                  &Target::altitudeBaroLastUpdate>},
-        {"ground_speed", "ground speed", "kt", "", right, true, 5,
-         numberIf<&Target::groundSpeedValid, &Target::groundSpeed, &Target::groundSpeedLastUpdate>},
+        {"altitude", "altitude", "ft", "barometric, or a GNSS height if an aircraft sends that",
+         right, true, 3, altitude},
+        {"ground_speed", "ground speed", "kt", "", right, true, 5, groundSpeed},
         {"track", "track", "deg", "the direction of flight over ground", right, true, 6, track},
-        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true, 10,
-         numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro,
-                  &Target::verticalRateBaroLastUpdate>},
+        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true, 10, verticalRate},
         {"latitude", "latitude", "deg", "north is positive", right, true, 8,
          degreesIf<&GeoPoint::latitude>},
         {"longitude", "longitude", "deg", "east is positive", right, true, 8,

@@ -79,6 +79,9 @@ std::optional<std::string> categoryOf(const TrackedAircraft& aircraft);
 /// The same of a message: its type code, 1 to 4, and the number.
 std::string categoryText(u8 typeCode, u8 number);
 
+/// "baro" or "gnss".
+std::string_view sourceText(AltitudeSource source);
+
 /// What the squawk says if it is 7500, 7600 or 7700; empty if it is another one.
 std::string_view emergencyOf(const ADSBTarget& aircraft);
 std::string_view emergencyOfSquawk(u32 squawk);

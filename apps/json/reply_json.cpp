@@ -32,16 +32,12 @@ u64 readBits(const std::string& bytes, unsigned position, unsigned count) {
     return value;
 }
 
-std::string_view sourceWord(AltitudeSource source) {
-    return source == Gnss ? "gnss" : "baro";
-}
-
 /// A code of 0 tells no altitude; the library reads it as this one.
 void addAltitude(JsonObject& object, i32 feet, AltitudeResolution step, AltitudeSource source) {
     if (feet != -1000 || step != Resolution100Ft) {
         object.whole("altitude_ft", feet);
         object.whole("altitude_step_ft", step);
-        object.words("altitude_source", sourceWord(source));
+        object.words("altitude_source", sourceText(source));
     }
 }
 
@@ -177,7 +173,7 @@ void addValues(JsonObject& object, const ADSBAirborneVelocityMessage& message) {
     }
     if (isTold(37, 9)) {
         object.whole("vertical_rate_ft_min", message.verticalRate());
-        object.words("vertical_rate_source", sourceWord(message.verticalRateSource()));
+        object.words("vertical_rate_source", sourceText(message.verticalRateSource()));
     }
     if (const auto* v0 = dynamic_cast<const ADSBAirborneVelocityMessageV0*>(&message)) {
         object.whole("nucr", v0->nucr());
