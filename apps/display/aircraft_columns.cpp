@@ -22,10 +22,10 @@ Entry numberIf(bool isTold, const Target& t, const Showing& showing) {
                   : std::nullopt;
 }
 
-/// The same for a number that does not become old.
-template <auto isValid, auto number>
-Entry lastingNumberIf(const Target& t, const Showing& /*showing*/) {
-    return (t.*isValid)() ? Entry({decimal((t.*number)(), 0)}) : std::nullopt;
+/// The same for a number with a flag in the target.
+template <auto isValid, auto number, auto lastUpdate>
+Entry validNumber(const Target& t, const Showing& showing) {
+    return numberIf<number, lastUpdate>((t.*isValid)(), t, showing);
 }
 
 Entry address(const Target& t, const Showing& /*showing*/) {
@@ -42,13 +42,16 @@ Entry category(const Target& t, const Showing& /*showing*/) {
     return text ? Entry({words(*text)}) : std::nullopt;
 }
 
-Entry squawk(const Target& t, const Showing& /*showing*/) {
-    return t.squawkValid() ? Entry({words(squawkText(t.squawk()))}) : std::nullopt;
+Entry squawk(const Target& t, const Showing& showing) {
+    return t.squawkValid()
+               ? Entry({words(squawkText(t.squawk())), isOld(t.squawkLastUpdate(), showing)})
+               : std::nullopt;
 }
 
-Entry emergency(const Target& t, const Showing& /*showing*/) {
+Entry emergency(const Target& t, const Showing& showing) {
     const std::string_view text = emergencyOf(t);
-    return !text.empty() ? Entry({words(std::string(text))}) : std::nullopt;
+    return !text.empty() ? Entry({words(std::string(text)), isOld(t.squawkLastUpdate(), showing)})
+                         : std::nullopt;
 }
 
 Entry altitude(const Target& t, const Showing& showing) {
@@ -130,9 +133,9 @@ const std::vector<AircraftColumn>& aircraftColumns() {
         {"mops_version", "MOPS version", "", "of the transponder, with ? until it is confirmed",
          left, true, 16, version},
         {"nic", "NIC", "", "integrity of the position", right, true, 14,
-         lastingNumberIf<&Target::nicValid, &Target::nic>},
+         validNumber<&Target::nicValid, &Target::nic, &Target::nicLastUpdate>},
         {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right, true, 15,
-         lastingNumberIf<&Target::picValid, &Target::pic>},
+         validNumber<&Target::picValid, &Target::pic, &Target::picLastUpdate>},
         {"messages", "messages", "", "the number of messages that the tracker believed", right,
          true, 11, messages},
         {"seen", "seen", "s", "time from the last message of the aircraft to the newest stamp",

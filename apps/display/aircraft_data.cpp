@@ -188,7 +188,9 @@ std::string groundStatusText(const ADSBTarget& aircraft) {
 }
 
 bool AircraftDatum::isOld(const Showing& showing) const {
-    return group == motion && known() && client::isOld(lastUpdate, showing);
+    const bool becomesOld =
+        group == motion || group == quality || key == "squawk" || key == "emergency";
+    return becomesOld && known() && client::isOld(lastUpdate, showing);
 }
 
 std::optional<std::string> categoryOf(const TrackedAircraft& aircraft) {

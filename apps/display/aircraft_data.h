@@ -45,7 +45,7 @@ struct AircraftDatum {
 
     bool known() const { return valid || lastUpdate > 0; }
 
-    /// Whether it is a datum that changes all the time and has become old.
+    /// Whether it has become old. Motion with its quality, squawk and emergency do; the rest lasts.
     bool isOld(const Showing& showing) const;
 };
 

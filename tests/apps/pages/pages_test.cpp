@@ -129,6 +129,9 @@ TEST(IndexPage, DimsWhatIsOld) {
     const std::string old = R"(<td class="number old">38000</td>)"; // of 2.000
     EXPECT_EQ(countOf(Pages().index("x.csv", 62000), old), 0U);
     EXPECT_EQ(countOf(Pages().index("x.csv", 62001), old), 1U);
+    const std::string squawk = R"(<td class="squawk old">7700 <small>)"; // of 4.000
+    EXPECT_EQ(countOf(Pages().index("x.csv", 64000), squawk), 0U);
+    EXPECT_EQ(countOf(Pages().index("x.csv", 64001), squawk), 1U);
 }
 
 TEST(IndexPage, IsSafeWhateverTheRecordingIsCalled) {
@@ -202,6 +205,9 @@ TEST(AircraftPage, DimsWhatIsOld) {
     const std::string old = R"(<td class="value old">38000 <small>ft</small></td>)"; // of 2.000
     EXPECT_EQ(countOf(Pages().aircraft(0, 62000), old), 0U);
     EXPECT_EQ(countOf(Pages().aircraft(0, 62001), old), 1U);
+    const std::string squawk = R"(<td class="value old">7700 general emergency</td>)"; // of 4.000
+    EXPECT_EQ(countOf(Pages().aircraft(1, 64000), squawk), 0U);
+    EXPECT_EQ(countOf(Pages().aircraft(1, 64001), squawk), 1U);
 }
 
 TEST(AircraftPage, DrawsPathAndAltitudes) {
