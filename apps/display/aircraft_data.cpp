@@ -134,8 +134,6 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          t.nicSupplementAValid(), t.nicSuppALastUpdate()},
         {"nic_supplement_b", "NIC supplement B", "", quality, yesNo(t.nicSupplementB()),
          t.nicSupplementBValid(), t.nicSuppBLastUpdate()},
-        {"nic_supplement_c", "NIC supplement C", "", quality, yesNo(t.nicSupplementC()),
-         t.nicSupplementCValid(), t.nicSuppCLastUpdate()},
         {"pic", "PIC", "", quality, whole(t.pic()), t.picValid(), t.picLastUpdate(),
          t.picLastChange()},
         {"nacp", "NACp", "", quality, whole(t.nacp()), t.nacpValid(), t.nacpLastUpdate(),

@@ -50,7 +50,8 @@ struct AircraftDatum {
 };
 
 /// The one list of the data of an aircraft. It has everything that a target holds except address,
-/// track number and message counts, and what the client adds. Text, pages and JSON walk it: a new
+/// track number, message counts and NIC supplement C, which is never received, and what the client
+/// adds. Text, pages and JSON walk it: a new
 /// datum is one row here.
 std::vector<AircraftDatum> dataOf(const TrackedAircraft& aircraft, const Showing& showing);
 

@@ -132,7 +132,6 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"nic", "9", true, 12000, 11000},
         {"nic_supplement_a", "yes", true, 6000, {}},
         {"nic_supplement_b", "yes", true, 12000, {}},
-        {"nic_supplement_c", "", false, 0, {}},
         {"pic", "12", true, 12000, 11000},
         {"nacp", "", false, 0, 0},
         {"sil", "", false, 0, 0},

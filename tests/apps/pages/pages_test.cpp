@@ -176,6 +176,8 @@ TEST(AircraftPage, NamesEveryDatumInARowOrAsMissing) {
     const Pages pages;
     for (const TrackedAircraft& aircraft : pages.tracked.tracking.aircraft()) {
         const std::string page = aircraftPage(aircraft, {5500}, pages.history);
+        EXPECT_NE(page.find("Not known: "), std::string::npos);
+        EXPECT_EQ(page.find("supplement C"), std::string::npos); // cannot be received
         for (const AircraftDatum& datum : dataOf(aircraft, {5500})) {
             // A row of its own would say again what another row says, or has nothing to tell.
             const bool hasNoName = datum.key == "emergency" || datum.key == "distance_nm" ||
