@@ -266,7 +266,7 @@ void TrackRun::noteLosses() {
 
 void TrackRun::noteHistory(const ADSBTarget& aircraft) {
     const u32 address = aircraft.icaoAddr();
-    if (aircraft.altitudeBaroValid() &&
+    if (_tracking.notesOf(aircraft).altitudeTold &&
         aircraft.altitudeBaroLastUpdate() == aircraft.lastUpdate()) {
         _history.noteAltitude(address, aircraft.altitudeBaro(), aircraft.lastUpdate());
     }

@@ -15,17 +15,17 @@ using Entry = std::optional<Cell>;
 constexpr Alignment left = Alignment::Left;
 constexpr Alignment right = Alignment::Right;
 
-/// The cell of a number that has a getter, a flag and a time.
-template <auto isValid, auto number, auto lastUpdate>
-Entry numberIf(const Target& t, const Showing& showing) {
-    return (t.*isValid)() ? Entry({decimal((t.*number)(), 0), isOld((t.*lastUpdate)(), showing)})
-                          : std::nullopt;
+/// The cell of a number that has a getter and a time.
+template <auto number, auto lastUpdate>
+Entry numberIf(bool isTold, const Target& t, const Showing& showing) {
+    return isTold ? Entry({decimal((t.*number)(), 0), isOld((t.*lastUpdate)(), showing)})
+                  : std::nullopt;
 }
 
-/// The same for a number that does not become old.
-template <auto isValid, auto number>
-Entry lastingNumberIf(const Target& t, const Showing& /*showing*/) {
-    return (t.*isValid)() ? Entry({decimal((t.*number)(), 0)}) : std::nullopt;
+/// The same for a number with a flag in the target.
+template <auto isValid, auto number, auto lastUpdate>
+Entry validNumber(const Target& t, const Showing& showing) {
+    return numberIf<number, lastUpdate>((t.*isValid)(), t, showing);
 }
 
 Entry address(const Target& t, const Showing& /*showing*/) {
@@ -42,20 +42,38 @@ Entry category(const Target& t, const Showing& /*showing*/) {
     return text ? Entry({words(*text)}) : std::nullopt;
 }
 
-Entry squawk(const Target& t, const Showing& /*showing*/) {
-    return t.squawkValid() ? Entry({words(squawkText(t.squawk()))}) : std::nullopt;
+Entry squawk(const Target& t, const Showing& showing) {
+    return t.squawkValid()
+               ? Entry({words(squawkText(t.squawk())), isOld(t.squawkLastUpdate(), showing)})
+               : std::nullopt;
 }
 
-Entry emergency(const Target& t, const Showing& /*showing*/) {
+Entry emergency(const Target& t, const Showing& showing) {
     const std::string_view text = emergencyOf(t);
-    return !text.empty() ? Entry({words(std::string(text))}) : std::nullopt;
+    return !text.empty() ? Entry({words(std::string(text)), isOld(t.squawkLastUpdate(), showing)})
+                         : std::nullopt;
+}
+
+Entry altitude(const Target& t, const Showing& showing) {
+    return numberIf<&Target::altitudeBaro, &Target::altitudeBaroLastUpdate>(t.notes.altitudeTold, t,
+                                                                            showing);
+}
+
+Entry groundSpeed(const Target& t, const Showing& showing) {
+    return numberIf<&Target::groundSpeed, &Target::groundSpeedLastUpdate>(t.notes.velocityTold, t,
+                                                                          showing);
+}
+
+Entry verticalRate(const Target& t, const Showing& showing) {
+    return numberIf<&Target::verticalRateBaro, &Target::verticalRateBaroLastUpdate>(
+        t.notes.verticalRateTold, t, showing);
 }
 
 /// Whole degrees below 360: 359.5 and more round to 0.
 Entry track(const Target& t, const Showing& showing) {
     const double degrees = std::fmod(std::round(t.heading()), 360);
-    return t.headingValid() ? Entry({decimal(degrees, 0), isOld(t.headingLastUpdate(), showing)})
-                            : std::nullopt;
+    return t.hasTrack() ? Entry({decimal(degrees, 0), isOld(t.headingLastUpdate(), showing)})
+                        : std::nullopt;
 }
 
 /// The cell of a coordinate of the accepted position.
@@ -101,15 +119,11 @@ const std::vector<AircraftColumn>& aircraftColumns() {
         {"squawk", "squawk", "", "", left, true, 4, squawk},
         {"emergency", "emergency", "", "what the squawks 7500, 7600 and 7700 say", left, false, 1,
          emergency},
-        {"altitude", "altitude", "ft", "barometric", right, true, 3,
-         numberIf<&Target::altitudeBaroValid, &Target::altitudeBaro,
-                  &Target::altitudeBaroLastUpdate>},
-        {"ground_speed", "ground speed", "kt", "", right, true, 5,
-         numberIf<&Target::groundSpeedValid, &Target::groundSpeed, &Target::groundSpeedLastUpdate>},
+        {"altitude", "altitude", "ft", "barometric, or a GNSS height if an aircraft sends that",
+         right, true, 3, altitude},
+        {"ground_speed", "ground speed", "kt", "", right, true, 5, groundSpeed},
         {"track", "track", "deg", "the direction of flight over ground", right, true, 6, track},
-        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true, 10,
-         numberIf<&Target::verticalRateBaroValid, &Target::verticalRateBaro,
-                  &Target::verticalRateBaroLastUpdate>},
+        {"vertical_rate", "vertical rate", "ft/min", "barometric", right, true, 10, verticalRate},
         {"latitude", "latitude", "deg", "north is positive", right, true, 8,
          degreesIf<&GeoPoint::latitude>},
         {"longitude", "longitude", "deg", "east is positive", right, true, 8,
@@ -119,9 +133,9 @@ const std::vector<AircraftColumn>& aircraftColumns() {
         {"mops_version", "MOPS version", "", "of the transponder, with ? until it is confirmed",
          left, true, 16, version},
         {"nic", "NIC", "", "integrity of the position", right, true, 14,
-         lastingNumberIf<&Target::nicValid, &Target::nic>},
+         validNumber<&Target::nicValid, &Target::nic, &Target::nicLastUpdate>},
         {"pic", "PIC", "", "integrity of the position, on a scale of all versions", right, true, 15,
-         lastingNumberIf<&Target::picValid, &Target::pic>},
+         validNumber<&Target::picValid, &Target::pic, &Target::picLastUpdate>},
         {"messages", "messages", "", "the number of messages that the tracker believed", right,
          true, 11, messages},
         {"seen", "seen", "s", "time from the last message of the aircraft to the newest stamp",

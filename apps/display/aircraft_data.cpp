@@ -78,12 +78,16 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
     const Position position = t.position.value_or(Position{});
     const bool groundTold =
         t.groundStatusValid() && t.groundStatus() != ADSBTarget::GroundStatusUnknown;
+    const bool altitudeTold = t.notes.altitudeTold;
+    const bool speedTold = t.notes.velocityTold;
+    const bool rateTold = t.notes.verticalRateTold;
     const bool amplitudeTold = t.signalAmplitude() > 0; // 0 is a message without one
     return {
         {"callsign", "Callsign", "", identification, words(callsignOf(t).value_or("")),
          t.callsignLastUpdate() > 0, t.callsignLastUpdate(), t.callsignLastChange()},
-        {"category", "Category", "", identification, categoryValue(t), t.identityTypeCode != 0,
-         t.emitterCategoryLastUpdate(), t.emitterCategoryLastChange()},
+        {"category", "Category", "", identification, categoryValue(t),
+         t.notes.identityTypeCode != 0, t.emitterCategoryLastUpdate(),
+         t.emitterCategoryLastChange()},
         {"squawk", "Squawk", "", identification, words(squawkText(t.squawk())), t.squawkValid(),
          t.squawkLastUpdate(), t.squawkLastChange()},
         {"emergency", "Emergency", "", status, words(std::string(emergency)), !emergency.empty(),
@@ -107,14 +111,17 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          position.stampMs},
         {"distance_nm", "Distance", "NM", motion, decimal(distance.value_or(0), 1),
          distance.has_value(), distance ? position.stampMs : 0},
-        {"altitude_ft", "Altitude", "ft", motion, whole(t.altitudeBaro()), t.altitudeBaroValid(),
-         t.altitudeBaroLastUpdate()},
-        {"ground_speed_kt", "Ground speed", "kt", motion, decimal(t.groundSpeed(), 1),
-         t.groundSpeedValid(), t.groundSpeedLastUpdate()},
-        {"track_deg", "Track", "deg", motion, decimal(t.heading(), 1), t.headingValid(),
-         t.headingLastUpdate()},
+        {"altitude_ft", "Altitude", "ft", motion, whole(t.altitudeBaro()), altitudeTold,
+         altitudeTold ? t.altitudeBaroLastUpdate() : 0},
+        {"altitude_source", "Altitude source", "", motion,
+         words(std::string(sourceText(t.notes.altitudeSource))), altitudeTold,
+         altitudeTold ? t.altitudeBaroLastUpdate() : 0},
+        {"ground_speed_kt", "Ground speed", "kt", motion, decimal(t.groundSpeed(), 1), speedTold,
+         speedTold ? t.groundSpeedLastUpdate() : 0},
+        {"track_deg", "Track", "deg", motion, decimal(t.heading(), 1), t.hasTrack(),
+         t.hasTrack() ? t.headingLastUpdate() : 0},
         {"vertical_rate_ft_min", "Vertical rate", "ft/min", motion, whole(t.verticalRateBaro()),
-         t.verticalRateBaroValid(), t.verticalRateBaroLastUpdate()},
+         rateTold, rateTold ? t.verticalRateBaroLastUpdate() : 0},
         {"signal_amplitude", "Signal amplitude", "", status, whole(t.signalAmplitude()),
          amplitudeTold, amplitudeTold ? t.signalAmplitudeLastUpdate() : 0},
         {"nucp", "NUCp", "", quality, whole(t.nucp()), t.nucpValid(), t.nucpLastUpdate(),
@@ -127,8 +134,6 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          t.nicSupplementAValid(), t.nicSuppALastUpdate()},
         {"nic_supplement_b", "NIC supplement B", "", quality, yesNo(t.nicSupplementB()),
          t.nicSupplementBValid(), t.nicSuppBLastUpdate()},
-        {"nic_supplement_c", "NIC supplement C", "", quality, yesNo(t.nicSupplementC()),
-         t.nicSupplementCValid(), t.nicSuppCLastUpdate()},
         {"pic", "PIC", "", quality, whole(t.pic()), t.picValid(), t.picLastUpdate(),
          t.picLastChange()},
         {"nacp", "NACp", "", quality, whole(t.nacp()), t.nacpValid(), t.nacpLastUpdate(),
@@ -181,19 +186,25 @@ std::string groundStatusText(const ADSBTarget& aircraft) {
 }
 
 bool AircraftDatum::isOld(const Showing& showing) const {
-    return group == motion && known() && client::isOld(lastUpdate, showing);
+    const bool becomesOld =
+        group == motion || group == quality || key == "squawk" || key == "emergency";
+    return becomesOld && known() && client::isOld(lastUpdate, showing);
 }
 
 std::optional<std::string> categoryOf(const TrackedAircraft& aircraft) {
-    if (aircraft.identityTypeCode == 0) {
+    if (aircraft.notes.identityTypeCode == 0) {
         return std::nullopt;
     }
-    return categoryText(aircraft.identityTypeCode, aircraft.emitterCategory());
+    return categoryText(aircraft.notes.identityTypeCode, aircraft.emitterCategory());
 }
 
 std::string categoryText(u8 typeCode, u8 number) {
     const auto letter = static_cast<char>('E' - typeCode); // 4 is set A, 1 is D
     return letter + std::to_string(number);
+}
+
+std::string_view sourceText(AltitudeSource source) {
+    return source == Gnss ? "gnss" : "baro";
 }
 
 std::string_view emergencyOf(const ADSBTarget& aircraft) {

@@ -45,12 +45,13 @@ struct AircraftDatum {
 
     bool known() const { return valid || lastUpdate > 0; }
 
-    /// Whether it is a datum that changes all the time and has become old.
+    /// Whether it has become old. Motion with its quality, squawk and emergency do; the rest lasts.
     bool isOld(const Showing& showing) const;
 };
 
 /// The one list of the data of an aircraft. It has everything that a target holds except address,
-/// track number and message counts, and what the client adds. Text, pages and JSON walk it: a new
+/// track number, message counts and NIC supplement C, which is never received, and what the client
+/// adds. Text, pages and JSON walk it: a new
 /// datum is one row here.
 std::vector<AircraftDatum> dataOf(const TrackedAircraft& aircraft, const Showing& showing);
 
@@ -78,6 +79,9 @@ std::optional<std::string> categoryOf(const TrackedAircraft& aircraft);
 
 /// The same of a message: its type code, 1 to 4, and the number.
 std::string categoryText(u8 typeCode, u8 number);
+
+/// "baro" or "gnss".
+std::string_view sourceText(AltitudeSource source);
 
 /// What the squawk says if it is 7500, 7600 or 7700; empty if it is another one.
 std::string_view emergencyOf(const ADSBTarget& aircraft);

@@ -21,7 +21,8 @@ struct Age {
     std::string_view key;
     std::string_view of; ///< the key of the datum
 };
-constexpr std::array<Age, 3> ages = {{
+constexpr std::array<Age, 4> ages = {{
+    {"seen_squawk", "squawk"},
     {"seen_pos", "latitude"},
     {"seen_altitude", "altitude_ft"},
     {"seen_speed", "ground_speed_kt"},

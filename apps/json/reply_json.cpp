@@ -23,15 +23,11 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-std::string_view sourceWord(AltitudeSource source) {
-    return source == Gnss ? "gnss" : "baro";
-}
-
 void addAltitude(JsonObject& object, i32 feet, AltitudeResolution step, AltitudeSource source) {
     if (tellsAltitude(feet, step)) {
         object.whole("altitude_ft", feet);
         object.whole("altitude_step_ft", step);
-        object.words("altitude_source", sourceWord(source));
+        object.words("altitude_source", sourceText(source));
     }
 }
 
@@ -160,7 +156,7 @@ void addValues(JsonObject& object, const ADSBAirborneVelocityMessage& message) {
     }
     if (tellsVerticalRate(message)) {
         object.whole("vertical_rate_ft_min", message.verticalRate());
-        object.words("vertical_rate_source", sourceWord(message.verticalRateSource()));
+        object.words("vertical_rate_source", sourceText(message.verticalRateSource()));
     }
     if (const auto* v0 = dynamic_cast<const ADSBAirborneVelocityMessageV0*>(&message)) {
         object.whole("nucr", v0->nucr());

@@ -86,7 +86,7 @@ std::string section(std::string_view title, const std::string& content) {
     return element("section", "\n" + element("h2", htmlText(title)) + "\n" + content) + "\n";
 }
 
-/// The data of a group that were received, and the names of the others.
+/// The data of a group that are known, and the names of the others.
 std::string dataSection(std::string_view group, const std::vector<AircraftDatum>& data,
                         const TrackedAircraft& aircraft, const Showing& showing) {
     std::string rows;
@@ -104,11 +104,10 @@ std::string dataSection(std::string_view group, const std::vector<AircraftDatum>
     const std::string heads = headCell("col", "", "Item") + headCell("col", "", "Value") +
                               headCell("col", "time", "Updated") +
                               headCell("col", "time", "Changed");
-    return section(group,
-                   (rows.empty() ? "" : table(heads, rows)) +
-                       (missing.empty()
-                            ? ""
-                            : element("p", "quiet", "Not received: " + missing + ".") + "\n"));
+    return section(
+        group,
+        (rows.empty() ? "" : table(heads, rows)) +
+            (missing.empty() ? "" : element("p", "quiet", "Not known: " + missing + ".") + "\n"));
 }
 
 std::string countSection(std::string_view title, const std::vector<MessageCount>& counts) {

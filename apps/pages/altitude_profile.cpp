@@ -167,7 +167,7 @@ AltitudeProfile::AltitudeProfile(const TrackedAircraft& aircraft, const TrackHis
 /// The history notes changes, so its last altitude is a little older.
 void AltitudeProfile::addNewest(const TrackedAircraft& aircraft) {
     const u64 stampMs = aircraft.altitudeBaroLastUpdate();
-    if (aircraft.altitudeBaroValid() &&
+    if (aircraft.notes.altitudeTold &&
         (_altitudes.empty() || _altitudes.back().stampMs < stampMs)) {
         _altitudes.push_back({stampMs, aircraft.altitudeBaro(), false});
     }
@@ -175,9 +175,8 @@ void AltitudeProfile::addNewest(const TrackedAircraft& aircraft) {
 
 std::string AltitudeProfile::caption() const {
     const std::string feet = std::to_string(_lowest);
-    return "Barometric altitude, " +
-           (_lowest < _highest ? feet + " to " + std::to_string(_highest) : feet) + " ft, " +
-           fromTo(_first, _last);
+    return "Altitude, " + (_lowest < _highest ? feet + " to " + std::to_string(_highest) : feet) +
+           " ft, " + fromTo(_first, _last);
 }
 
 std::string AltitudeProfile::svg(std::string_view style, double width, double height) const {

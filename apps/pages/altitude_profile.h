@@ -9,7 +9,7 @@
 
 namespace tolvarin::ondrel::client {
 
-/// The barometric altitude of an aircraft over time. The line has gaps where nothing was heard for
+/// The altitude of an aircraft over time. The line has gaps where nothing was heard for
 /// long, and begins anew where the stamps went back.
 class AltitudeProfile {
 public:

@@ -23,7 +23,7 @@ std::string_view find(const std::array<Row, Size>& rows, std::string_view key,
 }
 
 /// By the keys of data and columns.
-constexpr std::array<Row, 14> meanings = {{
+constexpr std::array<Row, 13> meanings = {{
     {"spi", "Special Position Identification: the pilot has pressed the ident button"},
     {"alert", "The squawk has just been changed, or is one of an emergency"},
     {"capability", "0: level 1. 4, 5, 6: level 2 or higher, on the ground, in the air, or either. "
@@ -36,7 +36,6 @@ constexpr std::array<Row, 14> meanings = {{
             "best"},
     {"nic_supplement_a", "A bit that divides a NIC more finely"},
     {"nic_supplement_b", "A bit that divides a NIC more finely"},
-    {"nic_supplement_c", "A bit that divides a NIC more finely"},
     {"pic", "Position Integrity Category, the NIC on a scale of all MOPS versions: 0 is unknown, "
             "14 is best"},
     {"nacp", "Navigation Accuracy Category of the position: 0 is unknown, 11 is best"},

@@ -65,6 +65,7 @@ std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircr
     if (!cell) {
         return element("td", style + " quiet", dash);
     }
+    style += cell->isOld ? " old" : "";
     const std::string& text = cell->value.text;
     if (column.key == "address") {
         return headCell("row", style, link(pageName(aircraft.icaoAddr()), text));
@@ -76,7 +77,7 @@ std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircr
     if (column.key == "mops_version" && !aircraft.mopsVersionConfirmed()) {
         return element("td", style, unconfirmedVersion(text));
     }
-    return element("td", cell->isOld ? style + " old" : style, htmlText(text));
+    return element("td", style, htmlText(text));
 }
 
 /// The squawk says the emergency, so its column is left out.

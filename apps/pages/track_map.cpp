@@ -74,7 +74,7 @@ MapView viewOf(std::vector<GeoPoint> points, const std::optional<GeoPoint>& rece
 
 std::string_view bandStyle(const TrackedAircraft& aircraft) {
     const auto& bands = altitudeBands();
-    if (!aircraft.altitudeBaroValid()) {
+    if (!aircraft.notes.altitudeTold) {
         return bands.back().style;
     }
     return std::find_if(
@@ -325,7 +325,7 @@ void TrackMap::addMarker(const TrackedAircraft& aircraft) {
     _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + " tabindex=\"-1\"><title>" +
             htmlText(hex24(aircraft.icaoAddr()) + " " + callsignOf(aircraft).value_or("")) +
             "</title>";
-    if (aircraft.headingValid()) {
+    if (aircraft.hasTrack()) {
         _svg += "<path" + style + " transform=\"translate(" + pair(at) + ") rotate(" +
                 decimalText(aircraft.heading(), 0) + ")\" d=\"M0,-8L5.5,7L0,4L-5.5,7Z\"/>";
     } else {

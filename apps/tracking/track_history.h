@@ -11,7 +11,7 @@
 
 namespace tolvarin::ondrel::client {
 
-/// A barometric altitude that an aircraft told, and when.
+/// An altitude that an aircraft told, and when.
 struct PastAltitude {
     u64 stampMs;
     i32 feet;

@@ -20,6 +20,20 @@ bool isOdd(const std::string& positionField) {
     return (static_cast<u8>(positionField[2]) & 0x04U) != 0;
 }
 
+/// Whether a field has another code than 0. The mask has its bits in two neighbouring bytes.
+bool isTold(const std::string& bytes, std::size_t first, unsigned mask) {
+    const unsigned two = static_cast<u8>(bytes[first]) * 256U + static_cast<u8>(bytes[first + 1]);
+    return (two & mask) != 0;
+}
+
+/// Subtypes 1 and 2. The tracker takes no other velocity.
+bool isGroundVelocity(const std::string& field) {
+    const unsigned subtype = static_cast<u8>(field.front()) & 7U;
+    return subtype == 1 || subtype == 2;
+}
+
+constexpr u8 firstGnssTypeCode = 20; // of airborne positions
+
 constexpr u64 places = 4095;          // in the tracker's table
 constexpr std::size_t leaving = 64;   // at once, since each search looks at the whole table
 constexpr u64 betweenSearches = 1000; // ms
@@ -66,24 +80,53 @@ const ADSBTarget* Tracking::take(const DFMessage* message) {
         _taken.set(aircraft->trackId());
         ++_aircraft;
     }
-    if (message->downlinkFormat() == DFMessage::DF17) {
+    switch (message->downlinkFormat()) {
+    case DFMessage::DF0:
+    case DFMessage::DF4:
+    case DFMessage::DF16:
+    case DFMessage::DF20: // AC (ICAO Annex 10 Volume IV, 3.1.2.6.5.4)
+        noteAltitude(*aircraft, isTold(message->data(), 2, 0x1FFF), Baro);
+        break;
+    case DFMessage::DF17:
         noteSquitter(*aircraft, static_cast<const DF17Message&>(*message).constFieldME().data());
+        break;
+    default:
+        break;
     }
     return aircraft;
 }
 
-/// A position is new if it is as new as its squitter.
+/// The altitude check can have refused the altitude: it is new if it is as new as its message.
+void Tracking::noteAltitude(const ADSBTarget& aircraft, bool told, AltitudeSource source) {
+    if (aircraft.altitudeBaroLastUpdate() == aircraft.lastUpdate()) {
+        MessageNotes& notes = _notes[aircraft.trackId()];
+        notes.altitudeTold = told;
+        notes.altitudeSource = source;
+    }
+}
+
+/// A position is new if it is as new as its squitter. Places of fields by RTCA DO-260B, 2.2.3.2.3
+/// and 2.2.3.2.6.
 void Tracking::noteSquitter(const ADSBTarget& aircraft, const std::string& field) {
     const u8 typeCode = typeCodeOf(field);
     const auto type = ADSBMessage::typeByCode(typeCode);
+    MessageNotes& notes = _notes[aircraft.trackId()];
     if (type == ADSBMessage::ACID) {
-        _identityTypeCodes[aircraft.trackId()] = typeCode;
-    } else if (type == ADSBMessage::POS_AIR &&
-               aircraft.positionLastUpdate() == aircraft.lastUpdate()) {
-        _verdict = _positions.check(
-            aircraft.trackId(),
-            {{aircraft.latitude(), aircraft.longitude()}, aircraft.positionLastUpdate()},
-            isOdd(field));
+        notes.identityTypeCode = typeCode;
+    } else if (type == ADSBMessage::POS_AIR) {
+        noteAltitude(aircraft, isTold(field, 1, 0xFFF0),
+                     typeCode >= firstGnssTypeCode ? Gnss : Baro);
+        if (aircraft.positionLastUpdate() == aircraft.lastUpdate()) {
+            _verdict = _positions.check(
+                aircraft.trackId(),
+                {{aircraft.latitude(), aircraft.longitude()}, aircraft.positionLastUpdate()},
+                isOdd(field));
+        }
+    } else if (type == ADSBMessage::AIR_VEL && isGroundVelocity(field)) {
+        notes.velocityTold = isTold(field, 1, 0x03FF) && isTold(field, 3, 0x7FE0);
+        if (!isTold(field, 4, 0x1000)) { // the source bit: the tracker takes a rate with 0 only
+            notes.verticalRateTold = isTold(field, 4, 0x07FC);
+        }
     }
 }
 
@@ -169,7 +212,7 @@ void Tracking::noteKilled(const std::vector<TrackedAircraft>& killed) {
     for (const TrackedAircraft& target : killed) {
         _positions.forget(target.trackId());
         _taken.reset(target.trackId());
-        _identityTypeCodes[target.trackId()] = 0;
+        _notes[target.trackId()] = {};
     }
     _aircraft -= killed.size();
     _killed += killed.size();
@@ -180,8 +223,8 @@ std::vector<TrackedAircraft> Tracking::tracked(std::vector<ADSBTarget> targets) 
     all.reserve(targets.size());
     for (ADSBTarget& target : targets) {
         const std::optional<Position> position = positionOf(target);
-        const u8 typeCode = _identityTypeCodes[target.trackId()];
-        all.emplace_back(std::move(target), position).identityTypeCode = typeCode;
+        const MessageNotes& notes = notesOf(target);
+        all.emplace_back(std::move(target), position).notes = notes;
     }
     return all;
 }

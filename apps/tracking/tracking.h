@@ -73,6 +73,11 @@ public:
         return _positions.positionOf(aircraft.trackId());
     }
 
+    /// What the messages of an aircraft told beside what its target keeps.
+    const MessageNotes& notesOf(const ADSBTarget& aircraft) const {
+        return _notes[aircraft.trackId()];
+    }
+
     /// The aircraft that made room for the last reply.
     const std::vector<TrackedAircraft>& madeRoom() const { return _madeRoom; }
 
@@ -94,6 +99,7 @@ private:
     std::vector<TrackedAircraft> kill(u64 lastUpdate);
     std::vector<TrackedAircraft> killThoseAhead();
     void noteKilled(const std::vector<TrackedAircraft>& killed);
+    void noteAltitude(const ADSBTarget& aircraft, bool told, AltitudeSource source);
     void noteSquitter(const ADSBTarget& aircraft, const std::string& field);
     std::vector<TrackedAircraft> tracked(std::vector<ADSBTarget> targets) const;
 
@@ -101,9 +107,9 @@ private:
     PositionCheck _positions;
     std::optional<PositionCheck::Verdict> _verdict;
     u64 _now = 0;
-    std::array<u64, 2> _before{};              ///< the times before _now
-    std::bitset<4096> _taken;                  ///< by track number
-    std::array<u8, 4096> _identityTypeCodes{}; ///< by track number
+    std::array<u64, 2> _before{};            ///< the times before _now
+    std::bitset<4096> _taken;                ///< by track number
+    std::array<MessageNotes, 4096> _notes{}; ///< by track number
     u64 _aircraft = 0;
     bool _makesRoom = true;
     bool _wentBack = false; ///< the time, at some reply

@@ -1,5 +1,7 @@
 #include "apps/display/aircraft_data.h"
 
+#include "apps/display/aircraft_columns.h"
+
 #include "simulator/cpr_encoder.h"
 #include "simulator/frame_encoder.h"
 #include "simulator/payload_encoder.h"
@@ -50,15 +52,16 @@ std::string operationalStatus() {
 /// Fourteen seconds after the first frame, for a receiver on the meridian of Greenwich.
 const Showing showing = {14000, 1, GeoPoint{51.5, 0}};
 
-/// The aircraft with the position of the target, as if it had been confirmed, and with the set A of
-/// emitter categories.
+/// The aircraft with the position of the target, as if it had been confirmed, with the set A of
+/// emitter categories, and as if all of its motion had been told.
 TrackedAircraft confirmed(const ADSBTarget& target) {
     std::optional<Position> position;
     if (target.positionValid()) {
         position = {{target.latitude(), target.longitude()}, target.positionLastUpdate()};
     }
     TrackedAircraft aircraft(target, position);
-    aircraft.identityTypeCode = 4;
+    aircraft.notes = {4, target.altitudeBaroValid(), target.groundSpeedValid(),
+                      target.verticalRateBaroValid(), Baro};
     return aircraft;
 }
 
@@ -119,6 +122,7 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"longitude", "-3.500009", true, 12000, {}},
         {"distance_nm", "137.2", true, 12000, {}},
         {"altitude_ft", "31000", true, 12000, {}},
+        {"altitude_source", "baro", true, 12000, {}},
         {"ground_speed_kt", "500.0", true, 7000, {}},
         {"track_deg", "36.9", true, 7000, {}},
         {"vertical_rate_ft_min", "-640", true, 7000, {}},
@@ -128,7 +132,6 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"nic", "9", true, 12000, 11000},
         {"nic_supplement_a", "yes", true, 6000, {}},
         {"nic_supplement_b", "yes", true, 12000, {}},
-        {"nic_supplement_c", "", false, 0, {}},
         {"pic", "12", true, 12000, 11000},
         {"nacp", "", false, 0, 0},
         {"sil", "", false, 0, 0},
@@ -144,6 +147,28 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         EXPECT_EQ(datum.lastUpdate, row.lastUpdate) << row.key;
         EXPECT_EQ(datum.lastChange, row.lastChange) << row.key;
     }
+}
+
+TEST(AircraftData, LeaveOutWhatWasNotTold) {
+    TrackedAircraft aircraft = confirmed(heardAircraft());
+    const auto unknown = [&aircraft] {
+        std::string keys;
+        for (const AircraftDatum& datum : dataOf(aircraft, showing)) {
+            keys += datum.group == "Motion" && !datum.known() ? std::string(datum.key) + " " : "";
+        }
+        for (const AircraftColumn& column : aircraftColumns()) {
+            keys += column.cell(aircraft, showing) ? "" : "/" + std::string(column.key);
+        }
+        return keys;
+    };
+    EXPECT_EQ(unknown(), "");
+    aircraft.notes.altitudeTold = false;
+    EXPECT_EQ(unknown(), "altitude_ft altitude_source /altitude");
+    aircraft.notes = {4, true, false, true, Gnss};
+    EXPECT_EQ(unknown(), "ground_speed_kt track_deg /ground_speed/track");
+    EXPECT_EQ(dataOf(aircraft, showing)[14].value.text, "gnss");
+    aircraft.notes = {4, true, true, false, Gnss};
+    EXPECT_EQ(unknown(), "vertical_rate_ft_min /vertical_rate");
 }
 
 /// What another tracker knows of a datum that it got in a report. The interface of

@@ -20,7 +20,7 @@ TEST(AircraftJson, HasAllThatIsKnown) {
         form.dump(),
         R"({"schema":1,"showing":7,"time_ms":6800,"address":"4840D6","track_number":2,)"
         R"("killed":true,"seen":1.5,"last_update_ms":5300,"callsign":"KLM1023","category":"A0",)"
-        R"("squawk":"0123","ground_status":"ground","spi":false,"alert":false,)"
+        R"("squawk":"0123","seen_squawk":1.5,"ground_status":"ground","spi":false,"alert":false,)"
         R"("mops_version":0,"mops_version_confirmed":false,)"
         R"("updated_ms":{"callsign":3500,"category":3500,"squawk":5300,"ground_status":5300,)"
         R"("spi":5300,"alert":5300},)"

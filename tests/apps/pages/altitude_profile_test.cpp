@@ -60,9 +60,9 @@ TEST(AltitudeProfile, ShowsAClimb) {
     EXPECT_EQ(labelsOf(svgOf(climb)), "0 ft|1000 ft|2000 ft|3000 ft|4000 ft|5000 ft|"
                                       "22:14|22:15|22:16|22:17");
     EXPECT_EQ(profileOf(climb).caption(),
-              "Barometric altitude, 0 to 5000 ft, 2023-11-14 22:13:20 to 22:17:20 UTC");
+              "Altitude, 0 to 5000 ft, 2023-11-14 22:13:20 to 22:17:20 UTC");
     EXPECT_NE(svgOf(climb).find("<svg role=\"img\" class=\"wide\""), std::string::npos);
-    EXPECT_NE(svgOf(climb).find("<title>Barometric altitude, 0 to 5000 ft"), std::string::npos);
+    EXPECT_NE(svgOf(climb).find("<title>Altitude, 0 to 5000 ft"), std::string::npos);
 }
 
 TEST(AltitudeProfile, HasRoundStepsOnBothAxes) {

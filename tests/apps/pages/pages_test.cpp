@@ -129,6 +129,9 @@ TEST(IndexPage, DimsWhatIsOld) {
     const std::string old = R"(<td class="number old">38000</td>)"; // of 2.000
     EXPECT_EQ(countOf(Pages().index("x.csv", 62000), old), 0U);
     EXPECT_EQ(countOf(Pages().index("x.csv", 62001), old), 1U);
+    const std::string squawk = R"(<td class="squawk old">7700 <small>)"; // of 4.000
+    EXPECT_EQ(countOf(Pages().index("x.csv", 64000), squawk), 0U);
+    EXPECT_EQ(countOf(Pages().index("x.csv", 64001), squawk), 1U);
 }
 
 TEST(IndexPage, IsSafeWhateverTheRecordingIsCalled) {
@@ -173,6 +176,8 @@ TEST(AircraftPage, NamesEveryDatumInARowOrAsMissing) {
     const Pages pages;
     for (const TrackedAircraft& aircraft : pages.tracked.tracking.aircraft()) {
         const std::string page = wholePage(aircraftPage(aircraft, {5500}, pages.history));
+        EXPECT_NE(page.find("Not known: "), std::string::npos);
+        EXPECT_EQ(page.find("supplement C"), std::string::npos); // cannot be received
         for (const AircraftDatum& datum : dataOf(aircraft, {5500})) {
             // A row of its own would say again what another row says, or has nothing to tell.
             const bool hasNoName = datum.key == "emergency" || datum.key == "distance_nm" ||
@@ -202,6 +207,9 @@ TEST(AircraftPage, DimsWhatIsOld) {
     const std::string old = R"(<td class="value old">38000 <small>ft</small></td>)"; // of 2.000
     EXPECT_EQ(countOf(Pages().aircraft(0, 62000), old), 0U);
     EXPECT_EQ(countOf(Pages().aircraft(0, 62001), old), 1U);
+    const std::string squawk = R"(<td class="value old">7700 general emergency</td>)"; // of 4.000
+    EXPECT_EQ(countOf(Pages().aircraft(1, 64000), squawk), 0U);
+    EXPECT_EQ(countOf(Pages().aircraft(1, 64001), squawk), 1U);
 }
 
 TEST(AircraftPage, DrawsPathAndAltitudes) {

@@ -83,11 +83,27 @@ TEST(AircraftTable, MarksWhatIsOldAndNamesEmergencies) {
 address  callsign  category  squawk  emergency          altitude  ground  track  vertical  latitude  longitude  distance  ground  MOPS     NIC  PIC  messages  seen
                                                               ft   speed    deg      rate       deg        deg        NM  status  version                         s
                                                                       kt           ft/min
-40621D   -         -         -       -                     38000*      -      -         -  52.25720*   3.91937*    152.1* air     0?         8   11         3    63
+40621D   -         -         -       -                     38000*      -      -         -  52.25720*   3.91937*    152.1* air     0?         8*  11*        3    63
 4840D6   KLM1023   A0        7700    general emergency         -       -      -         -         -          -         -  ground  0?         -    -         3     0
 485020   -         -         -       -                         -     159*   183*     -832*        -          -         -  -       0?         -    -         1    61
 * received more than 60 s ago
 )"));
+}
+
+TEST(AircraftTable, MarksAnOldEmergency) {
+    const auto& aircraft = aMinuteLater().tracking.aircraft();
+    for (const u64 timeMs : {u64{125000}, u64{125001}}) { // of 65.000
+        const bool isOld = timeMs > 125000;
+        const std::string table = aircraftTable(aircraft, {timeMs}, {200, true});
+        const std::string start = isOld ? "\033[2;31m" : "\033[1;31m";
+        for (const char* text : {"7700", "general emergency"}) {
+            EXPECT_NE(table.find(start + text + (isOld ? "*" : "") + "\033[0m"), std::string::npos)
+                << table;
+        }
+        const std::string report = aircraftReport(aircraft.at(1), {timeMs}, {});
+        EXPECT_EQ(report.find("7700*") != std::string::npos, isOld);
+        EXPECT_EQ(report.find("general emergency*") != std::string::npos, isOld);
+    }
 }
 
 TEST(AircraftTable, LeavesOutColumnsInTheirOrder) {
@@ -170,7 +186,7 @@ TEST(AircraftReport, ShowsTheAgeOfEachDatum) {
              "Item                        Value       Valid  Age s  Last update  Last change\n",
              "Ground status                 air       yes     63.0  2.000        0.500\n",
              "Altitude                    38000* ft   yes     63.0  2.000\n",
-             "SIL                             2       yes     63.0  2.000        0.500\n"
+             "SIL                             2*      yes     63.0  2.000        0.500\n"
              "* received more than 60 s ago\n\n"
              "Messages   3\n"
              "  DF-17    3\n"

@@ -133,6 +133,95 @@ TEST(Tracking, KeepsFalsePositionsApart) {
     EXPECT_EQ(counts.unconfirmed, 0U);
 }
 
+std::string line(const std::string& frame) {
+    return "1," + hexBytes(frame);
+}
+
+/// A squitter whose ME field has 0 in the bits of the mask, in two bytes from `first` on.
+std::string squitterWithout(std::size_t first, unsigned mask, std::string field) {
+    for (const std::size_t i : {first, first + 1}) {
+        const unsigned part = i == first ? mask >> 8U : mask & 0xFFU;
+        field[i] = static_cast<char>(static_cast<unsigned char>(field[i]) & ~part);
+    }
+    return line(simulator::df17(0x4840D6, 5, field));
+}
+
+std::string altitudeReply(bool told) {
+    constexpr u32 address = 0x4840D6;
+    std::string frame = simulator::df4(address, {}, 30000);
+    if (!told) {
+        frame[2] = 0;
+        frame[3] = 0;
+        const u32 parity = simulator::parity(frame) ^ address;
+        for (const unsigned i : {0U, 1U, 2U}) {
+            frame[4 + i] = static_cast<char>(parity >> (16 - 8 * i) & 0xFFU);
+        }
+    }
+    return line(frame);
+}
+
+// Each row after those above it.
+TEST(Tracking, NotesWhatIsTold) {
+    simulator::VelocityFields fields;
+    fields.verticalRateFtMin = -640;
+    const std::string velocity = simulator::groundVelocity(fields, 300, -400, false);
+    const std::string airSpeed = simulator::airVelocity(fields, 0, 0, false);
+    fields.verticalRateSourceBit = true;
+    const std::string otherRate = simulator::groundVelocity(fields, 300, -400, false);
+    simulator::AirbornePosition position;
+    position.altitudeFt = 30000;
+    const std::string baro = simulator::airbornePosition(position);
+    position.typeCode = 20;
+    const std::string gnss = simulator::airbornePosition(position);
+    struct Row {
+        const char* name;
+        std::string line;
+        std::string told;
+    };
+    std::vector<std::string> lines;
+    for (const Row& row : std::vector<Row>{
+             {"identification",
+              line(simulator::df17(0x4840D6, 5, simulator::identification(4, 3, "X"))), "baro"},
+             {"velocity", squitterWithout(0, 0, velocity), "velocity rate baro"},
+             {"no east", squitterWithout(1, 0x03FF, velocity), "rate baro"},
+             {"air speed", squitterWithout(0, 0, airSpeed), "rate baro"},
+             {"no rate", squitterWithout(4, 0x07FC, velocity), "velocity baro"},
+             {"GNSS rate", squitterWithout(0, 0, otherRate), "velocity baro"},
+             {"no north", squitterWithout(3, 0x7FE0, velocity), "rate baro"},
+             {"no GNSS rate", squitterWithout(4, 0x07FC, otherRate), "velocity rate baro"},
+             {"altitude", squitterWithout(0, 0, baro), "altitude velocity rate baro"},
+             {"no altitude", squitterWithout(1, 0xFFF0, baro), "velocity rate baro"},
+             {"GNSS height", squitterWithout(0, 0, gnss), "altitude velocity rate gnss"},
+             {"reply", altitudeReply(true), "altitude velocity rate baro"},
+             {"no reply", altitudeReply(false), "velocity rate baro"},
+         }) {
+        lines.push_back(row.line);
+        const TrackedLines tracked(lines);
+        ASSERT_EQ(tracked.tracking.counts().tracked, lines.size()) << row.name;
+        const MessageNotes notes = tracked.tracking.aircraft().front().notes;
+        EXPECT_EQ(std::string(notes.altitudeTold ? "altitude " : "") +
+                      (notes.velocityTold ? "velocity " : "") +
+                      (notes.verticalRateTold ? "rate " : "") +
+                      (notes.altitudeSource == Gnss ? "gnss" : "baro"),
+                  row.told)
+            << row.name;
+    }
+}
+
+TEST(Tracking, NotesNoAltitudeThatTheCheckRefuses) {
+    const TrackedLines tracked({positionLine(1, 52, true), "2" + altitudeReply(false).substr(1)},
+                               AltitudeCheck{10, 500});
+    EXPECT_TRUE(tracked.tracking.aircraft().front().notes.altitudeTold);
+}
+
+TEST(Tracking, GivesNoTrackWithoutSpeed) {
+    const std::string still = simulator::groundVelocity({}, 0, 0, false);
+    const TrackedAircraft aircraft =
+        TrackedLines({squitterWithout(0, 0, still)}).tracking.aircraft().front();
+    EXPECT_TRUE(aircraft.notes.velocityTold);
+    EXPECT_FALSE(aircraft.hasTrack());
+}
+
 } // namespace
 
 } // namespace tolvarin::ondrel::client
