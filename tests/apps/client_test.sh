@@ -609,6 +609,19 @@ done
 exec 4>&-
 expect "pages: whole when interrupted" "40621D.html index.html 2" \
     "$(find interrupted -type f -printf '%f\n' | sort | tr '\n' ' ')$(cat interrupted/* | grep -c '</html>')"
+# The signal comes while the pipe is full. Its reader takes one line and then stands still.
+mkfifo full
+for arguments in "TERM decode whole.txt" "HUP simulate --seconds 1000000"; do
+    read -r signal arguments <<<"$arguments"
+    # shellcheck disable=SC2086
+    "$client" $arguments >full 2>err &
+    exec 5<full
+    read -r _ <&5
+    kill -"$signal" $!
+    wait $!
+    expect "$arguments: interrupted by $signal while its reader stands still" 130 $?
+    exec 5<&-
+done
 for signal in INT TERM HUP; do
     rm -f endless.txt
     env --default-signal=INT "$client" simulate --seconds 1000000 -o endless.txt 2>err &
