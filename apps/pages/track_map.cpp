@@ -215,7 +215,8 @@ void TrackMap::addGraticule() {
     }
     for (const GridLine& parallel : _view.parallels()) {
         addLine({0, parallel.at}, {_view.width(), parallel.at}, "grid");
-        addDegrees({gap, parallel.at - 2 * gap}, parallel.label);
+        const bool fits = parallel.at >= 2 * gap + labelHeight / 2;
+        addDegrees({gap, parallel.at + (fits ? -2 * gap : 2 * gap)}, parallel.label);
     }
 }
 

@@ -89,6 +89,20 @@ TEST(TrackMap, DrawsCoastsAndTracksWithoutPointsThatNobodySees) {
     EXPECT_LT(map.size(), 12000U);
 }
 
+TEST(TrackMap, CutsNoLabelAtTheUpperEdge) {
+    const std::string map =
+        mapOf({{-78, -170}, {-20, 170}, {78, 0}, {0, 90}, {0, -90}}, std::nullopt);
+    const std::string class_ = R"(<text class="degrees" x=")";
+    std::size_t labels = 0;
+    for (auto at = map.find(class_); at != std::string::npos; at = map.find(class_, at + 1)) {
+        const auto y = map.find(R"( y=")", at) + 4;
+        EXPECT_GE(std::stod(map.substr(y)), 10) << map.substr(at, 80);
+        ++labels;
+    }
+    EXPECT_GT(labels, 6U);
+    EXPECT_TRUE(contains(map, ">90\u00B0N<"));
+}
+
 /// How often a text has the part.
 std::size_t count(std::string_view text, std::string_view part) {
     std::size_t times = 0;
