@@ -64,13 +64,17 @@ File File::openForWriting(const std::string& path) {
     if (path == "-") {
         return {STDOUT_FILENO, "<stdout>", false};
     }
+    return openForWriting(path, path);
+}
+
+File File::openForWriting(const std::string& path, const std::string& name) {
     const int descriptor = uninterrupted([&] {
         return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, newFileMode);
     });
     if (descriptor < 0) {
-        throw Failure("cannot create " + path, errno);
+        throw Failure("cannot create " + name, errno);
     }
-    return {descriptor, path, true};
+    return {descriptor, name, true};
 }
 
 File::File(int descriptor, std::string name, bool owned)

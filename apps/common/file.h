@@ -27,6 +27,9 @@ public:
     /// Creates or empties the file; `-` is standard output.
     static File openForWriting(const std::string& path);
 
+    /// The same for a file that messages call by another name than its path. `-` is no exception.
+    static File openForWriting(const std::string& path, const std::string& name);
+
     File(const File&) = delete;
     File& operator=(const File&) = delete;
     File(File&& other) noexcept;
