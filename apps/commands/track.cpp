@@ -74,6 +74,7 @@ Exit status:
   130  interrupted)";
 
 constexpr const char* never = "never";
+constexpr const char* modified = "mtime";
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
 constexpr u64 mostMessages = 1000000;
@@ -134,14 +135,15 @@ AltitudeCheck altitudeCheck(const std::string& text) {
     return {numberAt(0), numberAt(text.find(',') + 1)};
 }
 
-/// What is wrong with the text of a start; empty if nothing is.
-std::string startError(std::string& text) {
-    return text == "mtime" ? "" : number(0, latestStart)(text);
-}
-
-/// What is wrong with the text of a silence; empty if nothing is.
-std::string silenceError(std::string& text) {
-    return text == never ? "" : number(0.001, longestSeconds)(text);
+/// Without blanks around it and the sign of a positive number.
+std::string bareNumber(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(" \t");
+    if (begin == std::string::npos) {
+        return "";
+    }
+    const std::string bare = text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
+    const bool signedDigit = bare.size() > 1 && bare[0] == '+' && bare[1] >= '0' && bare[1] <= '9';
+    return bare.substr(signedDigit ? 1 : 0);
 }
 
 /// What is wrong with the text of a place; empty if nothing is.
@@ -150,24 +152,25 @@ std::string placeError(const std::string& text) {
     if (comma == std::string::npos) {
         return "expected LAT,LON in degrees, not '" + text + "'";
     }
-    std::string latitude = text.substr(0, comma);
-    std::string longitude = text.substr(comma + 1);
+    std::string latitude = bareNumber(text.substr(0, comma));
+    std::string longitude = bareNumber(text.substr(comma + 1));
     const std::string error = number(-90, 90)(latitude);
     return error.empty() ? number(-180, 180)(longitude) : error;
 }
 
 /// The text has passed placeError().
 GeoPoint placeOf(const std::string& text) {
+    // Blanks and a plus sign before a number are skipped.
     return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
 }
 
-/// In milliseconds since 1970. The text has passed startError().
+/// In milliseconds since 1970. The text has been checked.
 std::optional<u64> startOf(const TrackOptions& options, const std::string& path) {
     if (!options.start) {
         return std::nullopt;
     }
-    return *options.start == "mtime" ? startByModification(path)
-                                     : milliseconds(std::stod(*options.start));
+    return *options.start == modified ? startByModification(path)
+                                      : milliseconds(std::stod(*options.start));
 }
 
 std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
@@ -254,8 +257,11 @@ private:
     /// Call it after the first reply.
     void checkStamps() {
         if (_options.start && !_stamping.byCounter()) {
-            throw Failure("--start is for stamps of a counter; the first reply of " +
-                          _input.name() + " has none");
+            throw Failure("--start is for stamps of a counter; " +
+                          (_stamping.byClock()
+                               ? "the first reply of " + _input.name() + " has no stamp"
+                               : "those of " + _input.name() +
+                                     " are seconds since 1970, which tell the time already"));
         }
         if (!_stamping.byClock()) {
             return;
@@ -382,6 +388,12 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
     addReplyInputOptions(line(), _input);
     addOutputOptions();
     addTrackingOptions();
+    line().callback([this] {
+        if (_options.sortKey == "distance" && !_options.receiver) {
+            throw CLI::ValidationError(
+                "--sort", "distance is counted from the receiver; --location tells where it is");
+        }
+    });
     line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + footer);
 }
 
@@ -450,14 +462,14 @@ void TrackCommand::addTrackingOptions() {
             "the recording, and write a line about it; never: keep\n"
             "all even when the table is full")
         ->type_name("SECONDS|never")
-        ->check(CLI::Validator(silenceError, ""));
+        ->check(wordOrNumber(never, 0.001, longestSeconds));
     line()
         .add_option("--start", _options.start,
                     "When the first reply of a counter was received, in\n"
                     "seconds since 1970-01-01 UTC; mtime: guess it from the\n"
                     "time at which the file was last changed")
         ->type_name("TIME|mtime")
-        ->check(CLI::Validator(startError, ""));
+        ->check(wordOrNumber(modified, 0, latestStart));
     line()
         .add_option("--pace", _options.pace,
                     "Replay the recording at this multiple of the speed\n"

@@ -246,6 +246,11 @@ refuse 2 "ondrel track: --report: expected six hexadecimal digits, not '4840D'" 
 refuse 2 "ondrel track: --json excludes --report" track --json --report 4840D6 forms.txt
 refuse 2 "ondrel track: --location: expected LAT,LON in degrees, not .51.5." track --location 51.5 forms.txt
 refuse 2 "ondrel track: --location: expected a number from -90 to 90, not .91." track --location 91,0 forms.txt
+for place in "++5,0" "+-5,0" "5,+" "," "5,4,3" "5 1,4"; do
+    refuse 2 "ondrel track: --location: expected a number from .*" track --location "$place" forms.txt
+done
+refuse 2 "ondrel track: --sort: distance is counted from the receiver; --location .*" \
+    track --sort distance forms.txt
 refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --html forms.txt forms.txt
 refuse 1 "ondrel: cannot create /proc/x: .*" track --html /proc/x forms.txt
 mkdir -p taken/index.html
@@ -480,9 +485,14 @@ done
 "$client" track --start mtime - <counter.txt >out 2>err
 expect "no file, no time of its own" "1 ondrel: cannot tell when - was modified; --start mtime \
 needs a file" "$? $(cat err)"
-refuse 1 "ondrel: --start is for stamps of a counter; the first reply of two.txt has none" \
+refuse 1 "ondrel: --start is for stamps of a counter; those of two.txt are seconds since 1970, .*" \
     track --start 1 two.txt
-refuse 2 "ondrel track: --start: expected a number .*, not 'noon'" track --start noon two.txt
+refuse 1 "ondrel: --start is for stamps of a counter; the first reply of forms.txt has no stamp" \
+    track --start 1 forms.txt
+refuse 2 "ondrel track: --start: expected mtime or a number from 0 to 9999999999, not '2023-11-14'" \
+    track --start 2023-11-14 two.txt
+refuse 2 "ondrel track: --silent-after: expected never or a number from 0.001 to 1000000000, not 'nev'" \
+    track --silent-after nev two.txt
 
 head -3 counter.txt >mixed.txt
 for i in 0 1 2; do echo "170000000$i,$good"; done >>mixed.txt
@@ -535,6 +545,13 @@ run track --report 40621D two.txt
 expect "a report of one message" "0 1" "$status $(grep -c '^Aircraft 40621D' out)"
 refuse 2 "ondrel track: --min-messages: expected a whole number from 1 .*, not '0'" \
     track --min-messages 0 two.txt
+
+run track --location 52.3,4 --json two.txt
+cp out expected
+for place in "52.3, 4" " 52.3 , 4 " "+52.3,+4.0"; do
+    run track --location "$place" --json --sort distance two.txt
+    expect "--location '$place'" "0 $(cat expected)" "$status $(cat out)"
+done
 
 run track --report 4840d6 two.txt
 expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 3" \
