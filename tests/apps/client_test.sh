@@ -188,6 +188,14 @@ for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' 'binary feed:\x1
     expect_line "${content%%:*}: named" err "ondrel: cannot read content: it is .*${content%%:*}.*; .*"
 done
 
+for start in "# a comment" "$good"; do
+    printf '%s\r' "$start" "*$good;" "*$good;" >old.txt
+    run decode old.txt
+    expect_line "line ends of CR alone, $start" err "ondrel: cannot read old.txt: it is text whose lines .*"
+    tr '\r' '\n' <old.txt | "$client" decode - >out 2>err
+    expect "line ends of CR alone, $start: converted" 0 "$?"
+done
+
 # -- decode: replies on the command line -------------------------------------------------------
 
 run decode $good "*8D40621D59C382D690C8AC2863A7;"
