@@ -272,6 +272,14 @@ for arguments in --help --version "decode --help" "track --help" "simulate --hel
     expect "$arguments" "0 0" "$status $(wc -c <err)"
 done
 
+escape=$'\e[2J.txt'
+refuse 1 'ondrel: cannot open \\x1B\[2J.txt: No such file or directory' decode "$escape"
+refuse 2 'ondrel: there is no .\\x1B\[2J.txt.' "$escape"
+echo bad >"$escape"
+run decode "$escape"
+expect_line "a name with control characters" err '\\x1B\[2J.txt:1: .*'
+rm "$escape"
+
 for command in "" decode track simulate; do
     # shellcheck disable=SC2086
     expect "help $command" "$("$client" $command --help)" "$("$client" help $command)"
