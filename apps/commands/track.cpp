@@ -49,13 +49,15 @@ Without --start, a counter tells no date, and all times are seconds since its ze
 A position is shown if the aircraft can have come there from its last one at --max-speed,
 with one nautical mile to spare; of a time between the two, at most ten minutes count.
 Three other positions in a row that agree with each other overrule the last one. A first
-position is shown when a second one agrees. Positions agree only if their messages are of
-even and odd format in turn. The summary counts those that were refused, and aircraft
-whose first position is not confirmed.
+position is shown when a second one agrees. Messages with a position have one of two
+formats, even or odd. A position confirms another one only if the newer message of one is
+even and that of the other is odd. The summary counts positions that were refused, and
+aircraft whose first position is not confirmed.
 
 The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
 longest make room, each for 300 s at least, and without that, replies of new aircraft are
-left out. Aircraft are removed only when three replies in a row have come to that time.
+left out. One reply with a wrong time removes no aircraft: silence counts up to a time
+that three replies in a row have reached.
 
 How far a reply is believed depends on the system clock, not on stamps: the aircraft must
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
