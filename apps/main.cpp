@@ -4,6 +4,7 @@
 #include "apps/commands/track.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
+#include "apps/common/text.h"
 
 #include <ondrel/ondrel.h>
 
@@ -35,7 +36,7 @@ std::string usageError(const CLI::App* program, const CLI::Error& error) {
     if (program->get_subcommands().empty() && program->remaining_size() > 0) {
         text = "there is no '" + program->remaining().front() + "'";
     }
-    return command + ": " + text + "\nTry " + command + " --help\n";
+    return command + ": " + safeText(text) + "\nTry " + command + " --help\n";
 }
 
 /// `ondrel help`: the help text of the program, or of one command.
@@ -117,7 +118,7 @@ int main(int argc, char** argv) {
         std::cerr << "ondrel: out of memory\n";
         return Failed;
     } catch (const std::exception& error) {
-        std::cerr << "ondrel: " << error.what() << '\n';
+        std::cerr << "ondrel: " << safeText(error.what()) << '\n';
         return Failed;
     }
 }

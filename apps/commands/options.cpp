@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -29,6 +30,7 @@ std::optional<Number> parsed(const std::string& text) {
 template <class Number>
 CLI::Validator range(const std::string& kind, Number low, Number high) {
     std::ostringstream expected;
+    expected.precision(std::numeric_limits<double>::digits10); // 9999999999, not 1e+10
     expected << kind << " from " << low << " to " << high;
     const auto check = [low, high, wanted = expected.str()](std::string& text) -> std::string {
         const auto value = parsed<Number>(text);
@@ -51,6 +53,12 @@ CLI::Validator wholeNumber(u64 low, u64 high) {
 
 CLI::Validator number(double low, double high) {
     return range("a number", low, high);
+}
+
+CLI::Validator wordOrNumber(const std::string& word, double low, double high) {
+    const auto check = [word, isNumber = range(word + " or a number", low, high)](
+                           std::string& text) { return text == word ? "" : isNumber(text); };
+    return CLI::Validator(check, "");
 }
 
 CLI::Validator icaoAddress() {

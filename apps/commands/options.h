@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <ondrel/types.h>
 
+#include <string>
+
 /// What several commands need to define their options.
 namespace tolvarin::ondrel::client {
 
@@ -12,6 +14,9 @@ CLI::Validator wholeNumber(u64 low, u64 high);
 
 /// Accepts a finite number in decimal digits from `low` to `high`, both included.
 CLI::Validator number(double low, double high);
+
+/// Accepts the word too.
+CLI::Validator wordOrNumber(const std::string& word, double low, double high);
 
 /// Accepts an aircraft address, six hexadecimal digits of either case.
 CLI::Validator icaoAddress();

@@ -49,7 +49,8 @@ void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options
     command
         .add_option("FILE", options.arguments,
                     "The recording; - for standard input. Or replies\n"
-                    "themselves, in the forms of a line")
+                    "themselves, in the forms of a line; for the shell,\n"
+                    "put '*HEX;' into quotes")
         ->required()
         ->type_name("");
     command.callback([&options] {

@@ -32,7 +32,7 @@ bool TextSource::next(Reply& reply) {
     std::string error;
     while (const auto line = _lines.next()) {
         LineContent content = read(*line, reply, error);
-        if (content == LineContent::Error && !_begun) {
+        if (content != LineContent::Reply && !_begun) {
             content = readFirst(*line, reply, error);
         }
         if (content != LineContent::Nothing) {
@@ -48,7 +48,7 @@ bool TextSource::next(Reply& reply) {
     return false;
 }
 
-/// The first line that cannot be read as it stands.
+/// A line before the first reply. A comment may be all of a file whose line ends are not known.
 LineContent TextSource::readFirst(Line line, Reply& reply, std::string& error) {
     const std::string content = foreignContent(_lines.beginning());
     if (!content.empty()) {

@@ -1,5 +1,7 @@
 #include "apps/terminal/console.h"
 
+#include "apps/common/text.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <iostream>
@@ -62,7 +64,7 @@ void Console::write(std::string_view text) {
     // The library calls this for a log line, and no exception may pass through it.
     _output.flushQuietly();
     _status.hide();
-    std::cerr << std::string(text) + '\n';
+    std::cerr << safeText(text) + '\n'; // a file may have any name
 }
 
 void Console::showProgress(u64 done, u64 total) {

@@ -47,7 +47,7 @@ public:
     Console& operator=(const Console&) = delete;
     ~Console();
 
-    /// Writes whole lines; the text has no end of its last line.
+    /// Writes whole lines as safeText(); the text has no end of its last line.
     void write(std::string_view text);
 
     /// Call this before waiting for input or for time.
