@@ -4,6 +4,7 @@
 #include "apps/commands/track.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
+#include "apps/common/text.h"
 #include "apps/network/feeds.h"
 #include "apps/terminal/live_screen.h"
 #include "apps/web/http_server.h"
@@ -38,7 +39,7 @@ std::string usageError(const CLI::App* program, const CLI::Error& error) {
     if (program->get_subcommands().empty() && program->remaining_size() > 0) {
         text = "there is no '" + program->remaining().front() + "'";
     }
-    return command + ": " + text + "\nTry " + command + " --help\n";
+    return command + ": " + safeText(text) + "\nTry " + command + " --help\n";
 }
 
 /// `ondrel help`: the help text of the program, or of one command.
@@ -134,7 +135,7 @@ int main(int argc, char** argv) {
         std::cerr << "ondrel: out of memory\n";
         return Failed;
     } catch (const std::exception& error) {
-        std::cerr << "ondrel: " << error.what() << '\n';
+        std::cerr << "ondrel: " << safeText(error.what()) << '\n';
         return Failed;
     }
 }

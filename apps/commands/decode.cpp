@@ -36,7 +36,8 @@ With --json, each reply is an object with its decoded values under keys of their
 the units that the keys name; --fields adds the bit fields. docs/json.md lists the keys.
 A squitter that completes a position which ondrel track would show has latitude and
 longitude. That takes stamps: without them, positions are only right if the lines come at
-the speed at which they were received. --log then shows the lines of the tracker too.
+the speed at which they were received. With --json, --log also shows the log lines of the
+tracker.
 
 With --confidence above None, replies that the decoder refused are not shown either: they
 have no grade. The summary still counts all replies.

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <limits>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -30,6 +31,7 @@ std::optional<Number> parsed(const std::string& text) {
 template <class Number>
 CLI::Validator range(const std::string& kind, Number low, Number high) {
     std::ostringstream expected;
+    expected.precision(std::numeric_limits<double>::digits10); // 9999999999, not 1e+10
     expected << kind << " from " << low << " to " << high;
     const auto check = [low, high, wanted = expected.str()](std::string& text) -> std::string {
         const auto value = parsed<Number>(text);
@@ -58,6 +60,12 @@ CLI::Validator addressAndPort() {
     const auto check = [](const std::string& text) -> std::string {
         return hostAndPort(text) ? "" : "expected ADDRESS:PORT, not '" + text + "'";
     };
+    return CLI::Validator(check, "");
+}
+
+CLI::Validator wordOrNumber(const std::string& word, double low, double high) {
+    const auto check = [word, isNumber = range(word + " or a number", low, high)](
+                           std::string& text) { return text == word ? "" : isNumber(text); };
     return CLI::Validator(check, "");
 }
 

@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <ondrel/types.h>
 
+#include <string>
+
 /// What several commands need to define their options.
 namespace tolvarin::ondrel::client {
 
@@ -15,6 +17,9 @@ CLI::Validator number(double low, double high);
 
 /// Accepts where to serve: ADDRESS:PORT, for hostAndPort().
 CLI::Validator addressAndPort();
+
+/// Accepts the word too.
+CLI::Validator wordOrNumber(const std::string& word, double low, double high);
 
 /// Accepts an aircraft address, six hexadecimal digits of either case.
 CLI::Validator icaoAddress();

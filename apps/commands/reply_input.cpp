@@ -64,7 +64,7 @@ std::string sourcesError(const ReplyInputOptions& options) {
 
 void addOptions(CLI::App& command, ReplyInputOptions& options, const std::string& help) {
     command.add_option("SOURCE", options.arguments, help)->required()->type_name("");
-    command.callback([&options] {
+    command.parse_complete_callback([&options] {
         const std::string error = sourcesError(options);
         if (!error.empty()) {
             throw CLI::ValidationError("SOURCE", error);
@@ -96,7 +96,7 @@ void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options
     addOptions(command, options,
                "Recordings and feeds: a file; - for standard input;\n"
                "tcp://HOST:PORT. Or replies themselves, in the forms\n"
-               "of a line");
+               "of a line; for the shell, put '*HEX;' into quotes");
 }
 
 bool isLive(const ReplyInputOptions& options) {

@@ -57,13 +57,15 @@ Without --start, a counter tells no date, and all times are seconds since its ze
 A position is shown if the aircraft can have come there from its last one at --max-speed,
 with one nautical mile to spare; of a time between the two, at most ten minutes count.
 Three other positions in a row that agree with each other overrule the last one. A first
-position is shown when a second one agrees. Positions agree only if their messages are of
-even and odd format in turn. The summary counts those that were refused, and aircraft
-whose first position is not confirmed.
+position is shown when a second one agrees. Messages with a position have one of two
+formats, even or odd. A position confirms another one only if the newer message of one is
+even and that of the other is odd. The summary counts positions that were refused, and
+aircraft whose first position is not confirmed.
 
 The table has places for 4095 aircraft. When it is full, the 64 that have been silent for
 longest make room, each for 300 s at least, and without that, replies of new aircraft are
-left out. Aircraft are removed only when three replies in a row have come to that time.
+left out. One reply with a wrong time removes no aircraft: silence counts up to a time
+that three replies in a row have reached.
 
 How far a reply is believed depends on the system clock, not on stamps: the aircraft must
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
@@ -82,6 +84,7 @@ Exit status:
   130  interrupted)";
 
 constexpr const char* never = "never";
+constexpr const char* modified = "mtime";
 constexpr double longestSeconds = 1e9;
 constexpr u64 longestCheckSeconds = 4294967; // fewer than 2^32 milliseconds
 constexpr u64 mostMessages = 1000000;
@@ -97,7 +100,9 @@ std::string terminalHelp() {
         listText(aircraftColumnsByRank(), "and") +
         ". A line below the table names them. A pipe or a file gets all columns.";
     const std::string age =
-        "Position, altitude, ground speed, track and vertical rate have a * behind them when they "
+        "Position, NIC, PIC, altitude, ground speed, track, vertical rate, squawk and emergency "
+        "have "
+        "a * behind them when they "
         "were received more than " +
         std::to_string(oldAfterMs / 1000) +
         " s before the newest stamp. On a terminal they are then dim, and an aircraft whose "
@@ -141,14 +146,15 @@ AltitudeCheck altitudeCheck(const std::string& text) {
     return {numberAt(0), numberAt(text.find(',') + 1)};
 }
 
-/// What is wrong with the text of a start; empty if nothing is.
-std::string startError(std::string& text) {
-    return text == "mtime" ? "" : number(0, latestStart)(text);
-}
-
-/// What is wrong with the text of a silence; empty if nothing is.
-std::string silenceError(std::string& text) {
-    return text == never ? "" : number(0.001, longestSeconds)(text);
+/// Without blanks around it and the sign of a positive number.
+std::string bareNumber(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(" \t");
+    if (begin == std::string::npos) {
+        return "";
+    }
+    const std::string bare = text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
+    const bool signedDigit = bare.size() > 1 && bare[0] == '+' && bare[1] >= '0' && bare[1] <= '9';
+    return bare.substr(signedDigit ? 1 : 0);
 }
 
 /// What is wrong with the text of a place; empty if nothing is.
@@ -157,14 +163,15 @@ std::string placeError(const std::string& text) {
     if (comma == std::string::npos) {
         return "expected LAT,LON in degrees, not '" + text + "'";
     }
-    std::string latitude = text.substr(0, comma);
-    std::string longitude = text.substr(comma + 1);
+    std::string latitude = bareNumber(text.substr(0, comma));
+    std::string longitude = bareNumber(text.substr(comma + 1));
     const std::string error = number(-90, 90)(latitude);
     return error.empty() ? number(-180, 180)(longitude) : error;
 }
 
 /// The text has passed placeError().
 GeoPoint placeOf(const std::string& text) {
+    // Blanks and a plus sign before a number are skipped.
     return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
 }
 
@@ -173,13 +180,13 @@ std::string served(const std::string& text) {
     return text.find(':') == std::string::npos ? "127.0.0.1:" + text : text;
 }
 
-/// In milliseconds since 1970. The text has passed startError().
+/// In milliseconds since 1970. The text has been checked.
 std::optional<u64> startOf(const TrackOptions& options, const ReplyInputOptions& input) {
     if (!options.start) {
         return std::nullopt;
     }
-    return *options.start == "mtime" ? startByModification(input.arguments.front(), input.counter)
-                                     : milliseconds(std::stod(*options.start));
+    return *options.start == modified ? startByModification(input.arguments.front(), input.counter)
+                                      : milliseconds(std::stod(*options.start));
 }
 
 } // namespace
@@ -188,6 +195,12 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
     addReplyInputOptions(line(), _input);
     addOutputOptions();
     addTrackingOptions();
+    line().final_callback([this] {
+        if (_options.sortKey == "distance" && !_options.receiver) {
+            throw CLI::ValidationError(
+                "--sort", "distance is counted from the receiver; --location tells where it is");
+        }
+    });
     line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + liveHelp +
                   footer);
 }
@@ -285,14 +298,14 @@ void TrackCommand::addTrackingOptions() {
             "table is full. With feeds, those silent for 300 s leave\n"
             "unless told")
         ->type_name("SECONDS|never")
-        ->check(CLI::Validator(silenceError, ""));
+        ->check(wordOrNumber(never, 0.001, longestSeconds));
     line()
         .add_option("--start", _options.start,
                     "When the first reply of a counter was received, in\n"
                     "seconds since 1970-01-01 UTC; mtime: guess it from the\n"
                     "time at which the file was last changed")
         ->type_name("TIME|mtime")
-        ->check(CLI::Validator(startError, ""));
+        ->check(wordOrNumber(modified, 0, latestStart));
     line()
         .add_option("--pace", _options.pace,
                     "Replay the recording at this multiple of the speed\n"

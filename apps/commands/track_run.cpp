@@ -133,8 +133,11 @@ ReplySource::Got TrackRun::next(Reply& reply) {
 /// Call it after the first reply.
 void TrackRun::checkStamps() {
     if (_options.start && !_stamping.byCounter()) {
-        throw Failure("--start is for stamps of a counter; the first reply of " + _input.name() +
-                      " has none");
+        throw Failure("--start is for stamps of a counter; " +
+                      (_stamping.byClock()
+                           ? "the first reply of " + _input.name() + " has no stamp"
+                           : "those of " + _input.name() +
+                                 " are seconds since 1970, which tell the time already"));
     }
     if (!_stamping.byClock()) {
         return;

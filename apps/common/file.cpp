@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
@@ -27,6 +28,11 @@ auto uninterrupted(Call call) {
         result = call();
     }
     return result;
+}
+
+bool isPipe(int descriptor) {
+    struct stat status = {};
+    return ::fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
 } // namespace
@@ -61,18 +67,25 @@ File File::openForWriting(const std::string& path) {
     if (path == "-") {
         return {STDOUT_FILENO, "<stdout>", false};
     }
+    return openForWriting(path, path);
+}
+
+File File::openForWriting(const std::string& path, const std::string& name) {
     const int descriptor = uninterrupted([&] {
         return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, newFileMode);
     });
     if (descriptor < 0) {
-        throw Failure("cannot create " + path, errno);
+        throw Failure("cannot create " + name, errno);
     }
-    return {descriptor, path, true};
+    return {descriptor, name, true};
 }
+
+File::File(int descriptor, std::string name, bool owned)
+    : _descriptor(descriptor), _name(std::move(name)), _owned(owned), _isPipe(isPipe(descriptor)) {}
 
 File::File(File&& other) noexcept
     : _descriptor(other._descriptor), _name(std::move(other._name)),
-      _owned(std::exchange(other._owned, false)) {}
+      _owned(std::exchange(other._owned, false)), _isPipe(other._isPipe) {}
 
 File::~File() {
     if (_owned) {
@@ -93,8 +106,15 @@ std::size_t File::read(char* target, std::size_t size) {
 
 void File::write(std::string_view text) {
     std::size_t written = 0;
-    while (written < text.size()) {
-        const std::string_view rest = text.substr(written);
+    while (written < text.size() && !_readerStandsStill) {
+        std::string_view rest = text.substr(written);
+        if (_isPipe) {
+            if (!waitUntilWritable(_descriptor)) {
+                _readerStandsStill = true;
+                return;
+            }
+            rest = rest.substr(0, PIPE_BUF); // it takes so much without another wait
+        }
         const ssize_t count =
             uninterrupted([&] { return ::write(_descriptor, rest.data(), rest.size()); });
         if (count < 0) {

@@ -27,6 +27,9 @@ public:
     /// Creates or empties the file; `-` is standard output.
     static File openForWriting(const std::string& path);
 
+    /// The same for a file that messages call by another name than its path. `-` is no exception.
+    static File openForWriting(const std::string& path, const std::string& name);
+
     File(const File&) = delete;
     File& operator=(const File&) = delete;
     File(File&& other) noexcept;
@@ -38,8 +41,9 @@ public:
     std::size_t read(char* target, std::size_t size);
 
     /// Writes all of the text. Throws OutputClosed when the file is a pipe without a reader; after
-    /// an interruption, which may have ended that reader too, it drops the text instead. If a
-    /// regular file takes only a part, the file then ends with the last line that is whole.
+    /// an interruption, which may have ended that reader too, it drops the text instead. It also
+    /// drops what is left then if the reader of a pipe takes nothing for two seconds. If a regular
+    /// file takes only a part, the file then ends with the last line that is whole.
     void write(std::string_view text);
 
     /// Closes the file and throws on errors that the system reports only now. The destructor
@@ -53,8 +57,7 @@ public:
     u64 remaining() const;
 
 private:
-    File(int descriptor, std::string name, bool owned)
-        : _descriptor(descriptor), _name(std::move(name)), _owned(owned) {}
+    File(int descriptor, std::string name, bool owned);
 
     friend void replaceFile(const std::string& path, std::string_view text);
 
@@ -63,6 +66,8 @@ private:
     int _descriptor;
     std::string _name;
     bool _owned; ///< false for standard streams, which stay open
+    bool _isPipe;
+    bool _readerStandsStill = false; ///< after an interruption
 };
 
 /// Creates a folder, and those above it, unless it exists. Throws Failure.

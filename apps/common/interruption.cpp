@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cmath>
 #include <csignal>
+#include <cstddef>
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -43,14 +44,22 @@ extern "C" void note(int signal) {
     errno = error;
 }
 
-/// Waits for the descriptor (-1: for none) at most so many milliseconds (-1: without limit).
-bool waitUnlessInterrupted(int descriptor, int milliseconds) {
-    pollfd waits[] = {{descriptor, POLLIN, 0}, {pipeEnds[0], POLLIN, 0}};
-    while (::poll(waits, 2, milliseconds) < 0) {
+constexpr int patienceMs = 2000; // with a reader, after an interruption
+
+/// Waits for one of them at most so many milliseconds (-1: without limit).
+template <std::size_t count>
+void waitFor(pollfd (&waits)[count], int milliseconds) {
+    while (::poll(waits, count, milliseconds) < 0) {
         if (errno != EINTR) {
             throw Failure("cannot wait", errno);
         }
     }
+}
+
+/// Waits for the descriptor (-1: for none) at most so many milliseconds (-1: without limit).
+bool waitUnlessInterrupted(int descriptor, int milliseconds) {
+    pollfd waits[] = {{descriptor, POLLIN, 0}, {pipeEnds[0], POLLIN, 0}};
+    waitFor(waits, milliseconds);
     return !interrupted();
 }
 
@@ -92,6 +101,17 @@ int interruptionDescriptor() {
 
 bool waitUntilReadable(int descriptor) {
     return waitUnlessInterrupted(descriptor, -1);
+}
+
+bool waitUntilWritable(int descriptor) {
+    pollfd waits[] = {{descriptor, POLLOUT, 0}, {pipeEnds[0], POLLIN, 0}};
+    waitFor(waits, -1);
+    if (waits[0].revents == 0) {
+        pollfd last[] = {{descriptor, POLLOUT, 0}};
+        waitFor(last, patienceMs);
+        return last[0].revents != 0;
+    }
+    return true;
 }
 
 bool pauseFor(std::chrono::duration<double> time) {

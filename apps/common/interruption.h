@@ -27,6 +27,10 @@ int interruptionDescriptor();
 /// interruption comes or came before.
 bool waitUntilReadable(int descriptor);
 
+/// Waits until the descriptor has room to write, or its reader is gone. Gives false if an
+/// interruption comes or came before, and there is no room for two seconds after it.
+bool waitUntilWritable(int descriptor);
+
 /// Waits for that time, at most an hour. Gives false at once if an interruption comes or came
 /// before.
 bool pauseFor(std::chrono::duration<double> time);

@@ -145,6 +145,26 @@ std::string listText(const std::vector<std::string>& words, std::string_view las
     return list;
 }
 
+std::string safeText(std::string_view text) {
+    std::string safe;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<u8>(text[i]);
+        // In UTF-8, the control characters from 0x80 to 0x9F follow the byte 0xC2.
+        const bool isHigh = byte == 0xC2 && i + 1 < text.size() &&
+                            static_cast<u8>(text[i + 1]) >= 0x80 &&
+                            static_cast<u8>(text[i + 1]) < 0xA0;
+        if (isHigh) {
+            ++i;
+        }
+        if (isHigh || (byte < ' ' && byte != '\n') || byte == 0x7F) {
+            safe += "\\x" + hexBytes(text.substr(i, 1));
+        } else {
+            safe += text[i];
+        }
+    }
+    return safe;
+}
+
 std::string wrapped(std::string_view text, std::size_t width) {
     width = std::max(width, std::size_t{1});
     std::string lines;

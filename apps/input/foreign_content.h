@@ -11,7 +11,7 @@ namespace tolvarin::ondrel::client {
 constexpr std::size_t foreignContentSize = 512;
 
 /// What the input is and what to do with it ("a zip archive; unpack it first: ..."), by its first
-/// bytes. Empty if they tell nothing. Call it only for input that is not readable as it is.
+/// bytes. Empty if they tell nothing. Call it only for input that does not begin with a reply.
 std::string foreignContent(std::string_view beginning);
 
 /// Takes a UTF-8 byte-order mark off the start of the text, if one is there.

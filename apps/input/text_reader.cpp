@@ -9,7 +9,7 @@ namespace tolvarin::ondrel::client {
 ReplyReader::Found TextReader::next(ByteBuffer& bytes, bool atEnd, Reply& reply) {
     while (const auto line = _lines.next(bytes, atEnd)) {
         const LineContent content = read(*line, reply);
-        if (content == LineContent::Nothing) {
+        if (content == LineContent::Nothing && _begun) {
             continue;
         }
         const bool isFirst = !std::exchange(_begun, true);
@@ -41,7 +41,7 @@ LineContent TextReader::read(const Line& line, Reply& reply) {
     return content;
 }
 
-/// The first line that cannot be read as it stands.
+/// A line before the first reply. A comment may be all of a file whose line ends are not known.
 ReplyReader::Found TextReader::readFirst(Line line, const std::string& beginning, Reply& reply) {
     const std::string content = foreignContent(beginning);
     if (!content.empty()) {

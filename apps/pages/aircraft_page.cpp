@@ -137,7 +137,7 @@ std::string pathFigure(const TrackedAircraft& aircraft, const Showing& showing,
     if (!aircraft.position) {
         return "";
     }
-    const std::vector<Position>& path = history.pathOf(aircraft.icaoAddr());
+    const std::vector<PastPosition>& path = history.pathOf(aircraft.icaoAddr());
     const u64 last = aircraft.position->stampMs;
     const std::string caption = "Path, " + fromTo(path.empty() ? last : path.front().stampMs, last);
     const std::vector<TrackedAircraft> alone = {aircraft};

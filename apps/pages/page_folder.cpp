@@ -82,8 +82,9 @@ public:
         fs::remove(_path, error);
     }
 
-    void write(std::string_view text) const {
-        File file = File::openForWriting(_path);
+    /// Messages call the file by `name`.
+    void write(std::string_view text, const std::string& name) const {
+        File file = File::openForWriting(_path, name);
         file.write(text);
         file.close();
     }
@@ -112,7 +113,7 @@ PageFolder::PageFolder(std::string path, bool force) : _path(std::move(path)), _
             checkReplaceable(name);
         }
     }
-    TemporaryFile(temporaryPath()).write("");
+    TemporaryFile(temporaryPath()).write("", "files in " + _path);
 }
 
 std::string PageFolder::indexPath() const {
@@ -140,7 +141,7 @@ void PageFolder::checkReplaceable(const std::string& page) const {
 
 void PageFolder::replace(const std::string& page, std::string_view text) const {
     const TemporaryFile file(temporaryPath());
-    file.write(text);
+    file.write(text, pathOf(page));
     checkReplaceable(page);
     file.rename(pathOf(page));
 }

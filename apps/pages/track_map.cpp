@@ -40,22 +40,27 @@ std::vector<const TrackedAircraft*> withPlace(const std::vector<TrackedAircraft>
     return chosen;
 }
 
-/// The past positions and the current one.
-std::vector<GeoPoint> pathOf(const TrackedAircraft& aircraft, const TrackHistory& history) {
-    std::vector<GeoPoint> path;
-    for (const Position& position : history.pathOf(aircraft.icaoAddr())) {
-        path.push_back(position.place);
+/// The past positions and the current one, in a part for each time without a gap.
+std::vector<std::vector<GeoPoint>> pathOf(const TrackedAircraft& aircraft,
+                                          const TrackHistory& history) {
+    std::vector<std::vector<GeoPoint>> parts(1);
+    for (const PastPosition& position : history.pathOf(aircraft.icaoAddr())) {
+        if (position.afterGap) {
+            parts.emplace_back();
+        }
+        parts.back().push_back(position.place);
     }
-    path.push_back(aircraft.position->place);
-    return path;
+    parts.back().push_back(aircraft.position->place);
+    return parts;
 }
 
 std::vector<GeoPoint> allPoints(const std::vector<const TrackedAircraft*>& aircraft,
                                 const TrackHistory& history) {
     std::vector<GeoPoint> points;
     for (const TrackedAircraft* one : aircraft) {
-        const std::vector<GeoPoint> path = pathOf(*one, history);
-        points.insert(points.end(), path.begin(), path.end());
+        for (const std::vector<GeoPoint>& part : pathOf(*one, history)) {
+            points.insert(points.end(), part.begin(), part.end());
+        }
     }
     return points;
 }
@@ -210,7 +215,8 @@ void TrackMap::addGraticule() {
     }
     for (const GridLine& parallel : _view.parallels()) {
         addLine({0, parallel.at}, {_view.width(), parallel.at}, "grid");
-        addDegrees({gap, parallel.at - 2 * gap}, parallel.label);
+        const bool fits = parallel.at >= 2 * gap + labelHeight / 2;
+        addDegrees({gap, parallel.at + (fits ? -2 * gap : 2 * gap)}, parallel.label);
     }
 }
 
@@ -301,15 +307,22 @@ void TrackMap::addRingLabel(const std::vector<std::vector<MapPoint>>& lines,
 }
 
 void TrackMap::addTrack(const TrackedAircraft& aircraft) {
-    const auto lines = _view.lines(pathOf(aircraft, _history), shortestStep);
-    for (const std::vector<MapPoint>& line : lines) {
-        for (std::size_t i = 1; i < line.size(); ++i) {
-            _labels.avoid(line[i - 1], line[i], trackCost);
+    std::string path;
+    for (std::vector<GeoPoint>& part : pathOf(aircraft, _history)) {
+        if (part.size() == 1) {
+            part.push_back(part.front()); // a dot
         }
+        const auto lines = _view.lines(part, shortestStep);
+        for (const std::vector<MapPoint>& line : lines) {
+            for (std::size_t i = 1; i < line.size(); ++i) {
+                _labels.avoid(line[i - 1], line[i], trackCost);
+            }
+        }
+        path += pathText(lines);
     }
     _svg += "<path" +
             attribute("class", "track " + std::string(bandStyle(aircraft)) + stateOf(aircraft)) +
-            attribute("d", pathText(lines)) + "/>\n";
+            attribute("d", path) + "/>\n";
 }
 
 /// " old" if the position is old.

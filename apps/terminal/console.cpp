@@ -1,5 +1,7 @@
 #include "apps/terminal/console.h"
 
+#include "apps/common/text.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <iostream>
@@ -69,7 +71,7 @@ void Console::write(std::string_view text) {
     }
     _output.flushQuietly();
     _status.hide();
-    std::cerr << std::string(text) + '\n';
+    std::cerr << safeText(text) + '\n'; // a file may have any name
 }
 
 void Console::keep(std::string_view text) {

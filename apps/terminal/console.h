@@ -66,7 +66,7 @@ public:
     /// terminal, they are written there only when null ends that, the last 1000 of them.
     void redirect(LineTaker* taker);
 
-    /// Writes whole lines; the text has no end of its last line.
+    /// Writes whole lines as safeText(); the text has no end of its last line.
     void write(std::string_view text);
 
     /// Call this before waiting for input or for time.

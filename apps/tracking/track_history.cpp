@@ -13,7 +13,7 @@ namespace {
 constexpr double smallestStep = 0.0005;
 constexpr std::int64_t smallestClimb = 100; // feet
 constexpr u64 longestLevelMs = 30000;       // between two altitudes that are the same
-constexpr double gapFeet = 1e6;             // more than any altitude, less than infinity
+constexpr double gapChange = 1e6;           // more than any change, less than infinity
 constexpr double recentMs = 600000;         // of the last so much time, all counts nearly the same
 constexpr double fullCircle = 360;          // degrees
 constexpr double degreesInRadian = 57.29577951308232;
@@ -24,10 +24,14 @@ bool isNear(const GeoPoint& left, const GeoPoint& right) {
 }
 
 /// How far the path moves if the point between two others goes: its distance from the line between
-/// them, in degrees of latitude.
-double changeWithout(const Position& point, const Position& before, const Position& after) {
+/// them, in degrees of latitude. The ends of a gap are the last to go.
+double changeWithout(const PastPosition& point, const PastPosition& before,
+                     const PastPosition& after) {
+    if (point.afterGap || after.afterGap) {
+        return gapChange;
+    }
     const double shrinkage = std::cos(point.place.latitude / degreesInRadian);
-    const auto east = [&](const Position& other) {
+    const auto east = [&](const PastPosition& other) {
         const double degrees = other.place.longitude - point.place.longitude;
         const bool crossesDateLine = std::abs(degrees) > fullCircle / 2;
         return shrinkage *
@@ -45,23 +49,17 @@ double changeWithout(const Position& point, const Position& before, const Positi
     return std::sqrt(offX * offX + offY * offY);
 }
 
-/// The same for an altitude, in feet. The ends of a gap are the last to go.
+/// The same for an altitude, in feet.
 double changeWithout(const PastAltitude& point, const PastAltitude& before,
                      const PastAltitude& after) {
     if (point.afterGap || after.afterGap) {
-        return gapFeet;
+        return gapChange;
     }
     // Without a gap, stamps do not go back.
     const auto whole = static_cast<double>(after.stampMs - before.stampMs);
     const double part = whole > 0 ? static_cast<double>(point.stampMs - before.stampMs) / whole : 0;
     const double climb = static_cast<double>(after.feet) - before.feet;
     return std::abs(before.feet + part * climb - point.feet);
-}
-
-void inherit(Position& /*next*/, const Position& /*gone*/) {}
-
-void inherit(PastAltitude& next, const PastAltitude& gone) {
-    next.afterGap = next.afterGap || gone.afterGap;
 }
 
 double apart(u64 one, u64 other) {
@@ -94,7 +92,7 @@ void thin(std::vector<Point>& points) {
     for (std::size_t i = 0; i < points.size(); ++i) {
         drops = !drops && weights[i] <= *quarter;
         if (drops) {
-            inherit(points[i + 1], points[i]);
+            points[i + 1].afterGap = points[i + 1].afterGap || points[i].afterGap;
         } else {
             points[kept++] = points[i];
         }
@@ -110,12 +108,21 @@ void append(std::vector<Point>& points, const Point& point) {
     points.push_back(point);
 }
 
+bool isGap(u64 before, u64 after) {
+    return after < before || after - before > TrackHistory::longestGapMs;
+}
+
 } // namespace
 
 void TrackHistory::notePosition(u32 address, const Position& position) {
-    std::vector<Position>& path = _aircraft[address].path;
+    Record& record = _aircraft[address];
+    std::vector<PastPosition>& path = record.path;
+    record.gapInPath =
+        !path.empty() && (record.gapInPath || isGap(record.positionMs, position.stampMs));
+    record.positionMs = position.stampMs;
     if (path.empty() || !isNear(path.back().place, position.place)) {
-        append(path, position);
+        append(path, {position.place, position.stampMs, record.gapInPath});
+        record.gapInPath = false;
     }
 }
 
@@ -126,7 +133,7 @@ void TrackHistory::noteAltitude(u32 address, i32 feet, u64 stampMs) {
         return;
     }
     const PastAltitude& last = altitudes.back();
-    const bool afterGap = stampMs < last.stampMs || stampMs - last.stampMs > longestGapMs;
+    const bool afterGap = isGap(last.stampMs, stampMs);
     const std::int64_t climb = std::int64_t{feet} - last.feet;
     if (afterGap || std::abs(climb) >= smallestClimb || stampMs - last.stampMs >= longestLevelMs) {
         append(altitudes, {stampMs, feet, afterGap});
@@ -139,7 +146,7 @@ const TrackHistory::Record& TrackHistory::recordOf(u32 address) const {
     return record != _aircraft.end() ? record->second : none;
 }
 
-const std::vector<Position>& TrackHistory::pathOf(u32 address) const {
+const std::vector<PastPosition>& TrackHistory::pathOf(u32 address) const {
     return recordOf(address).path;
 }
 

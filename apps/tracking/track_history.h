@@ -11,6 +11,13 @@
 
 namespace tolvarin::ondrel::client {
 
+/// Where an aircraft was, and when.
+struct PastPosition {
+    GeoPoint place;
+    u64 stampMs;
+    bool afterGap; ///< no position came for longestGapMs before it, or the stamps went back
+};
+
 /// An altitude that an aircraft told, and when.
 struct PastAltitude {
     u64 stampMs;
@@ -23,8 +30,8 @@ struct PastAltitude {
 ///
 /// Each has at most 256 points for an aircraft. When there is no room for a new one, those go that
 /// change the line least, but never the first and the last one. What is long ago becomes coarser
-/// than the last ten minutes. So an aircraft takes at most 10.5 kB, and a full table of 4095
-/// aircraft 43 MB, however long the run.
+/// than the last ten minutes. So an aircraft takes at most 12.5 kB, and a full table of 4095
+/// aircraft 52 MB, however long the run.
 class TrackHistory {
 public:
     static constexpr std::size_t mostPoints = 256;
@@ -40,12 +47,14 @@ public:
     void forget(u32 address) { _aircraft.erase(address); }
 
     /// From the first to the last; empty for an aircraft that is not known.
-    const std::vector<Position>& pathOf(u32 address) const;
+    const std::vector<PastPosition>& pathOf(u32 address) const;
     const std::vector<PastAltitude>& altitudesOf(u32 address) const;
 
 private:
     struct Record {
-        std::vector<Position> path;
+        std::vector<PastPosition> path;
+        u64 positionMs = 0;     ///< when the last position came, noted or not
+        bool gapInPath = false; ///< since the last point of the path
         std::vector<PastAltitude> altitudes;
     };
 

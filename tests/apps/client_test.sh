@@ -206,6 +206,14 @@ for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' \
     expect_line "${content%%:*}: named" err "ondrel: cannot read content: it is .*${content%%:*}.*; .*"
 done
 
+for start in "# a comment" "$good"; do
+    printf '%s\r' "$start" "*$good;" "*$good;" >old.txt
+    run decode old.txt
+    expect_line "line ends of CR alone, $start" err "ondrel: cannot read old.txt: it is text whose lines .*"
+    tr '\r' '\n' <old.txt | "$client" decode - >out 2>err
+    expect "line ends of CR alone, $start: converted" 0 "$?"
+done
+
 # -- binary frames -----------------------------------------------------------------------------
 
 for form in binary ticks; do
@@ -277,6 +285,11 @@ refuse 2 "ondrel track: --report: expected six hexadecimal digits, not '4840D'" 
 refuse 2 "ondrel track: --json excludes --report" track --json --report 4840D6 forms.txt
 refuse 2 "ondrel track: --location: expected LAT,LON in degrees, not .51.5." track --location 51.5 forms.txt
 refuse 2 "ondrel track: --location: expected a number from -90 to 90, not .91." track --location 91,0 forms.txt
+for place in "++5,0" "+-5,0" "5,+" "," "5,4,3" "5 1,4"; do
+    refuse 2 "ondrel track: --location: expected a number from .*" track --location "$place" forms.txt
+done
+refuse 2 "ondrel track: --sort: distance is counted from the receiver; --location .*" \
+    track --sort distance forms.txt
 refuse 1 "ondrel: cannot create forms.txt: Not a directory" track --html forms.txt forms.txt
 refuse 1 "ondrel: cannot create /proc/x: .*" track --html /proc/x forms.txt
 mkdir -p taken/index.html
@@ -289,6 +302,14 @@ for arguments in --help --version "decode --help" "track --help" "simulate --hel
     run $arguments
     expect "$arguments" "0 0" "$status $(wc -c <err)"
 done
+
+escape=$'\e[2J.txt'
+refuse 1 'ondrel: cannot open \\x1B\[2J.txt: No such file or directory' decode "$escape"
+refuse 2 'ondrel: there is no .\\x1B\[2J.txt.' "$escape"
+echo bad >"$escape"
+run decode "$escape"
+expect_line "a name with control characters" err '\\x1B\[2J.txt:1: .*'
+rm "$escape"
 
 for command in "" decode track simulate; do
     # shellcheck disable=SC2086
@@ -741,9 +762,14 @@ done
 "$client" track --start mtime - <counter.txt >out 2>err
 expect "no file, no time of its own" "1 ondrel: cannot tell when - was modified; --start mtime \
 needs a file" "$? $(cat err)"
-refuse 1 "ondrel: --start is for stamps of a counter; the first reply of two.txt has none" \
+refuse 1 "ondrel: --start is for stamps of a counter; those of two.txt are seconds since 1970, .*" \
     track --start 1 two.txt
-refuse 2 "ondrel track: --start: expected a number .*, not 'noon'" track --start noon two.txt
+refuse 1 "ondrel: --start is for stamps of a counter; the first reply of forms.txt has no stamp" \
+    track --start 1 forms.txt
+refuse 2 "ondrel track: --start: expected mtime or a number from 0 to 9999999999, not '2023-11-14'" \
+    track --start 2023-11-14 two.txt
+refuse 2 "ondrel track: --silent-after: expected never or a number from 0.001 to 1000000000, not 'nev'" \
+    track --silent-after nev two.txt
 
 head -3 counter.txt >mixed.txt
 for i in 0 1 2; do echo "170000000$i,$good"; done >>mixed.txt
@@ -797,6 +823,13 @@ expect "a report of one message" "0 1" "$status $(grep -c '^Aircraft 40621D' out
 refuse 2 "ondrel track: --min-messages: expected a whole number from 1 .*, not '0'" \
     track --min-messages 0 two.txt
 
+run track --location 52.3,4 --json two.txt
+cp out expected
+for place in "52.3, 4" " 52.3 , 4 " "+52.3,+4.0"; do
+    run track --location "$place" --json --sort distance two.txt
+    expect "--location '$place'" "0 $(cat expected)" "$status $(cat out)"
+done
+
 run track --report 4840d6 two.txt
 expect "one aircraft" "0 Aircraft 4840D6, track number 2, last heard 31.500, 0.000 s ago 3" \
     "$status $(head -1 out) $(grep -cEx -e 'Callsign +KLM1023 +yes +0.0  31.500 +2.000' \
@@ -826,7 +859,7 @@ refuse 2 "ondrel track: --force requires --html" track --force two.txt
 (ulimit -f 1 && exec "$client" track --html new/pages two.txt >out 2>err)
 expect "pages: on a full disk, old ones stay whole" "1 2 0" \
     "$? $(find new/pages -mindepth 1 | wc -l) $(grep -L '</html>' new/pages/*.html | wc -l)"
-expect_line "pages: on a full disk, said so" err 'ondrel: cannot write new/pages/.*: File too large'
+expect_line "pages: on a full disk, said so" err 'ondrel: cannot write new/pages/[0-9A-F]{6}\.html: File too large'
 expect "pages: on a full disk, the table comes" 1 "$(grep -c '^4' out)"
 
 run track forms.txt
@@ -870,6 +903,19 @@ done
 exec 4>&-
 expect "pages: whole when interrupted" "40621D.html index.html 2" \
     "$(find interrupted -type f -printf '%f\n' | sort | tr '\n' ' ')$(cat interrupted/* | grep -c '</html>')"
+# The signal comes while the pipe is full. Its reader takes one line and then stands still.
+mkfifo full
+for arguments in "TERM decode whole.txt" "HUP simulate --seconds 1000000"; do
+    read -r signal arguments <<<"$arguments"
+    # shellcheck disable=SC2086
+    "$client" $arguments >full 2>err &
+    exec 5<full
+    read -r _ <&5
+    kill -"$signal" $!
+    wait $!
+    expect "$arguments: interrupted by $signal while its reader stands still" 130 $?
+    exec 5<&-
+done
 for signal in INT TERM HUP; do
     rm -f endless.txt
     env --default-signal=INT "$client" simulate --seconds 1000000 -o endless.txt 2>err &

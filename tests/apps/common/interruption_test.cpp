@@ -5,6 +5,10 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstddef>
+#include <fcntl.h>
+#include <string>
+#include <thread>
 #include <unistd.h>
 
 namespace tolvarin::ondrel::client {
@@ -36,6 +40,44 @@ TEST(Interruption, EndsAWaitThatBeginsAfterIt) {
         char byte = 0;
         return ::pipe(silentSource) == 0 && ::dup2(silentSource[0], STDIN_FILENO) >= 0 &&
                File::openForReading("-").read(&byte, 1) == 0;
+    });
+}
+
+TEST(Interruption, EndsTheWaitForAReaderThatStandsStill) {
+    expectAfterInterruption([] {
+        int ends[2];
+        if (::pipe(ends) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0) {
+            return false;
+        }
+        File output = File::openForWriting("-");
+        output.write(std::string(1000000, 'x')); // more than a pipe takes
+        output.write("y");
+        std::string taken(1000000, ' ');
+        taken.resize(static_cast<std::size_t>(::read(ends[0], taken.data(), taken.size())));
+        output.write("z"); // there is room again, but a part is missing before it
+        return taken.find_first_not_of('x') == std::string::npos &&
+               ::fcntl(ends[0], F_SETFL, O_NONBLOCK) == 0 && ::read(ends[0], taken.data(), 1) < 0;
+    });
+}
+
+TEST(Interruption, LetsAReaderTakeTheRest) {
+    expectAfterInterruption([] {
+        int ends[2];
+        if (::pipe(ends) != 0 || ::dup2(ends[1], STDOUT_FILENO) < 0) {
+            return false;
+        }
+        constexpr std::size_t size = 1000000;
+        std::size_t taken = 0;
+        std::thread reader([&] {
+            char bytes[4096];
+            ssize_t count = 0;
+            while (taken < size && (count = ::read(ends[0], bytes, sizeof bytes)) > 0) {
+                taken += static_cast<std::size_t>(count);
+            }
+        });
+        File::openForWriting("-").write(std::string(size, 'x'));
+        reader.join();
+        return taken == size;
     });
 }
 

@@ -56,6 +56,13 @@ TEST(Text, IsBrokenAtBlanksIntoLinesOfItsWidth) {
     }
 }
 
+TEST(Text, IsSafeWithoutControlCharacters) {
+    EXPECT_EQ(safeText("a b~\nK\u00F6ln \u00C2"), "a b~\nK\u00F6ln \u00C2");
+    EXPECT_EQ(safeText("\x1B[2J\r\x7F\u009B"), "\\x1B[2J\\x0D\\x7F\\x9B");
+    EXPECT_EQ(safeText("\xC2"), "\xC2");
+    EXPECT_EQ(safeText(std::string(1, '\0')), "\\x00");
+}
+
 TEST(Text, OfAListNamesItsLastWordDifferently) {
     EXPECT_EQ(listText({}, "or"), "");
     EXPECT_EQ(listText({"a"}, "or"), "a");

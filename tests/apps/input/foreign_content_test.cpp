@@ -28,6 +28,11 @@ TEST(ForeignContent, IsNamedByItsFirstBytes) {
          "0\0"
          "0"s,
          "UTF-16"},
+        {"\xFF\xFE\0\0*\0\0\0"s, "UTF-32"},
+        {"\0\0\xFE\xFF\0\0\0*"s, "UTF-32"},
+        {"*\0\0\0A\0\0\0"s, "UTF-32"},
+        {"\0\0\0*\0\0\0A"s, "UTF-32"},
+        {"# x\r*8D;\r", "text whose lines end with a carriage return"},
         {"PK\x03\x04", "a zip archive"},
         {"\xFD"
          "7zXZ\0"s,
@@ -38,6 +43,10 @@ TEST(ForeignContent, IsNamedByItsFirstBytes) {
         {std::string(257, 'x') + "ustar", "a tar archive"},
         // text, perhaps damaged, or too little of anything
         {"", ""},
+        {"*8D;\r", ""},
+        {"*8D;\r\n*8D;\r\n", ""},
+        {"*8D;\r\x01", ""},
+        {"*\0\0\0A\0\0"s, ""},
         {"PK", ""},
         {"xz", ""},
         {"1\0"
@@ -57,6 +66,12 @@ TEST(ForeignContent, IsNamedByItsFirstBytes) {
         EXPECT_EQ(sentence.substr(0, row.name.size()), row.name) << row.beginning;
         EXPECT_EQ(sentence.empty(), row.name.empty()) << row.beginning;
     }
+}
+
+TEST(ForeignContent, OfGzipDataCanBePiped) {
+    const std::string sentence = foreignContent("\x1F\x8B");
+    const std::string end = " FILE | ondrel COMMAND -";
+    EXPECT_EQ(sentence.substr(sentence.size() - end.size()), end);
 }
 
 TEST(ForeignContent, HeaderLinesNameColumns) {

@@ -89,6 +89,54 @@ TEST(TrackMap, DrawsCoastsAndTracksWithoutPointsThatNobodySees) {
     EXPECT_LT(map.size(), 12000U);
 }
 
+TEST(TrackMap, CutsNoLabelAtTheUpperEdge) {
+    const std::string map =
+        mapOf({{-78, -170}, {-20, 170}, {78, 0}, {0, 90}, {0, -90}}, std::nullopt);
+    const std::string class_ = R"(<text class="degrees" x=")";
+    std::size_t labels = 0;
+    for (auto at = map.find(class_); at != std::string::npos; at = map.find(class_, at + 1)) {
+        const auto y = map.find(R"( y=")", at) + 4;
+        EXPECT_GE(std::stod(map.substr(y)), 10) << map.substr(at, 80);
+        ++labels;
+    }
+    EXPECT_GT(labels, 6U);
+    EXPECT_TRUE(contains(map, ">90\u00B0N<"));
+}
+
+/// How often a text has the part.
+std::size_t count(std::string_view text, std::string_view part) {
+    std::size_t times = 0;
+    for (auto at = text.find(part); at != std::string_view::npos; at = text.find(part, at + 1)) {
+        ++times;
+    }
+    return times;
+}
+
+TEST(TrackMap, BreaksATrackWhereNothingWasHeard) {
+    const TrackedLines tracked({"1000.500,8D40621D58C382D690C8AC2863A7",
+                                "1001.000,8D40621D58C386435CC412692AD6",
+                                "1002.000,8D40621D58C382D690C8AC2863A7"});
+    const std::vector<TrackedAircraft> aircraft = tracked.tracking.aircraft();
+    const u32 address = aircraft.front().icaoAddr();
+    const Showing showing = {1002000, 1, std::nullopt};
+    const auto track = [&](const TrackHistory& history) {
+        const std::string map = TrackMap(aircraft, history, showing, 1000, 600).svg("wide", "");
+        const auto begin = map.find(" d=\"", map.find(R"(class="track)")) + 4;
+        return map.substr(begin, map.find('"', begin) - begin);
+    };
+    TrackHistory history;
+    history.notePosition(address, {{52, 3}, 1000});
+    history.notePosition(address, {{52, 3.2}, 300000});
+    EXPECT_EQ(count(track(history), "M"), 1U);
+    history.notePosition(address, {{52, 3.4}, 600001});
+    EXPECT_EQ(count(track(history), "M"), 2U);
+    history.notePosition(address, {{52.1, 3.6}, 1000000});
+    EXPECT_EQ(count(track(history), "M"), 3U);
+    EXPECT_EQ(count(track(history), "l0.0,0.0"), 1U);     // a position alone is a dot
+    history.notePosition(address, {{52.2, 3.6}, 999999}); // the stamps go back
+    EXPECT_EQ(count(track(history), "M"), 4U);
+}
+
 } // namespace
 
 } // namespace tolvarin::ondrel::client

@@ -35,11 +35,11 @@ Position patrolling(u64 stampMs) {
 using Flight = Position (*)(u64 stampMs);
 
 /// Where the path is at that time, by a straight line between two of its points.
-GeoPoint placeAt(const std::vector<Position>& path, u64 stampMs) {
+GeoPoint placeAt(const std::vector<PastPosition>& path, u64 stampMs) {
     const auto after =
         std::find_if(path.begin() + 1, path.end() - 1,
-                     [stampMs](const Position& one) { return one.stampMs >= stampMs; });
-    const Position& before = *(after - 1);
+                     [stampMs](const PastPosition& one) { return one.stampMs >= stampMs; });
+    const PastPosition& before = *(after - 1);
     const double part = static_cast<double>(stampMs - before.stampMs) /
                         static_cast<double>(after->stampMs - before.stampMs);
     const double east = std::remainder(after->place.longitude - before.place.longitude, 360);
@@ -48,7 +48,7 @@ GeoPoint placeAt(const std::vector<Position>& path, u64 stampMs) {
 }
 
 /// In nautical miles.
-double greatestDeviation(Flight flight, const std::vector<Position>& path, u64 fromMs) {
+double greatestDeviation(Flight flight, const std::vector<PastPosition>& path, u64 fromMs) {
     double greatest = 0;
     for (u64 stampMs = fromMs; stampMs <= day; stampMs += 10 * second) {
         greatest = std::max(greatest, nauticalMiles(flight(stampMs).place, placeAt(path, stampMs)));
@@ -70,7 +70,7 @@ TEST(TrackHistory, KeepsTheShapeOfADayInItsBound) {
             history.notePosition(aircraft, row.flight(stampMs));
             most = std::max(most, history.pathOf(aircraft).size());
         }
-        const std::vector<Position>& path = history.pathOf(aircraft);
+        const std::vector<PastPosition>& path = history.pathOf(aircraft);
         EXPECT_EQ(most, TrackHistory::mostPoints);
         EXPECT_EQ(path.capacity(), TrackHistory::mostPoints);
         EXPECT_EQ(path.front().stampMs, 0U);
@@ -103,6 +103,26 @@ TEST(TrackHistory, LeavesOutWhatHardlyDiffers) {
     EXPECT_EQ(history.altitudesOf(aircraft).size(), 3U);
     history.forget(aircraft);
     EXPECT_EQ(history.altitudesOf(aircraft).size(), 0U);
+}
+
+// An aircraft that stands still is heard, though nothing is noted.
+TEST(TrackHistory, MarksPositionsAfterAGap) {
+    constexpr u64 gap = TrackHistory::longestGapMs;
+    TrackHistory history;
+    const auto note = [&](double latitude, u64 stampMs) {
+        history.notePosition(aircraft, {{latitude, 4}, stampMs});
+        return history.pathOf(aircraft).back().afterGap;
+    };
+    EXPECT_FALSE(note(52, gap));
+    EXPECT_FALSE(note(52.1, 2 * gap));
+    EXPECT_TRUE(note(52.2, 3 * gap + 1));
+    EXPECT_FALSE(note(52.2, 4 * gap) && history.pathOf(aircraft).size() > 3); // stands still
+    EXPECT_FALSE(note(52.3, 5 * gap));
+    EXPECT_FALSE(note(52.3, 7 * gap));
+    EXPECT_TRUE(note(52.4, 7 * gap + 1)); // the gap was before the one that is not noted
+    EXPECT_TRUE(note(52.5, 7 * gap));
+    history.forgetPath(aircraft);
+    EXPECT_FALSE(note(52.6, 20 * gap));
 }
 
 // Two climbs a day, an hour without replies after each, and stamps that go back once.
