@@ -39,7 +39,7 @@ public:
 
     TrackRunCounts counts() const;
 
-    /// The state of the run for monitoring, as a JSON object (docs/json.md).
+    /// The state of the run for monitoring, as a JSON object.
     std::string statusJson() const;
 
 private:
