@@ -41,10 +41,12 @@ std::vector<SourceState> Feeds::states() const {
 
 class Broadcast::Server {};
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the interface takes it by value
 Broadcast::Broadcast(const FeedAddress& /*address*/,
                      std::function<void(const std::string&)> /*report*/) {
     throw Failure(reason);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 Broadcast::~Broadcast() = default;
 

@@ -8,6 +8,7 @@ namespace tolvarin::ondrel::client {
 
 class HttpServer::Daemon {};
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface takes it by value
 HttpServer::HttpServer(const FeedAddress& /*address*/, Answering /*answering*/) {
     throw Failure("this program was built without libmicrohttpd, which --serve needs (Debian: "
                   "libmicrohttpd-dev)");
