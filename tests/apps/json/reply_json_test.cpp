@@ -258,7 +258,8 @@ TEST(ReplyJson, OfEveryReplyReadsAsItsMessage) {
         EXPECT_EQ(form["refused"], decoded.refused());
         EXPECT_EQ(form.contains("stamp_ms"), reply.stampMs.has_value());
         if (decoded.refused()) {
-            EXPECT_EQ(form.size(), 4U + (reply.stampMs ? 1 : 0) + (reply.source != 0 ? 2 : 0)) << form;
+            EXPECT_EQ(form.size(), 4U + (reply.stampMs ? 1 : 0) + (reply.source != 0 ? 2 : 0))
+                << form;
             continue;
         }
         EXPECT_EQ(form["data"], decoded.message->dataHexString());
