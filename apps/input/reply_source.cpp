@@ -33,8 +33,10 @@ bool looksLikeReply(const std::string& argument) {
 } // namespace
 
 std::unique_ptr<ReplySource> openReplySource(const std::vector<std::string>& paths,
-                                             ReceiverCounter::Kind counter, SourceEvents events) {
+                                             ReceiverCounter::Kind counter,
+                                             const SourceEvents& events) {
     std::vector<std::unique_ptr<ReplySource>> sources;
+    sources.reserve(paths.size());
     for (const std::string& path : paths) {
         sources.push_back(
             std::make_unique<FileSource>(File::openForReading(path), counter, events));

@@ -74,7 +74,8 @@ struct SourceEvents {
 
 /// Opens the files that the user named; `-` is standard input. Throws Failure if that fails.
 std::unique_ptr<ReplySource> openReplySource(const std::vector<std::string>& paths,
-                                             ReceiverCounter::Kind counter, SourceEvents events);
+                                             ReceiverCounter::Kind counter,
+                                             const SourceEvents& events);
 
 /// Whether the arguments of a command are replies, not the name of a file: each looks like a reply,
 /// and there is no such file.
