@@ -170,6 +170,9 @@ Problem readColumns(std::string_view line, Reply& reply) {
     if (auto problem = readBytes(takeColumn(line), reply)) {
         return problem;
     }
+    if (line.empty()) { // nearly always
+        return std::nullopt;
+    }
     unsigned amplitude = 0;
     if (auto problem = readColumn(takeColumn(line), 255, "signal amplitude", amplitude)) {
         return problem;
