@@ -104,9 +104,7 @@ bool isLive(const ReplyInputOptions& options) {
 }
 
 ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
-    : _console(console), _source(open(options)), _log(console, options.logLevel),
-      _decoders(options.repliesAllowed && areReplies(options.arguments) ? 1
-                                                                        : options.arguments.size()),
+    : _console(console), _source(open(options)), _log(console, options.logLevel), _decoders(1),
       _typed(options.arguments.front() == "-" && ::isatty(STDIN_FILENO) != 0) {
     if (options.record) {
         _record.emplace(*options.record);

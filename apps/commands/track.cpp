@@ -346,7 +346,14 @@ std::unique_ptr<LiveScreen> TrackCommand::openScreen() const {
     return isLive(_input) && !isText ? openLiveScreen() : nullptr;
 }
 
-void TrackCommand::addViews(TrackRun& track, Console& console) const {
+/// All but the table on the screen, which takes the lines of the console from then on.
+void TrackCommand::addViews(TrackRun& track, const std::string& input, Console& console) const {
+    if (_options.serve) {
+        auto view = std::make_unique<WebView>(*hostAndPort(*_options.serve), input,
+                                              [&track] { return track.statusJson(); });
+        console.write("pages for a browser: http://" + view->address() + "/");
+        track.add(std::move(view));
+    }
     if (_options.jsonFolder) {
         track.add(std::make_unique<MapJsonFolder>(*_options.jsonFolder, _options.receiver));
     }
@@ -369,19 +376,13 @@ int TrackCommand::run() {
         _options.tellSilent = false; // the table tells
     }
     TrackRun track(_options, startOf(_options, _input), input, output, console);
-    if (_options.serve) {
-        auto view = std::make_unique<WebView>(*hostAndPort(*_options.serve), input.name(),
-                                              [&track] { return track.statusJson(); });
-        console.write("pages for a browser: http://" + view->address() + "/");
-        track.add(std::move(view));
-    }
+    addViews(track, input.name(), console);
     if (screen) {
         track.add(std::make_unique<LiveTable>(
             std::move(screen), console,
             LiveTableOptions{input.name(), _options.sortKey, _options.descending,
                              [&track] { return track.counts(); }}));
     }
-    addViews(track, console);
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     input.close();

@@ -53,7 +53,7 @@ private:
     void addTrackingOptions();
     void checkLiveOptions();
     std::unique_ptr<LiveScreen> openScreen() const;
-    void addViews(TrackRun& track, Console& console) const;
+    void addViews(TrackRun& track, const std::string& input, Console& console) const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

@@ -33,7 +33,7 @@ ReplySource::Got Recordings::next(Reply& reply) {
     if (first == nullptr || interrupted()) {
         return Got::End;
     }
-    reply = first->next;
+    std::swap(reply, first->next);
     reply.source = static_cast<unsigned>(first - _recordings.data()) + 1;
     advance(*first);
     return Got::Reply;

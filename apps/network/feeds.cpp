@@ -36,6 +36,10 @@ class Feed {
 public:
     Feed(asio::io_context& context, std::deque<Feed*>& ready, std::string name, SourceEvents events)
         : _timer(context), _ready(ready), _name(std::move(name)), _events(std::move(events)) {}
+
+    /// What its replies have as their source.
+    unsigned source = 0;
+
     Feed(const Feed&) = delete;
     Feed& operator=(const Feed&) = delete;
     virtual ~Feed() = default;
@@ -276,6 +280,9 @@ public:
             }
         }
         for (const auto& feed : _feeds) {
+            if (_feeds.size() > 1) {
+                feed->source = ++_sources;
+            }
             feed->begin();
         }
     }
@@ -285,7 +292,7 @@ public:
             while (!_ready.empty()) {
                 Feed& feed = *_ready.front();
                 if (feed.take(reply)) {
-                    reply.source = _feeds.size() > 1 ? sourceOf(feed) : 0;
+                    reply.source = feed.source;
                     return Got::Reply;
                 }
                 _ready.pop_front();
@@ -318,17 +325,12 @@ public:
     }
 
 private:
-    unsigned sourceOf(const Feed& feed) const {
-        const auto found = std::find_if(_feeds.begin(), _feeds.end(),
-                                        [&](const auto& one) { return one.get() == &feed; });
-        return static_cast<unsigned>(found - _feeds.begin()) + 1;
-    }
-
     asio::io_context _context;
     asio::posix::stream_descriptor _interruption; ///< ends a wait
     Clock::time_point _nextNothing;
     std::deque<Feed*> _ready;
     std::vector<std::unique_ptr<Feed>> _feeds;
+    unsigned _sources = 0; ///< numbered so far
 };
 
 bool canConnect() {

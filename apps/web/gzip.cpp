@@ -1,6 +1,8 @@
 #include "apps/web/gzip.h"
 
 #include <new>
+
+#define ZLIB_CONST // input that deflate() does not change
 #include <zlib.h>
 
 namespace tolvarin::ondrel::client {
@@ -14,9 +16,8 @@ std::string gzip(const std::string& text) {
         throw std::bad_alloc();
     }
     std::string packed(::deflateBound(&stream, text.size()), '\0');
-    std::string source = text; // zlib's interface takes no constant
-    stream.next_in = reinterpret_cast<Bytef*>(source.data());
-    stream.avail_in = static_cast<uInt>(source.size());
+    stream.next_in = reinterpret_cast<const Bytef*>(text.data());
+    stream.avail_in = static_cast<uInt>(text.size());
     stream.next_out = reinterpret_cast<Bytef*>(packed.data());
     stream.avail_out = static_cast<uInt>(packed.size());
     ::deflate(&stream, Z_FINISH);
