@@ -11,14 +11,6 @@ u64 readBits(const std::string& bytes, unsigned position, unsigned count) {
     return value;
 }
 
-bool tellsGroundSpeed(const ADSBAirborneVelocityMessage& message) {
-    return readBits(message.data(), 14, 10) != 0 && readBits(message.data(), 25, 10) != 0;
-}
-
-bool tellsVerticalRate(const ADSBAirborneVelocityMessage& message) {
-    return readBits(message.data(), 37, 9) != 0;
-}
-
 /// Statuses 4 and 5 are sent in the air and on the ground.
 std::optional<FlightStatusValues> valuesOf(ModeSMessageFieldFS::FlightStatus status) {
     using Field = ModeSMessageFieldFS;

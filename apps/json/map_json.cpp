@@ -37,23 +37,22 @@ bool hasSquitters(const TrackedAircraft& aircraft) {
 }
 
 void addAltitude(JsonObject& object, const TrackedAircraft& t, const Showing& showing) {
-    constexpr i32 notTold = -1000; // what the library makes of a code of 0
     if (t.groundStatusValid() && t.groundStatus() == ADSBTarget::OnGround) {
         object.words("alt_baro", "ground");
-    } else if (t.altitudeBaroValid() && t.altitudeBaro() != notTold &&
-               !isOld(t.altitudeBaroLastUpdate(), showing)) {
+    } else if (t.notes.altitudeTold && !isOld(t.altitudeBaroLastUpdate(), showing)) {
         object.whole("alt_baro", t.altitudeBaro());
     }
 }
 
 void addMotion(JsonObject& object, const TrackedAircraft& t, const Showing& showing) {
     addAltitude(object, t, showing);
-    // The library has a speed of 0 also where none was told.
-    if (t.groundSpeed() > 0 && !isOld(t.groundSpeedLastUpdate(), showing)) {
+    if (t.notes.velocityTold && !isOld(t.groundSpeedLastUpdate(), showing)) {
         object.rounded("gs", t.groundSpeed(), 1);
-        object.rounded("track", t.heading(), 1);
+        if (t.hasTrack()) {
+            object.rounded("track", t.heading(), 1);
+        }
     }
-    if (t.verticalRateBaroValid() && !isOld(t.verticalRateBaroLastUpdate(), showing)) {
+    if (t.notes.verticalRateTold && !isOld(t.verticalRateBaroLastUpdate(), showing)) {
         object.whole("baro_rate", t.verticalRateBaro());
     }
     if (t.position && !isOld(t.position->stampMs, showing)) {

@@ -148,13 +148,13 @@ void addValues(JsonObject& object, const ADSBAirbornePositionMessage& message) {
 
 void addValues(JsonObject& object, const ADSBAirborneVelocityMessage& message) {
     object.whole("subtype", message.velocityType());
-    if (tellsGroundSpeed(message)) {
+    if (tellsGroundSpeed(message.data())) {
         object.decimal("ground_speed_kt", message.groundSpeed());
         if (message.groundSpeed() > 0) {
             object.decimal("track_deg", message.heading());
         }
     }
-    if (tellsVerticalRate(message)) {
+    if (tellsVerticalRate(message.data())) {
         object.whole("vertical_rate_ft_min", message.verticalRate());
         object.words("vertical_rate_source", sourceText(message.verticalRateSource()));
     }

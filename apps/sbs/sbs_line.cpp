@@ -82,13 +82,13 @@ Columns columnsOf(const ADSBAirbornePositionMessage& message,
 Columns columnsOf(const ADSBAirborneVelocityMessage& message) {
     Columns columns;
     columns.type = '4';
-    if (tellsGroundSpeed(message)) {
+    if (tellsGroundSpeed(message.data())) {
         columns.groundSpeed = decimalText(message.groundSpeed(), 1);
         if (message.groundSpeed() > 0) {
             columns.track = decimalText(message.heading(), 1);
         }
     }
-    if (tellsVerticalRate(message)) {
+    if (tellsVerticalRate(message.data())) {
         columns.verticalRate = std::to_string(message.verticalRate());
     }
     return columns;

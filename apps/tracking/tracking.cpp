@@ -1,5 +1,7 @@
 #include "apps/tracking/tracking.h"
 
+#include "apps/decoding/message_values.h"
+
 #include <ondrel/adsb_message.h>
 
 #include <algorithm>
@@ -18,12 +20,6 @@ u8 typeCodeOf(const std::string& field) {
 /// Whether the position is of the odd format (RTCA DO-260B, 2.2.3.2.3.5).
 bool isOdd(const std::string& positionField) {
     return (static_cast<u8>(positionField[2]) & 0x04U) != 0;
-}
-
-/// Whether a field has another code than 0. The mask has its bits in two neighbouring bytes.
-bool isTold(const std::string& bytes, std::size_t first, unsigned mask) {
-    const unsigned two = static_cast<u8>(bytes[first]) * 256U + static_cast<u8>(bytes[first + 1]);
-    return (two & mask) != 0;
 }
 
 /// Subtypes 1 and 2. The tracker takes no other velocity.
@@ -123,9 +119,9 @@ void Tracking::noteSquitter(const ADSBTarget& aircraft, const std::string& field
                 isOdd(field));
         }
     } else if (type == ADSBMessage::AIR_VEL && isGroundVelocity(field)) {
-        notes.velocityTold = isTold(field, 1, 0x03FF) && isTold(field, 3, 0x7FE0);
+        notes.velocityTold = tellsGroundSpeed(field);
         if (!isTold(field, 4, 0x1000)) { // the source bit: the tracker takes a rate with 0 only
-            notes.verticalRateTold = isTold(field, 4, 0x07FC);
+            notes.verticalRateTold = tellsVerticalRate(field);
         }
     }
 }
