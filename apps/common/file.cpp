@@ -18,7 +18,10 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr mode_t newFileMode = 0666; // the user's mask takes bits away
+namespace fs = std::filesystem;
+
+constexpr std::string_view temporaryStart = ".ondrel-"; // the number of the process follows
+constexpr mode_t newFileMode = 0666;                    // the user's mask takes bits away
 
 /// Repeats a system call until no signal interrupts it.
 template <class Call>
@@ -34,6 +37,49 @@ bool isPipe(int descriptor) {
     struct stat status = {};
     return ::fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
 }
+
+void throwIf(const std::error_code& error, const std::string& what) {
+    if (error) {
+        throw Failure("cannot " + what + ": " + error.message());
+    }
+}
+
+bool isTemporary(std::string_view name) {
+    return name.substr(0, temporaryStart.size()) == temporaryStart &&
+           name.find_first_not_of("0123456789", temporaryStart.size()) == std::string_view::npos;
+}
+
+/// A file that does not stay unless it is renamed.
+class TemporaryFile {
+public:
+    /// Messages call the file `name`.
+    TemporaryFile(const fs::path& folder, const std::string& name)
+        : _path(folder / (std::string(temporaryStart) + std::to_string(::getpid()))),
+          _file(createAnew(name)) {}
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() { ::unlink(_path.c_str()); }
+
+    void write(std::string_view text) {
+        _file.write(text);
+        _file.close();
+    }
+
+    void rename(const std::string& path) const {
+        if (std::rename(_path.c_str(), path.c_str()) != 0) {
+            throw Failure("cannot write " + path, errno);
+        }
+    }
+
+private:
+    File createAnew(const std::string& name) const {
+        ::unlink(_path.c_str()); // of a run with this number that was killed, or a link
+        return File::create(_path, name);
+    }
+
+    std::string _path;
+    File _file;
+};
 
 } // namespace
 
@@ -67,13 +113,17 @@ File File::openForWriting(const std::string& path) {
     if (path == "-") {
         return {STDOUT_FILENO, "<stdout>", false};
     }
-    return openForWriting(path, path);
+    return openNew(path, O_TRUNC, path);
 }
 
-File File::openForWriting(const std::string& path, const std::string& name) {
-    const int descriptor = uninterrupted([&] {
-        return ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, newFileMode);
-    });
+File File::create(const std::string& path, const std::string& name) {
+    return openNew(path, O_EXCL, name);
+}
+
+/// `flag` says what becomes of a file that exists.
+File File::openNew(const std::string& path, int flag, const std::string& name) {
+    const int descriptor = uninterrupted(
+        [&] { return ::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flag, newFileMode); });
     if (descriptor < 0) {
         throw Failure("cannot create " + name, errno);
     }
@@ -165,35 +215,34 @@ u64 File::remaining() const {
 
 void createFolder(const std::string& path) {
     std::error_code error;
-    std::filesystem::create_directories(path, error);
-    if (!error && !std::filesystem::is_directory(path, error)) {
+    fs::create_directories(path, error);
+    if (!error && !fs::is_directory(path, error)) {
         error = std::make_error_code(std::errc::not_a_directory);
     }
-    if (error) {
-        throw Failure("cannot create " + path + ": " + error.message());
+    throwIf(error, "create " + path);
+    for (const std::string& name : namesIn(path)) {
+        if (isTemporary(name)) {
+            ::unlink((path + "/" + name).c_str());
+        }
     }
+    const TemporaryFile trial(path, "files in " + path);
+}
+
+std::vector<std::string> namesIn(const std::string& folder) {
+    std::vector<std::string> names;
+    std::error_code error;
+    for (auto entry = fs::directory_iterator(folder, error);
+         !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        names.push_back(entry->path().filename().string());
+    }
+    throwIf(error, "read " + folder);
+    return names;
 }
 
 void replaceFile(const std::string& path, std::string_view text) {
-    constexpr mode_t readable = 0644; // the user's mask takes bits away
-    const std::string begun = path + ".new";
-    ::unlink(begun.c_str()); // of a run that was killed, or a link to somewhere else
-    const int descriptor = uninterrupted(
-        [&] { return ::open(begun.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, readable); });
-    if (descriptor < 0) {
-        throw Failure("cannot create " + begun, errno);
-    }
-    try {
-        File file(descriptor, begun, true);
-        file.write(text);
-        file.close();
-        if (std::rename(begun.c_str(), path.c_str()) != 0) {
-            throw Failure("cannot write " + path, errno);
-        }
-    } catch (...) {
-        ::unlink(begun.c_str());
-        throw;
-    }
+    TemporaryFile file(fs::path(path).parent_path(), path);
+    file.write(text);
+    file.rename(path);
 }
 
 Output::Buffer::Buffer(File file) : _file(std::move(file)), _bytes() {

@@ -10,6 +10,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -27,8 +28,8 @@ public:
     /// Creates or empties the file; `-` is standard output.
     static File openForWriting(const std::string& path);
 
-    /// The same for a file that messages call by another name than its path. `-` is no exception.
-    static File openForWriting(const std::string& path, const std::string& name);
+    /// Creates a file that must not exist. Messages call it `name`.
+    static File create(const std::string& path, const std::string& name);
 
     File(const File&) = delete;
     File& operator=(const File&) = delete;
@@ -59,8 +60,7 @@ public:
 private:
     File(int descriptor, std::string name, bool owned);
 
-    friend void replaceFile(const std::string& path, std::string_view text);
-
+    static File openNew(const std::string& path, int flag, const std::string& name);
     void takeBackBegunLine(std::string_view written) const;
 
     int _descriptor;
@@ -70,12 +70,15 @@ private:
     bool _readerStandsStill = false; ///< after an interruption
 };
 
-/// Creates a folder, and those above it, unless it exists. Throws Failure.
+/// Creates a folder, and those above it, unless it exists, and removes what a run left in it that
+/// was killed during replaceFile(). Throws Failure, also if no file can be created in it.
 void createFolder(const std::string& path);
 
-/// Writes a file under a name beside it, with ".new" behind, and renames it: whoever reads it finds
-/// the old or the new text, whole. Others can read it unless the user's mask says no. Throws
-/// Failure, and then leaves the old file.
+/// The names of all that is in a folder. Throws Failure.
+std::vector<std::string> namesIn(const std::string& folder);
+
+/// Writes a file under a temporary name in its folder and renames it: whoever reads it finds the
+/// old or the new text, whole. Throws a Failure that names it, and then leaves the old file.
 void replaceFile(const std::string& path, std::string_view text);
 
 /// A buffered stream for results: standard output or a file. Until it is flushed, it writes whole

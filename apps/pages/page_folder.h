@@ -14,8 +14,8 @@ namespace tolvarin::ondrel::client {
 /// it tells. With `force`, any file but a directory is replaced.
 class PageFolder {
 public:
-    /// Creates the folder unless it exists. Throws if no file can be created in it, and if a file
-    /// that may not be replaced has the name of a page.
+    /// Creates the folder as createFolder() does. Throws also if a file that may not be replaced
+    /// has the name of a page.
     PageFolder(std::string path, bool force);
 
     /// Writes the pages, the index last, and removes the other pages of earlier runs. Each page is
@@ -28,7 +28,6 @@ public:
 
 private:
     std::string pathOf(std::string_view name) const { return _path + "/" + std::string(name); }
-    std::string temporaryPath() const;
     void checkReplaceable(const std::string& page) const;
     void replace(const std::string& page, std::string_view text) const;
 

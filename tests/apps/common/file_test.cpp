@@ -8,6 +8,7 @@
 #include <fstream>
 #include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace tolvarin::ondrel::client {
 
@@ -31,11 +32,11 @@ protected:
     fs::path folder = fs::path(testing::TempDir()) /
                       testing::UnitTest::GetInstance()->current_test_info()->name() / "below";
     fs::path file = folder / "a.json";
-    fs::path begun = folder / "a.json.new";
+    fs::path begun = folder / (".ondrel-" + std::to_string(::getpid()));
 };
 
 TEST_F(ReplaceFile, LeavesOneFileThatOthersCanRead) {
-    const mode_t mask = ::umask(0002);
+    const mode_t mask = ::umask(0022);
     replaceFile(file, "first, and longer");
     replaceFile(file, "second");
     ::umask(mask);
@@ -47,7 +48,7 @@ TEST_F(ReplaceFile, LeavesOneFileThatOthersCanRead) {
 TEST_F(ReplaceFile, WritesThroughNoLink) {
     const fs::path other = folder / "other";
     std::ofstream(other) << "mine";
-    fs::create_symlink(other, begun);
+    fs::create_symlink(other, begun); // as a run might find that has the number of a killed one
     fs::create_symlink(other, file);
     replaceFile(file, "new");
     EXPECT_EQ(textOf(other), "mine");
