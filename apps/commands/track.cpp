@@ -380,8 +380,11 @@ int TrackCommand::run() {
     if (screen) {
         track.add(std::make_unique<LiveTable>(
             std::move(screen), console,
-            LiveTableOptions{input.name(), _options.sortKey, _options.descending,
-                             [&track] { return track.counts(); }}));
+            LiveTableOptions{input.name(), _options.sortKey, _options.descending, [&track] {
+                                 return LiveTableState{track.counts().tracking.aircraft,
+                                                       track.repliesPerSecond(),
+                                                       track.lostSources()};
+                             }}));
     }
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();

@@ -152,6 +152,14 @@ void TrackRun::checkStamps() {
            "tell when a reply was read, and positions may be wrong or missing");
 }
 
+std::size_t TrackRun::lostSources() const {
+    std::size_t lost = 0;
+    for (const SourceState& state : _input.states()) {
+        lost += state.isUp ? 0U : 1U;
+    }
+    return lost;
+}
+
 std::string TrackRun::statusJson() const {
     const TrackingCounts tracking = _tracking.counts();
     std::string text;

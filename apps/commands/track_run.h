@@ -39,6 +39,12 @@ public:
 
     TrackRunCounts counts() const;
 
+    /// In the last second.
+    double repliesPerSecond() const { return _repliesPerSecond; }
+
+    /// Feeds that are not connected.
+    std::size_t lostSources() const;
+
     /// The state of the run for monitoring, as a JSON object.
     std::string statusJson() const;
 

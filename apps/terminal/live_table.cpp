@@ -82,23 +82,9 @@ void LiveTable::show(const std::vector<TrackedAircraft>& aircraft, const Showing
     while (!_messages.empty() && Clock::now() - _messages.front().time > longestMessage) {
         _messages.pop_front();
     }
-    noteRate();
+    _state = _options.state();
     layOut();
     draw();
-}
-
-void LiveTable::noteRate() {
-    const TrackRunCounts counts = _options.counts();
-    const u64 replies = counts.tracking.replies + counts.duplicates;
-    const auto now = Clock::now();
-    const std::chrono::duration<double> passed = now - _counted;
-    if (passed.count() > 0) {
-        _repliesASecond = static_cast<u64>(
-            std::llround(static_cast<double>(replies - _replies) / passed.count()));
-    }
-    _counted = now;
-    _replies = replies;
-    _hidden = counts.tracking.aircraft - std::min(counts.tracking.aircraft, u64{_aircraft.size()});
 }
 
 bool LiveTable::poll() {
@@ -332,10 +318,13 @@ std::vector<std::string> LiveTable::lastMessages() const {
 ScreenLine LiveTable::headLine() const {
     const std::size_t width = _screen->columns();
     const bool isWide = width >= wideScreen;
+    const std::string lost =
+        _state.sourcesLost > 0 ? std::to_string(_state.sourcesLost) + " not connected  " : "";
+    const u64 hidden = _state.tracked - std::min(_state.tracked, u64{_aircraft.size()});
     const std::string counts =
-        std::to_string(_aircraft.size()) + " aircraft, " + std::to_string(_hidden) + " hidden  " +
-        std::to_string(_repliesASecond) + (isWide ? " replies/s  " : "/s  ") +
-        clockText(_showing.timeMs) + (isWide ? " UTC" : "");
+        lost + std::to_string(_aircraft.size()) + " aircraft, " + std::to_string(hidden) +
+        " hidden  " + std::to_string(std::llround(_state.repliesPerSecond)) +
+        (isWide ? " replies/s  " : "/s  ") + clockText(_showing.timeMs) + (isWide ? " UTC" : "");
     std::size_t room = width - std::min(width, counts.size() + columnGap.size());
     room = room < shortestSources ? 0 : room;
     const std::string sources = toTheLeft(_options.sources.substr(0, room), room);

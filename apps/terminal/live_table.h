@@ -4,7 +4,6 @@
 #include "apps/display/live_view.h"
 #include "apps/terminal/console.h"
 #include "apps/terminal/live_screen.h"
-#include "apps/terminal/summaries.h"
 #include "apps/terminal/text_table.h"
 
 #include <ondrel/types.h>
@@ -20,12 +19,19 @@
 
 namespace tolvarin::ondrel::client {
 
+/// What the head line of a live table tells of a run.
+struct LiveTableState {
+    u64 tracked;             ///< aircraft, with those that are hidden
+    double repliesPerSecond; ///< of all sources
+    std::size_t sourcesLost; ///< feeds without a connection
+};
+
 /// What a live table shows beside the aircraft, and how it begins.
 struct LiveTableOptions {
     std::string sources; ///< their names
     std::string sortKey; ///< of a column
     bool descending;
-    std::function<TrackRunCounts()> counts; ///< those of now
+    std::function<LiveTableState()> state; ///< that of now
 };
 
 /// The table of aircraft on a terminal, refreshed in place; its user chooses the order, and one
@@ -61,7 +67,6 @@ private:
     void open();
     void goTo(View view);
 
-    void noteRate();
     void noteChosen();
     void layOut();
     void draw();
@@ -94,10 +99,7 @@ private:
     std::deque<Message> _messages;
     bool _changed = false; ///< since the screen was drawn
     bool _ended = false;
-    Clock::time_point _counted = Clock::now();
-    u64 _replies = 0; ///< at that time
-    u64 _repliesASecond = 0;
-    u64 _hidden = 0;
+    LiveTableState _state{};
 };
 
 } // namespace tolvarin::ondrel::client

@@ -684,7 +684,13 @@ else
     kill "$(cat pid)"
     expect_left "live: --once" 130
     on_tmux kill-server
+    live "$feed"
+    until_screen "^$feed: connected$"
     kill $server
+    until_screen '^tcp.* 1 not connected  [0-9] aircraft'
+    on_tmux send-keys -t live q
+    expect_left "live: without its feed" 0
+    on_tmux kill-server
     wait $server
 fi
 

@@ -92,27 +92,29 @@ protected:
 
     TrackedLines _tracked{threeAircraft()};
     Terminal _terminal;
+    LiveTableState _state{5, 1234.5, 0};
     Output _output{"-"};
     Console _console{_output};
     TrackHistory _history;
     LiveTable _table{std::make_unique<TestScreen>(_terminal),
                      _console,
-                     {"tcp://a:1", "address", false, [this] {
-                          TrackRunCounts counts = {};
-                          counts.tracking = _tracked.tracking.counts();
-                          counts.tracking.aircraft = 5;
-                          return counts;
-                      }}};
+                     {"tcp://a:1", "address", false, [this] { return _state; }}};
 };
 
 TEST_F(LiveTableTest, FillsTheScreenFromHeadToFoot) {
     showAll();
     ASSERT_EQ(_terminal.lines.size(), _terminal.rows);
     EXPECT_EQ(_terminal.lines.front().substr(0, 12), "tcp://a:1   ");
-    EXPECT_NE(_terminal.lines.front().find("  3 aircraft, 2 hidden  "), std::string::npos);
+    EXPECT_NE(_terminal.lines.front().find("  3 aircraft, 2 hidden  1235"), std::string::npos);
     EXPECT_EQ(_terminal.lines.front().size(), _terminal.columns);
     EXPECT_EQ(rows(), "4:40621D 5:4840D6 6:485020 ");
     EXPECT_EQ(_terminal.lines.back().substr(0, 43), "?: keys  q: end  s: sorted by address  (no ");
+}
+
+TEST_F(LiveTableTest, TellsHowManyFeedsAreLost) {
+    _state.sourcesLost = 2;
+    showAll();
+    EXPECT_NE(_terminal.lines.front().find("  2 not connected  3 aircraft, "), std::string::npos);
 }
 
 TEST_F(LiveTableTest, SortsByTheNextOrPreviousColumn) {
