@@ -15,13 +15,12 @@ namespace tolvarin::ondrel::client {
 
 /// The pages that a browser gets while a run goes on:
 ///
-/// | path                 | what |
-/// |----------------------|------------------------------------------------------------------------|
-/// | /, /index.html       | map and table | | /ABCDEF.html         | the page of an aircraft | |
-/// /NAME.body           | what changes of such a page: the script of the page fetches it         |
-/// | /ABCDEF.report       | the report of the library, which shows the position that it solved | |
-/// /live.js             | the script                                                             |
-/// | /status              | the state of the run, as a JSON object |
+/// - `/` and `/index.html`: map and table
+/// - `/ABCDEF.html`: the page of an aircraft
+/// - `/NAME.body`: what changes of such a page; the script of the page fetches it
+/// - `/ABCDEF.report`: the report of the library, which shows the position that it solved
+/// - `/live.js`: the script
+/// - `/status`: the state of the run, as a JSON object
 ///
 /// What is asked for is made once for each state of the run, whoever asks how often. No request
 /// reaches the file system.
