@@ -235,8 +235,9 @@ void TrackCommand::addOutputOptions() {
     line()
         .add_option_function<std::string>(
             "--serve", [this](const std::string& address) { _options.serve = served(address); },
-            "Serve live pages for browsers at this address; without\n"
-            "ADDRESS, only browsers on this machine reach them")
+            "Serve live pages for browsers at this address, and the\n"
+            "files of --json-dir at /data/; without ADDRESS, only\n"
+            "programs on this machine reach them")
         ->type_name("[ADDRESS:]PORT")
         ->check(CLI::Validator(
             [](const std::string& text) -> std::string {

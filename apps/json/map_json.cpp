@@ -107,7 +107,9 @@ std::string aircraftMapJson(const std::vector<TrackedAircraft>& aircraft, const 
                             u64 messages) {
     std::string text;
     JsonObject object(text);
-    object.rounded("now", secondsOf(showing.timeMs), 3);
+    // Before the first reply, the run has no time.
+    const u64 nowMs = showing.timeMs > 0 ? showing.timeMs : systemMilliseconds();
+    object.rounded("now", secondsOf(nowMs), 3);
     object.whole("messages", static_cast<std::int64_t>(messages));
     object.list("aircraft", aircraft, [&showing](JsonObject& form, const TrackedAircraft& one) {
         addAircraft(form, one, showing);
@@ -134,16 +136,12 @@ MapJsonFolder::MapJsonFolder(std::string path, const std::optional<GeoPoint>& re
     : _path(std::move(path)) {
     createFolder(_path);
     replaceFile(_path + "/receiver.json", receiverMapJson(receiver));
-    replaceFile(_path + "/aircraft.json", aircraftMapJson({}, {systemMilliseconds()}, 0));
+    replaceFile(_path + "/aircraft.json", aircraftMapJson({}, {0}, 0));
 }
 
 void MapJsonFolder::show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
                          const TrackHistory& /*history*/) {
-    Showing dated = showing;
-    if (dated.timeMs == 0) { // before the first reply
-        dated.timeMs = systemMilliseconds();
-    }
-    replaceFile(_path + "/aircraft.json", aircraftMapJson(aircraft, dated, _messages));
+    replaceFile(_path + "/aircraft.json", aircraftMapJson(aircraft, showing, _messages));
 }
 
 void MapJsonFolder::note(const DFMessage& /*message*/, const ADSBTarget& /*aircraft*/,

@@ -1,6 +1,7 @@
 #include "apps/web/live_site.h"
 
 #include "apps/common/text.h"
+#include "apps/json/map_json.h"
 #include "apps/pages/aircraft_page.h"
 #include "apps/pages/html.h"
 #include "apps/pages/index_page.h"
@@ -66,6 +67,12 @@ HttpAnswer pageAnswer(const LiveSite::State& state, const std::string& path) {
     }
     if (path == "/status") {
         return answerOf(state.status, json);
+    }
+    if (path == "/data/aircraft.json") {
+        return answerOf(aircraftMapJson(state.aircraft, state.showing, state.messages), json);
+    }
+    if (path == "/data/receiver.json") {
+        return answerOf(receiverMapJson(state.showing.receiver), json);
     }
     if (path == "/" || path == "/index.html" || path == "/index.body") {
         const Page page = indexPage({state.name, state.showing, state.aircraft, state.history});

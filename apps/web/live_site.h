@@ -5,6 +5,8 @@
 #include "apps/tracking/tracked_aircraft.h"
 #include "apps/web/http_server.h"
 
+#include <ondrel/types.h>
+
 #include <memory>
 #include <mutex>
 #include <string>
@@ -21,6 +23,7 @@ namespace tolvarin::ondrel::client {
 /// - `/ABCDEF.report`: the report of the library, which shows the position that it solved
 /// - `/live.js`: the script
 /// - `/status`: the state of the run, as a JSON object
+/// - `/data/aircraft.json` and `/data/receiver.json`: what map pages read
 ///
 /// What is asked for is made once for each state of the run, whoever asks how often. No request
 /// reaches the file system.
@@ -33,6 +36,7 @@ public:
         std::vector<TrackedAircraft> aircraft; ///< in the order of the table
         TrackHistory history;
         std::string status; ///< a JSON object
+        u64 messages;       ///< tracked in this run
     };
 
     /// Shows this state from now on. Any thread may call it.

@@ -22,7 +22,11 @@ public:
     void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,
               const TrackHistory& history) override {
         _site.show(std::make_shared<const LiveSite::State>(
-            LiveSite::State{_name, showing, aircraft, history, _status()}));
+            LiveSite::State{_name, showing, aircraft, history, _status(), _messages}));
+    }
+    void note(const DFMessage& /*message*/, const ADSBTarget& /*aircraft*/,
+              const std::optional<Position>& /*position*/) override {
+        ++_messages;
     }
 
     /// "127.0.0.1:8080".
@@ -31,6 +35,7 @@ public:
 private:
     std::string _name;
     std::function<std::string()> _status;
+    u64 _messages = 0;
     LiveSite _site;
     HttpServer _server; ///< the last member: its thread uses the others
 };

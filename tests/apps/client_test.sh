@@ -587,6 +587,9 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     expect "live: the page of an aircraft" 1 "$(grep -c '<noscript>' page)"
     get /status
     expect_line "live: the state" page '\{"schema":1,.*"sources":\[\{"name":"'"$feed"'","up":true\}\]\}'
+    get /data/aircraft.json
+    expect_line "live: the data of map pages" page \
+        '\{"now":[0-9.]+,"messages":[0-9]+,"aircraft":\[\{"hex":.*\}\]\}'
     for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/$(printf 'x%.0s' {1..9000}) 404"; do
         get "${request% *}"
         expect_line "live: ${request:0:20}" page "HTTP/1.1 ${request##* } .*"

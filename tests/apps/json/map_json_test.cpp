@@ -162,6 +162,10 @@ TEST(MapJson, TellsAircraftWithoutSquitters) {
     EXPECT_EQ(form["now"], 1700000010.5);
 }
 
+TEST(MapJson, HasTheTimeOfTheClockBeforeTheFirstReply) {
+    EXPECT_GT(json::parse(aircraftMapJson({}, {0}, 0))["now"], 1.7e9);
+}
+
 TEST(MapJson, TellsOfTheReceiver) {
     json form = json::parse(receiverMapJson(GeoPoint{-33.5, 151.25}));
     EXPECT_EQ(form["version"].get<std::string>().substr(0, 7), "ondrel ");

@@ -1,5 +1,6 @@
 #include "apps/web/live_site.h"
 
+#include "apps/json/map_json.h"
 #include "apps/tracked_lines.h"
 #include "apps/web/gzip.h"
 
@@ -31,7 +32,12 @@ std::string unpacked(const std::string& packed) {
 std::shared_ptr<LiveSite::State> state() {
     const TrackedLines tracked(threeAircraft());
     return std::make_shared<LiveSite::State>(
-        LiveSite::State{"a feed", {tracked.tracking.now()}, tracked.tracking.aircraft(), {}, "{}"});
+        LiveSite::State{"a feed",
+                        {tracked.tracking.now(), 1, GeoPoint{50, 8.5}},
+                        tracked.tracking.aircraft(),
+                        {},
+                        "{}",
+                        6});
 }
 
 bool has(const HttpAnswer& answer, const std::string& part) {
@@ -54,7 +60,9 @@ TEST(LiveSite, HasTheDocumentedPaths) {
                            Row{"/4840D6.body", "text/html; charset=utf-8", "KLM1023"},
                            Row{"/4840D6.report", "text/html; charset=utf-8", "unchecked"},
                            Row{"/live.js", "text/javascript; charset=utf-8", "refresh"},
-                           Row{"/status", "application/json", "{}"}}) {
+                           Row{"/status", "application/json", "{}"},
+                           Row{"/data/aircraft.json", "application/json", "\"messages\":6"},
+                           Row{"/data/receiver.json", "application/json", "\"refresh\":1000"}}) {
         const HttpAnswer answer = site.answer({row.path, false});
         EXPECT_EQ(answer.status, 200U) << row.path;
         EXPECT_EQ(answer.type, row.type);
@@ -66,12 +74,24 @@ TEST(LiveSite, HasTheDocumentedPaths) {
     EXPECT_FALSE(has(site.answer({"/index.body", false}), "<html"));
 }
 
+// The same as the files of --json-dir.
+TEST(LiveSite, HasTheDataOfMapPages) {
+    LiveSite site;
+    const auto shown = state();
+    site.show(shown);
+    EXPECT_EQ(*site.answer({"/data/aircraft.json", false}).body,
+              aircraftMapJson(shown->aircraft, shown->showing, 6));
+    EXPECT_EQ(*site.answer({"/data/receiver.json", false}).body,
+              receiverMapJson(GeoPoint{50, 8.5}));
+}
+
 TEST(LiveSite, HasNothingElse) {
     LiveSite site;
     site.show(state());
-    for (const char* path : {"", "x", ".", "/x", "/4840D7.html", "/4840d6.html", "/4840D6.htm",
-                             "/4840D6", "//etc/passwd", "/../4840D6.html", "/4840D6.html/",
-                             "/index.report", "/4840D6.html.body"}) {
+    for (const char* path :
+         {"", "x", ".", "/x", "/4840D7.html", "/4840d6.html", "/4840D6.htm", "/4840D6",
+          "//etc/passwd", "/../4840D6.html", "/4840D6.html/", "/index.report", "/4840D6.html.body",
+          "/data", "/data/", "/data/x.json", "/aircraft.json"}) {
         EXPECT_EQ(site.answer({path, true}).status, 404U) << path;
     }
 }
