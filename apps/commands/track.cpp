@@ -18,6 +18,7 @@
 #include <cmath>
 #include <cstddef>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -175,6 +176,27 @@ GeoPoint placeOf(const std::string& text) {
     return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
 }
 
+/// Browsers compare an origin letter by letter with the one that they send, which has small letters
+/// and no path.
+bool isOrigin(const std::string& text) {
+    constexpr std::string_view lettersOfScheme = "abcdefghijklmnopqrstuvwxyz0123456789+-.";
+    constexpr std::string_view lettersOfHost = "abcdefghijklmnopqrstuvwxyz0123456789-.:[]";
+    const std::size_t end = text.find("://");
+    if (end == std::string::npos || end == 0 || text.find_first_not_of(lettersOfScheme) != end) {
+        return false;
+    }
+    const std::string host = text.substr(end + 3);
+    return host.find_first_not_of(lettersOfHost) == std::string::npos &&
+           (hostAndPort(host) || hostAndPort(host + ":80"));
+}
+
+/// What is wrong with the text of an origin; empty if nothing is.
+std::string originError(const std::string& text) {
+    return text == "*" || isOrigin(text)
+               ? ""
+               : "expected * or SCHEME://HOST[:PORT] in small letters, not '" + text + "'";
+}
+
 /// An address with a port: that of this machine alone unless told.
 std::string served(const std::string& text) {
     return text.find(':') == std::string::npos ? "127.0.0.1:" + text : text;
@@ -232,19 +254,25 @@ void TrackCommand::addOutputOptions() {
         .add_flag("--force", _options.force,
                   "With --html: also replace files that ondrel did not make")
         ->needs(html);
-    line()
-        .add_option_function<std::string>(
-            "--serve", [this](const std::string& address) { _options.serve = served(address); },
-            "Serve live pages for browsers at this address, and the\n"
-            "files of --json-dir at /data/; without ADDRESS, only\n"
-            "programs on this machine reach them")
-        ->type_name("[ADDRESS:]PORT")
+    CLI::Option* serve = line().add_option_function<std::string>(
+        "--serve", [this](const std::string& address) { _options.serve = served(address); },
+        "Serve live pages for browsers at this address, and the\n"
+        "files of --json-dir at /data/; without ADDRESS, only\n"
+        "programs on this machine reach them");
+    serve->type_name("[ADDRESS:]PORT")
         ->check(CLI::Validator(
             [](const std::string& text) -> std::string {
                 return hostAndPort(served(text)) ? ""
                                                  : "expected [ADDRESS:]PORT, not '" + text + "'";
             },
             ""));
+    line()
+        .add_option("--allow-origin", _options.dataOrigin,
+                    "With --serve: let the scripts of pages from there read\n"
+                    "/data/, such as https://map.example; *: of any page")
+        ->type_name("ORIGIN|*")
+        ->needs(serve)
+        ->check(CLI::Validator(originError, ""));
     line()
         .add_option("--json-dir", _options.jsonFolder,
                     "Keep aircraft.json and receiver.json in this folder,\n"
@@ -350,8 +378,9 @@ std::unique_ptr<LiveScreen> TrackCommand::openScreen() const {
 /// All but the table on the screen, which takes the lines of the console from then on.
 void TrackCommand::addViews(TrackRun& track, const std::string& input, Console& console) const {
     if (_options.serve) {
-        auto view = std::make_unique<WebView>(*hostAndPort(*_options.serve), input,
-                                              [&track] { return track.statusJson(); });
+        auto view =
+            std::make_unique<WebView>(*hostAndPort(*_options.serve), input, _options.dataOrigin,
+                                      [&track] { return track.statusJson(); });
         console.write("pages for a browser: http://" + view->address() + "/");
         track.add(std::move(view));
     }

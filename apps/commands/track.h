@@ -25,6 +25,7 @@ struct TrackOptions {
     std::optional<double> pace;            ///< replay at this multiple of the recorded speed
     std::optional<std::string> htmlFolder; ///< write pages there
     std::optional<std::string> serve;      ///< an address for live pages
+    std::string dataOrigin;                ///< whose pages may read the data of live pages
     std::optional<std::string> jsonFolder; ///< keep files for map pages there
     std::optional<std::string> sbsAddress; ///< serve SBS lines there
     std::optional<std::string> start;      ///< of a counter: seconds since 1970, or "mtime"

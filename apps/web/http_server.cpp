@@ -43,6 +43,10 @@ MHD_Response* responseOf(const HttpAnswer& answer) {
     if (answer.isPacked) {
         MHD_add_response_header(response, MHD_HTTP_HEADER_CONTENT_ENCODING, "gzip");
     }
+    if (!answer.allowedOrigin.empty()) {
+        MHD_add_response_header(response, MHD_HTTP_HEADER_ACCESS_CONTROL_ALLOW_ORIGIN,
+                                answer.allowedOrigin.c_str());
+    }
     if (answer.status == MHD_HTTP_METHOD_NOT_ALLOWED) {
         MHD_add_response_header(response, MHD_HTTP_HEADER_ALLOW, "GET, HEAD");
     }
@@ -50,7 +54,10 @@ MHD_Response* responseOf(const HttpAnswer& answer) {
 }
 
 HttpAnswer failed(unsigned status, const char* text) {
-    return {status, HttpAnswer().type, std::make_shared<const std::string>(text)};
+    HttpAnswer answer;
+    answer.status = status;
+    answer.body = std::make_shared<const std::string>(text);
+    return answer;
 }
 
 bool takesGzip(MHD_Connection* connection) {

@@ -13,7 +13,8 @@ struct HttpAnswer {
     unsigned status = 200;
     std::string type = "text/plain; charset=utf-8"; ///< of the body
     std::shared_ptr<const std::string> body;
-    bool isPacked = false; ///< the body is gzip data
+    bool isPacked = false;     ///< the body is gzip data
+    std::string allowedOrigin; ///< whose scripts may read it beside the server's own, * for all
 };
 
 struct HttpRequest {

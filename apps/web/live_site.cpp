@@ -27,7 +27,11 @@ constexpr std::string_view liveHead =
     "<noscript><meta http-equiv=\"refresh\" content=\"5\"></noscript>\n";
 
 HttpAnswer answerOf(std::string text, const char* type, unsigned status = 200) {
-    return {status, type, std::make_shared<const std::string>(std::move(text))};
+    HttpAnswer answer;
+    answer.status = status;
+    answer.type = type;
+    answer.body = std::make_shared<const std::string>(std::move(text));
+    return answer;
 }
 
 HttpAnswer notFound(const std::string& text) {
@@ -101,6 +105,15 @@ std::shared_ptr<LiveSite::Rendered> LiveSite::current() {
 }
 
 HttpAnswer LiveSite::answer(const HttpRequest& request) {
+    constexpr std::string_view data = "/data/";
+    HttpAnswer answer = contentOf(request);
+    if (request.path.compare(0, data.size(), data) == 0) {
+        answer.allowedOrigin = _dataOrigin;
+    }
+    return answer;
+}
+
+HttpAnswer LiveSite::contentOf(const HttpRequest& request) {
     const std::shared_ptr<Rendered> rendered = current();
     if (!rendered) {
         return answerOf("not ready yet\n", HttpAnswer().type.c_str(), 503);

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace tolvarin::ondrel::client {
@@ -39,6 +40,9 @@ public:
         u64 messages;       ///< tracked in this run
     };
 
+    /// Scripts of pages from `dataOrigin` may read what is below `/data/`; with *, all may.
+    explicit LiveSite(std::string dataOrigin = "") : _dataOrigin(std::move(dataOrigin)) {}
+
     /// Shows this state from now on. Any thread may call it.
     void show(std::shared_ptr<const State> state);
 
@@ -55,7 +59,9 @@ private:
     };
 
     std::shared_ptr<Rendered> current();
+    HttpAnswer contentOf(const HttpRequest& request);
 
+    const std::string _dataOrigin;
     std::mutex _mutex; ///< of _current
     std::shared_ptr<Rendered> _current;
 };

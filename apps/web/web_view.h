@@ -13,10 +13,11 @@ namespace tolvarin::ondrel::client {
 /// Serves live pages over HTTP.
 class WebView final : public LiveView {
 public:
-    /// `name` is that of the input; `status` gives the state of the run as a JSON object. Throws
-    /// Failure if the address cannot be served.
-    WebView(const FeedAddress& address, std::string name, std::function<std::string()> status)
-        : _name(std::move(name)), _status(std::move(status)),
+    /// `name` is that of the input, `dataOrigin` as LiveSite takes it; `status` gives the state of
+    /// the run as a JSON object. Throws Failure if the address cannot be served.
+    WebView(const FeedAddress& address, std::string name, std::string dataOrigin,
+            std::function<std::string()> status)
+        : _name(std::move(name)), _status(std::move(status)), _site(std::move(dataOrigin)),
           _server(address, [this](const HttpRequest& request) { return _site.answer(request); }) {}
 
     void show(const std::vector<TrackedAircraft>& aircraft, const Showing& showing,

@@ -565,12 +565,22 @@ get() {
 }
 
 refuse 2 "ondrel track: --serve: expected .ADDRESS:.PORT, not 'nowhere'" track --serve nowhere two.txt
+refuse 2 "ondrel track: --allow-origin requires --serve" track --allow-origin '*' two.txt
+for origin in map.example https://map.example/ https:// ://map.example https://Map.example \
+    https://map.example:x 'https://map.example x' null ''; do
+    refuse 2 "ondrel track: --allow-origin: expected . or SCHEME://HOST.:PORT. in small letters, not '$origin'" \
+        track --serve 0 --allow-origin "$origin" two.txt
+done
 if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
+    for origin in https://map.example http://127.0.0.1:8000 'http://[::1]:8000'; do
+        refuse 1 "ondrel: cannot serve 192.0.2.1:0: .*" \
+            track --serve 192.0.2.1:0 --allow-origin "$origin" two.txt
+    done
     "$client" simulate --serve 127.0.0.1:0 --seconds 600 --damage 0 2>server.log &
     server=$!
     until grep -qs '^serving' server.log; do sleep 0.05; done
     feed=tcp://$(sed -n 's/^serving //p' server.log)
-    "$client" track --serve 0 --html feed_pages "$feed" >out 2>err &
+    "$client" track --serve 0 --html feed_pages --allow-origin '*' "$feed" >out 2>err &
     live=$!
     until grep -qs 'http://127' err; do sleep 0.05; done
     port=$(sed -n 's/.*http:.*:\([0-9]*\)\/$/\1/p' err)
@@ -582,6 +592,7 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     expect "live: aircraft come" 1 "$(($(grep -c '<tr' page) > 10))"
     expect_line "live: the head of an answer" page "HTTP/1.1 200 OK.?"
     expect_line "live: nothing from elsewhere" page "Content-Security-Policy: default-src 'none'; .*"
+    expect "live: nothing for elsewhere" 0 "$(grep -c '^Access-Control' page)"
     address=$(grep -oE '[0-9A-F]{6}\.html' page | head -1)
     get "/$address"
     expect "live: the page of an aircraft" 1 "$(grep -c '<noscript>' page)"
@@ -590,6 +601,7 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     get /data/aircraft.json
     expect_line "live: the data of map pages" page \
         '\{"now":[0-9.]+,"messages":[0-9]+,"aircraft":\[\{"hex":.*\}\]\}'
+    expect_line "live: they are for all" page "Access-Control-Allow-Origin: \*.?"
     for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/$(printf 'x%.0s' {1..9000}) 404"; do
         get "${request% *}"
         expect_line "live: ${request:0:20}" page "HTTP/1.1 ${request##* } .*"

@@ -85,6 +85,21 @@ TEST(LiveSite, HasTheDataOfMapPages) {
               receiverMapJson(GeoPoint{50, 8.5}));
 }
 
+TEST(LiveSite, AllowsAnOriginForItsDataAlone) {
+    LiveSite site("https://map.example");
+    for (const bool shown : {false, true}) {
+        for (const char* path : {"/data/aircraft.json", "/data/receiver.json", "/data/x"}) {
+            EXPECT_EQ(site.answer({path, shown}).allowedOrigin, "https://map.example") << path;
+            EXPECT_EQ(LiveSite().answer({path, shown}).allowedOrigin, "") << path;
+        }
+        for (const char* path : {"/", "/index.body", "/status", "/live.js", "/4840D6.report",
+                                 "/data", "/database/", "//data/aircraft.json", "/x"}) {
+            EXPECT_EQ(site.answer({path, shown}).allowedOrigin, "") << path;
+        }
+        site.show(state());
+    }
+}
+
 TEST(LiveSite, HasNothingElse) {
     LiveSite site;
     site.show(state());
