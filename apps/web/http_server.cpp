@@ -2,13 +2,18 @@
 
 #include "apps/common/failure.h"
 
+#include <algorithm>
+#include <arpa/inet.h>
+#include <array>
 #include <cstring>
 #include <exception>
 #include <microhttpd.h>
 #include <netdb.h>
 #include <netinet/in.h>
 #include <string_view>
+#include <strings.h>
 #include <utility>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
@@ -53,7 +58,7 @@ MHD_Response* responseOf(const HttpAnswer& answer) {
     return response;
 }
 
-HttpAnswer failed(unsigned status, const char* text) {
+HttpAnswer failed(unsigned status, const std::string& text) {
     HttpAnswer answer;
     answer.status = status;
     answer.body = std::make_shared<const std::string>(text);
@@ -64,6 +69,23 @@ bool takesGzip(MHD_Connection* connection) {
     const char* value =
         MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_ACCEPT_ENCODING);
     return value != nullptr && std::strstr(value, "gzip") != nullptr;
+}
+
+/// Such an address is reached from this machine alone.
+bool isLoopback(const addrinfo& address) {
+    std::array<char, NI_MAXHOST> text{};
+    ::getnameinfo(address.ai_addr, address.ai_addrlen, text.data(), text.size(), nullptr, 0,
+                  NI_NUMERICHOST);
+    const std::string_view number = text.data();
+    return number.substr(0, 4) == "127." || number == "::1";
+}
+
+/// Whether a Host header, with or without a port, has the name or a number for a host.
+bool leadsTo(const std::string& name, const std::string& header) {
+    const std::string host = header.substr(0, header.find(':'));
+    in_addr number = {};
+    return header[0] == '[' || ::inet_pton(AF_INET, host.c_str(), &number) == 1 ||
+           ::strcasecmp(host.c_str(), name.c_str()) == 0;
 }
 
 /// Frees what getaddrinfo() gave.
@@ -87,6 +109,9 @@ public:
             throw Failure(what + ::gai_strerror(error));
         }
         const std::unique_ptr<addrinfo, FreeAddresses> first(found);
+        if (isLoopback(*first)) {
+            _names = {"localhost", address.host};
+        }
         const unsigned family = first->ai_family == AF_INET6 ? MHD_USE_IPv6 : 0;
         _daemon = MHD_start_daemon(
             MHD_USE_AUTO_INTERNAL_THREAD | family, 0, nullptr, nullptr, &Daemon::answer, this,
@@ -109,9 +134,7 @@ private:
                              std::size_t* /*uploadSize*/, void** /*state*/) {
         HttpAnswer answer;
         try {
-            answer = std::string_view(method) == "GET" || std::string_view(method) == "HEAD"
-                         ? static_cast<Daemon*>(self)->_answering({path, takesGzip(connection)})
-                         : failed(MHD_HTTP_METHOD_NOT_ALLOWED, "only GET and HEAD\n");
+            answer = static_cast<const Daemon*>(self)->answerTo(connection, path, method);
         } catch (const std::exception&) { // no exception may pass through the library
             return MHD_NO;
         }
@@ -121,6 +144,31 @@ private:
         return result;
     }
 
+    HttpAnswer answerTo(MHD_Connection* connection, const char* path,
+                        std::string_view method) const {
+        const char* host =
+            MHD_lookup_connection_value(connection, MHD_HEADER_KIND, MHD_HTTP_HEADER_HOST);
+        if (host != nullptr && !takes(host)) {
+            return failed(MHD_HTTP_FORBIDDEN,
+                          "This server can be asked as " + _names.back() +
+                              ", as localhost, or by a number. A proxy in front of it must send "
+                              "the header Host: localhost\n");
+        }
+        return method == "GET" || method == "HEAD"
+                   ? _answering({path, takesGzip(connection)})
+                   : failed(MHD_HTTP_METHOD_NOT_ALLOWED, "only GET and HEAD\n");
+    }
+
+    /// A foreign page whose name was made to lead to this machine must not read what is for this
+    /// machine alone. Its browser sends that name.
+    bool takes(const std::string& hostHeader) const {
+        return _names.empty() ||
+               std::any_of(_names.begin(), _names.end(), [&hostHeader](const std::string& name) {
+                   return leadsTo(name, hostHeader);
+               });
+    }
+
+    std::vector<std::string> _names; ///< the only ones that are taken; empty: all are
     Answering _answering;
     MHD_Daemon* _daemon;
 };

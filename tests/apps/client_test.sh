@@ -554,12 +554,12 @@ fi
 
 # -- live pages -------------------------------------------------------------------------------
 
-# get PATH [METHOD]: the answer to a request, with its head, goes to the file page. In a shell of its
+# get PATH [METHOD] [HOST]: the answer to a request, with its head, goes to the file page. In a shell of its
 # own, since the server may close the connection first.
 get() {
     (
         exec 3<>"/dev/tcp/127.0.0.1/$port"
-        printf '%s\r\n' "${2:-GET} $1 HTTP/1.1" "Host: localhost" "Connection: close" "" >&3
+        printf '%s\r\n' "${2:-GET} $1 HTTP/1.1" "Host: ${3-localhost}" "Connection: close" "" >&3
         cat <&3
     ) >page
 }
@@ -609,6 +609,17 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     get "/$(printf 'x%.0s' {1..100000})" 2>/dev/null # too long: the server hangs up
     get / DELETE
     expect_line "live: only reading" page "HTTP/1.1 405 .*"
+    for host in LOCALHOST "localhost:$port" 127.0.0.1 192.0.2.1:80 "[::1]:$port"; do
+        get /status GET "$host"
+        expect_line "live: a request for $host" page "HTTP/1.1 200 OK.?"
+    done
+    for host in map.example "map.example:$port" localhost.map.example 127.0.0.1.map.example 127.0.0.1x ''; do
+        get /data/aircraft.json GET "$host"
+        expect_line "live: a request for $host" page "HTTP/1.1 403 Forbidden.?"
+        expect "live: it is told why, and no more" \
+            "This server can be asked as 127.0.0.1, as localhost, or by a number." \
+            "$(tail -1 page | cut -d. -f1-4).$(grep -o '^Access-Control' page)"
+    done
     expect "live: pages in a folder" 1 "$(($(find feed_pages -name '*.html' | wc -l) > 10))"
     kill -TERM $live
     wait $live
