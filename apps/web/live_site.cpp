@@ -10,6 +10,7 @@
 #include "apps/web/live_script.h"
 
 #include <algorithm>
+#include <cctype>
 #include <string_view>
 #include <utility>
 
@@ -36,6 +37,18 @@ HttpAnswer answerOf(std::string text, const char* type, unsigned status = 200) {
 
 HttpAnswer notFound(const std::string& text) {
     return answerOf(text, HttpAnswer().type.c_str(), 404);
+}
+
+constexpr std::size_t dot = 7; // behind "/ABCDEF"
+
+/// An address of an aircraft may also have small letters.
+std::string inCapitals(std::string path) {
+    if (path.size() > dot && path[dot] == '.') {
+        std::transform(path.begin(), path.begin() + dot, path.begin(), [](unsigned char letter) {
+            return static_cast<char>(std::toupper(letter));
+        });
+    }
+    return path;
 }
 
 /// The report of the library, with a line on it that tells what it is.
@@ -82,7 +95,6 @@ HttpAnswer pageAnswer(const LiveSite::State& state, const std::string& path) {
         const Page page = indexPage({state.name, state.showing, state.aircraft, state.history});
         return answerOf(path == "/index.body" ? page.body : wholePage(page, liveHead), html);
     }
-    constexpr std::size_t dot = 7; // behind "/ABCDEF"
     const std::string kind = path.size() > dot && path[dot] == '.' ? path.substr(dot + 1) : "";
     if (kind == "html" || kind == "body" || kind == "report") {
         return aircraftAnswer(state, path.substr(1, dot - 1), kind);
@@ -119,17 +131,18 @@ HttpAnswer LiveSite::contentOf(const HttpRequest& request) {
         return answerOf("not ready yet\n", HttpAnswer().type.c_str(), 503);
     }
     const std::lock_guard<std::mutex> lock(rendered->mutex);
-    const auto made = rendered->plain.find(request.path);
+    const std::string path = inCapitals(request.path);
+    const auto made = rendered->plain.find(path);
     HttpAnswer answer =
-        made != rendered->plain.end() ? made->second : pageAnswer(*rendered->state, request.path);
+        made != rendered->plain.end() ? made->second : pageAnswer(*rendered->state, path);
     if (answer.status != 200) {
         return answer; // not kept: there are any number of such paths
     }
-    rendered->plain.emplace(request.path, answer);
+    rendered->plain.emplace(path, answer);
     if (!request.takesGzip) {
         return answer;
     }
-    HttpAnswer& packed = rendered->packed[request.path];
+    HttpAnswer& packed = rendered->packed[path];
     if (!packed.body) {
         packed = answer;
         packed.body = std::make_shared<const std::string>(gzip(*answer.body));

@@ -19,7 +19,7 @@ namespace tolvarin::ondrel::client {
 /// The pages that a browser gets while a run goes on:
 ///
 /// - `/` and `/index.html`: map and table
-/// - `/ABCDEF.html`: the page of an aircraft
+/// - `/ABCDEF.html`: the page of an aircraft; its address may have small letters
 /// - `/NAME.body`: what changes of such a page; the script of the page fetches it
 /// - `/ABCDEF.report`: the report of the library, which shows the position that it solved
 /// - `/live.js`: the script

@@ -104,7 +104,7 @@ TEST(LiveSite, HasNothingElse) {
     LiveSite site;
     site.show(state());
     for (const char* path :
-         {"", "x", ".", "/x", "/4840D7.html", "/4840d6.html", "/4840D6.htm", "/4840D6",
+         {"", "x", ".", "/x", "/4840D7.html", "/4840D6.HTML", "/4840D6.htm", "/4840D6",
           "//etc/passwd", "/../4840D6.html", "/4840D6.html/", "/index.report", "/4840D6.html.body",
           "/data", "/data/", "/data/x.json", "/aircraft.json"}) {
         EXPECT_EQ(site.answer({path, true}).status, 404U) << path;
@@ -117,6 +117,7 @@ TEST(LiveSite, ShowsTheNewestState) {
     site.show(state());
     const HttpAnswer first = site.answer({"/index.body", true});
     EXPECT_EQ(first.body, site.answer({"/index.body", true}).body);
+    EXPECT_EQ(site.answer({"/4840D6.html", true}).body, site.answer({"/4840d6.html", true}).body);
     const auto later = state();
     later->aircraft.pop_back();
     site.show(later);
