@@ -12,6 +12,7 @@
 #include <netinet/in.h>
 #include <string_view>
 #include <strings.h>
+#include <sys/socket.h>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,15 @@ constexpr std::pair<const char*, const char*> headers[] = {
     {"Referrer-Policy", "no-referrer"},
     {"Cache-Control", "no-store"},
 };
+
+bool isReading(std::string_view method) {
+    return method == "GET" || method == "HEAD";
+}
+
+/// No path needs escapes, and an escaped zero would end it.
+extern "C" std::size_t leaveEscapes(void* /*self*/, MHD_Connection* /*connection*/, char* text) {
+    return std::strlen(text);
+}
 
 extern "C" void release(void* body) {
     delete static_cast<Body*>(body);
@@ -115,9 +125,11 @@ public:
         const unsigned family = first->ai_family == AF_INET6 ? MHD_USE_IPv6 : 0;
         _daemon = MHD_start_daemon(
             MHD_USE_AUTO_INTERNAL_THREAD | family, 0, nullptr, nullptr, &Daemon::answer, this,
-            MHD_OPTION_SOCK_ADDR, first->ai_addr, MHD_OPTION_CONNECTION_LIMIT, mostConnections,
+            MHD_OPTION_SOCK_ADDR, first->ai_addr, MHD_OPTION_CONNECTION_LIMIT,
+            mostConnections + closing, MHD_OPTION_NOTIFY_CONNECTION, &noteConnection, this,
             MHD_OPTION_CONNECTION_MEMORY_LIMIT, std::size_t{connectionMemory},
-            MHD_OPTION_CONNECTION_TIMEOUT, longestPause, MHD_OPTION_END);
+            MHD_OPTION_CONNECTION_TIMEOUT, longestPause, MHD_OPTION_UNESCAPE_CALLBACK,
+            &leaveEscapes, nullptr, MHD_OPTION_END);
         if (_daemon == nullptr) {
             throw Failure(what + std::strerror(errno));
         }
@@ -129,19 +141,60 @@ public:
     unsigned port() const { return MHD_get_daemon_info(_daemon, MHD_DAEMON_INFO_BIND_PORT)->port; }
 
 private:
+    static constexpr unsigned closing = 50; ///< connections that were cut and are not yet gone
+
+    static void noteConnection(void* self, MHD_Connection* connection, void** /*state*/,
+                               MHD_ConnectionNotificationCode what) {
+        auto& daemon = *static_cast<Daemon*>(self);
+        if (what == MHD_CONNECTION_NOTIFY_STARTED) {
+            daemon.noteUse(connection);
+        } else {
+            daemon.forget(socketOf(connection));
+        }
+    }
+
+    static int socketOf(MHD_Connection* connection) {
+        return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
+    }
+
+    /// The library would let new connections wait until others have been silent for long enough.
+    void noteUse(MHD_Connection* connection) {
+        const int socket = socketOf(connection);
+        forget(socket);
+        _sockets.push_back(socket);
+        if (_sockets.size() > mostConnections) {
+            ::shutdown(_sockets.front(), SHUT_RDWR);
+            _sockets.erase(_sockets.begin());
+        }
+    }
+
+    void forget(int socket) {
+        _sockets.erase(std::remove(_sockets.begin(), _sockets.end(), socket), _sockets.end());
+    }
+
+    /// The library calls it when it has the head of a request, for each part of the body, and at
+    /// the end; `state` is null the first time.
     static MHD_Result answer(void* self, MHD_Connection* connection, const char* path,
                              const char* method, const char* /*version*/, const char* /*upload*/,
-                             std::size_t* /*uploadSize*/, void** /*state*/) {
-        HttpAnswer answer;
+                             std::size_t* uploadSize, void** state) {
+        const bool isFirst = *state == nullptr;
+        *state = self;
+        // An answer to the head alone ends the connection, so that its body need not be read.
+        if (isReading(method) && (isFirst || *uploadSize > 0)) {
+            *uploadSize = 0;
+            return MHD_YES;
+        }
         try {
-            answer = static_cast<const Daemon*>(self)->answerTo(connection, path, method);
+            auto& daemon = *static_cast<Daemon*>(self);
+            daemon.noteUse(connection);
+            const HttpAnswer answer = daemon.answerTo(connection, path, method);
+            MHD_Response* response = responseOf(answer);
+            const MHD_Result result = MHD_queue_response(connection, answer.status, response);
+            MHD_destroy_response(response);
+            return result;
         } catch (const std::exception&) { // no exception may pass through the library
             return MHD_NO;
         }
-        MHD_Response* response = responseOf(answer);
-        const MHD_Result result = MHD_queue_response(connection, answer.status, response);
-        MHD_destroy_response(response);
-        return result;
     }
 
     HttpAnswer answerTo(MHD_Connection* connection, const char* path,
@@ -154,9 +207,8 @@ private:
                               ", as localhost, or by a number. A proxy in front of it must send "
                               "the header Host: localhost\n");
         }
-        return method == "GET" || method == "HEAD"
-                   ? _answering({path, takesGzip(connection)})
-                   : failed(MHD_HTTP_METHOD_NOT_ALLOWED, "only GET and HEAD\n");
+        return isReading(method) ? _answering({path, takesGzip(connection)})
+                                 : failed(MHD_HTTP_METHOD_NOT_ALLOWED, "only GET and HEAD\n");
     }
 
     /// A foreign page whose name was made to lead to this machine must not read what is for this
@@ -168,6 +220,7 @@ private:
                });
     }
 
+    std::vector<int> _sockets;       ///< of connections; the one used last stands at the end
     std::vector<std::string> _names; ///< the only ones that are taken; empty: all are
     Answering _answering;
     MHD_Daemon* _daemon;

@@ -23,7 +23,8 @@ struct HttpRequest {
 };
 
 /// Answers GET and HEAD over HTTP/1.1, in a thread of its own. Connections, their memory, and the
-/// time in which nothing moves are limited; a client that is slow delays no other.
+/// time in which nothing moves are limited; a client that is slow delays no other. Where there are
+/// more connections, the one that was answered longest ago is closed.
 class HttpServer {
 public:
     using Answering = std::function<HttpAnswer(const HttpRequest&)>;

@@ -602,13 +602,33 @@ if "$client" --version | grep -q 'Asio.*libmicrohttpd'; then
     expect_line "live: the data of map pages" page \
         '\{"now":[0-9.]+,"messages":[0-9]+,"aircraft":\[\{"hex":.*\}\]\}'
     expect_line "live: they are for all" page "Access-Control-Allow-Origin: \*.?"
-    for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/$(printf 'x%.0s' {1..9000}) 404"; do
+    for request in "/etc/passwd 404" "/../index.html 404" "/%2e%2e/x 404" "/%00 404" "/$(printf 'x%.0s' {1..9000}) 404"; do
         get "${request% *}"
         expect_line "live: ${request:0:20}" page "HTTP/1.1 ${request##* } .*"
     done
     get "/$(printf 'x%.0s' {1..100000})" 2>/dev/null # too long: the server hangs up
     get / DELETE
     expect_line "live: only reading" page "HTTP/1.1 405 .*"
+    (
+        exec 3<>"/dev/tcp/127.0.0.1/$port"
+        printf '%b\r\n' "HEAD /live.js HTTP/1.1\r\nHost: localhost\r\n" \
+            "GET /live.js HTTP/1.1\r\nHost: localhost\r\nContent-Length: 6\r\n\r\nbody" \
+            "GET /x HTTP/1.1\r\nHost: localhost\r\n" \
+            "GET /live.js HTTP/1.1\r\nHost: localhost\r\nConnection: close\r\n" >&3
+        cat <&3
+    ) >page
+    expect "live: requests in one connection" "200 200 404 200" \
+        "$(echo $(sed -n 's/^HTTP.1.1 \([0-9]*\) .*/\1/p' page))"
+    expect "live: the length of what HEAD leaves out" "3 2" \
+        "$(grep '^Content-Length' page | sort | uniq -c | sort -rn | awk 'NR == 1 { print $1 }') \
+$(grep -c '^"use strict"' page)"
+    silent=$(
+        for _ in {1..400}; do exec {fd}<>"/dev/tcp/127.0.0.1/$port"; done
+        printf '%s\r\n' "GET /status HTTP/1.0" "" >&"$fd"
+        read -rt 5 line <&"$fd"
+        echo "$line"
+    )
+    expect "live: silent connections make room" $'HTTP/1.1 200 OK\r' "$silent"
     for host in LOCALHOST "localhost:$port" 127.0.0.1 192.0.2.1:80 "[::1]:$port"; do
         get /status GET "$host"
         expect_line "live: a request for $host" page "HTTP/1.1 200 OK.?"
