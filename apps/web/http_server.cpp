@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <array>
+#include <chrono>
 #include <cstring>
 #include <exception>
 #include <microhttpd.h>
@@ -141,6 +142,14 @@ public:
     unsigned port() const { return MHD_get_daemon_info(_daemon, MHD_DAEMON_INFO_BIND_PORT)->port; }
 
 private:
+    using Clock = std::chrono::steady_clock;
+
+    /// When a connection was begun, or got its last request.
+    struct Use {
+        int socket;
+        Clock::time_point time;
+    };
+
     static constexpr unsigned closing = 50; ///< connections that were cut and are not yet gone
 
     static void noteConnection(void* self, MHD_Connection* connection, void** /*state*/,
@@ -157,19 +166,22 @@ private:
         return MHD_get_connection_info(connection, MHD_CONNECTION_INFO_CONNECTION_FD)->connect_fd;
     }
 
-    /// The library would let new connections wait until others have been silent for long enough.
+    /// The library would let new connections wait until others have been silent for long enough,
+    /// and would keep the page that a connection takes byte by byte.
     void noteUse(MHD_Connection* connection) {
+        const auto now = Clock::now();
         const int socket = socketOf(connection);
         forget(socket);
-        _sockets.push_back(socket);
-        if (_sockets.size() > mostConnections) {
-            ::shutdown(_sockets.front(), SHUT_RDWR);
-            _sockets.erase(_sockets.begin());
+        _uses.push_back({socket, now});
+        while (_uses.size() > mostConnections || now - _uses.front().time > longestUse) {
+            ::shutdown(_uses.front().socket, SHUT_RDWR);
+            _uses.erase(_uses.begin());
         }
     }
 
     void forget(int socket) {
-        _sockets.erase(std::remove(_sockets.begin(), _sockets.end(), socket), _sockets.end());
+        const auto isOfIt = [socket](const Use& use) { return use.socket == socket; };
+        _uses.erase(std::remove_if(_uses.begin(), _uses.end(), isOfIt), _uses.end());
     }
 
     /// The library calls it when it has the head of a request, for each part of the body, and at
@@ -220,7 +232,7 @@ private:
                });
     }
 
-    std::vector<int> _sockets;       ///< of connections; the one used last stands at the end
+    std::vector<Use> _uses;          ///< one of each connection, the last use at the end
     std::vector<std::string> _names; ///< the only ones that are taken; empty: all are
     Answering _answering;
     MHD_Daemon* _daemon;

@@ -2,6 +2,7 @@
 
 #include "apps/network/feed_address.h"
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -24,14 +25,15 @@ struct HttpRequest {
 
 /// Answers GET and HEAD over HTTP/1.1, in a thread of its own. Connections, their memory, and the
 /// time in which nothing moves are limited; a client that is slow delays no other. Where there are
-/// more connections, the one that was answered longest ago is closed.
+/// more connections, the one whose last request is longest ago is closed.
 class HttpServer {
 public:
     using Answering = std::function<HttpAnswer(const HttpRequest&)>;
 
     static constexpr unsigned mostConnections = 300;
-    static constexpr unsigned connectionMemory = 16384; ///< bytes for a request and its headers
-    static constexpr unsigned longestPause = 30;        ///< seconds
+    static constexpr unsigned connectionMemory = 16384;   ///< bytes for a request and its headers
+    static constexpr unsigned longestPause = 30;          ///< seconds in which nothing moves
+    static constexpr std::chrono::seconds longestUse{60}; ///< from a request to the next one
 
     /// `answering` is called by the server's thread. Throws Failure if the address cannot be
     /// served; port 0 is any that is free.
