@@ -421,7 +421,7 @@ int TrackCommand::run() {
     input.close();
     console.write(trackSummary(track.counts()));
     const auto isWanted = [this](const TrackedAircraft& one) {
-        return one.icaoAddr() == *_options.reportAddress;
+        return one.icaoAddress() == *_options.reportAddress;
     };
     if (_options.reportAddress && std::none_of(aircraft.begin(), aircraft.end(), isWanted)) {
         throw Failure("no aircraft " + hex24(*_options.reportAddress) + " is tracked");

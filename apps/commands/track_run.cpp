@@ -266,7 +266,7 @@ void TrackRun::tellViews(const DFMessage& message, const ADSBTarget& aircraft) {
 /// Says once which aircraft a full table loses.
 void TrackRun::noteLosses() {
     for (const TrackedAircraft& aircraft : _tracking.madeRoom()) {
-        _history.forget(aircraft.icaoAddr());
+        _history.forget(aircraft.icaoAddress());
     }
     if (!_saidRoom && !_tracking.madeRoom().empty()) {
         _saidRoom = true;
@@ -305,7 +305,7 @@ void TrackRun::writeLivePages(const std::vector<TrackedAircraft>& aircraft) {
 void TrackRun::killSilent() {
     if (_options.silentMs) {
         for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
-            _history.forget(aircraft.icaoAddr());
+            _history.forget(aircraft.icaoAddress());
             if (_options.tellSilent && isShown(aircraft)) {
                 _sink->showKilled(aircraft, showing());
             }
@@ -313,8 +313,8 @@ void TrackRun::killSilent() {
     }
 }
 
-bool TrackRun::isShown(const ADSBTarget& aircraft) const {
-    return _options.reportAddress || aircraft.statisticDfMsgCount() >= _options.minMessages;
+bool TrackRun::isShown(const TrackedAircraft& aircraft) const {
+    return _options.reportAddress || aircraft.messages() >= _options.minMessages;
 }
 
 std::vector<TrackedAircraft> TrackRun::sortedAircraft() const {

@@ -65,7 +65,7 @@ private:
     void updateViews();
     void showViews(const std::vector<TrackedAircraft>& aircraft) const;
 
-    bool isShown(const ADSBTarget& aircraft) const;
+    bool isShown(const TrackedAircraft& aircraft) const;
     Showing showing() const { return {_tracking.now(), _showings + 1, _options.receiver}; }
     std::vector<TrackedAircraft> sortedAircraft() const;
     void writePages(const std::vector<TrackedAircraft>& all) const;

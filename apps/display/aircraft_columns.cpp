@@ -29,7 +29,7 @@ Entry validNumber(const Target& t, const Showing& showing) {
 }
 
 Entry address(const Target& t, const Showing& /*showing*/) {
-    return Cell{words(hex24(t.icaoAddr()))};
+    return Cell{words(hex24(t.icaoAddress()))};
 }
 
 Entry callsign(const Target& t, const Showing& /*showing*/) {
@@ -90,8 +90,7 @@ Entry distance(const Target& t, const Showing& showing) {
 }
 
 Entry groundStatus(const Target& t, const Showing& /*showing*/) {
-    const bool known = t.groundStatusValid() && t.groundStatus() != Target::GroundStatusUnknown;
-    return known ? Entry({words(groundStatusText(t))}) : std::nullopt;
+    return t.groundStatusTold ? Entry({words(groundStatusText(t))}) : std::nullopt;
 }
 
 /// With a question mark until the version is confirmed.
@@ -100,7 +99,7 @@ Entry version(const Target& t, const Showing& /*showing*/) {
 }
 
 Entry messages(const Target& t, const Showing& /*showing*/) {
-    return Cell{whole(t.statisticDfMsgCount())};
+    return Cell{whole(t.messages())};
 }
 
 Entry seen(const Target& t, const Showing& showing) {

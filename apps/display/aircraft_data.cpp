@@ -76,8 +76,7 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
     const auto distance = distanceOf(t, showing);
     const bool placed = t.position.has_value();
     const Position position = t.position.value_or(Position{});
-    const bool groundTold =
-        t.groundStatusValid() && t.groundStatus() != ADSBTarget::GroundStatusUnknown;
+    const bool groundTold = t.groundStatusTold;
     const bool altitudeTold = t.notes.altitudeTold;
     const bool speedTold = t.notes.velocityTold;
     const bool rateTold = t.notes.verticalRateTold;
@@ -98,8 +97,8 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          t.spiStatusLastUpdate(), t.spiStatusLastChange()},
         {"alert", "Alert", "", status, yesNo(t.alertStatus()), t.alertStatusValid(),
          t.alertStatusLastUpdate(), t.alertStatusLastChange()},
-        {"capability", "Transponder capability", "", status, whole(t.transponderCommCapability()),
-         t.transponderCommCapabilityValid(), t.transponderCommCapabilityLastUpdate()},
+        {"capability", "Transponder capability", "", status, whole(t.capability.value),
+         t.capability.lastUpdate > 0, t.capability.lastUpdate},
         {"mops_version", "MOPS version", "", status, whole(t.mopsVersion()), true,
          t.mopsVersionLastUpdate(), t.mopsVersionLastChange()},
         {"mops_version_confirmed", "MOPS version confirmed", "", status,
@@ -130,10 +129,10 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          t.nucrLastChange()},
         {"nic", "NIC", "", quality, whole(t.nic()), t.nicValid(), t.nicLastUpdate(),
          t.nicLastChange()},
-        {"nic_supplement_a", "NIC supplement A", "", quality, yesNo(t.nicSupplementA()),
-         t.nicSupplementAValid(), t.nicSuppALastUpdate()},
-        {"nic_supplement_b", "NIC supplement B", "", quality, yesNo(t.nicSupplementB()),
-         t.nicSupplementBValid(), t.nicSuppBLastUpdate()},
+        {"nic_supplement_a", "NIC supplement A", "", quality, yesNo(t.nicSuppA()),
+         t.nicSuppAValid(), t.nicSuppALastUpdate()},
+        {"nic_supplement_b", "NIC supplement B", "", quality, yesNo(t.nicSuppB()),
+         t.nicSuppBValid(), t.nicSuppBLastUpdate()},
         {"pic", "PIC", "", quality, whole(t.pic()), t.picValid(), t.picLastUpdate(),
          t.picLastChange()},
         {"nacp", "NACp", "", quality, whole(t.nacp()), t.nacpValid(), t.nacpLastUpdate(),
@@ -143,29 +142,28 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
     };
 }
 
-std::vector<MessageCount> countsByFormat(const ADSBTarget& aircraft) {
+std::vector<MessageCount> countsByFormat(const TrackedAircraft& aircraft) {
     std::vector<MessageCount> counts;
-    for (i32 i = 0; i <= DFMessage::DF24; ++i) {
-        const auto format = static_cast<DFMessage::DownlinkFormat>(i);
-        if (const u32 count = aircraft.statisticDfMsgCount(format); count > 0) {
+    for (std::size_t i = 0; i < aircraft.messagesByFormat.size(); ++i) {
+        if (const u32 count = aircraft.messagesByFormat[i]; count > 0) {
             counts.push_back({"DF-" + std::to_string(i), count});
         }
     }
     return counts;
 }
 
-std::vector<MessageCount> countsByType(const ADSBTarget& aircraft) {
+std::vector<MessageCount> countsByType(const TrackedAircraft& aircraft) {
     std::vector<MessageCount> counts;
-    for (i32 i = 0; i <= ADSBMessage::RESERVED; ++i) {
-        const auto type = static_cast<ADSBMessage::ADSBMessageType>(i);
-        if (const u32 count = aircraft.statisticADSBMsgCount(type); count > 0) {
+    for (std::size_t i = 0; i < aircraft.messagesByType.size(); ++i) {
+        if (const u32 count = aircraft.messagesByType[i]; count > 0) {
+            const auto type = static_cast<ADSBMessage::ADSBMessageType>(i);
             counts.push_back({ADSBMessage::typeName(type), count});
         }
     }
     return counts;
 }
 
-std::optional<std::string> callsignOf(const ADSBTarget& aircraft) {
+std::optional<std::string> callsignOf(const TrackedAircraft& aircraft) {
     return trimmedCallsign(aircraft.callsign());
 }
 
@@ -174,15 +172,11 @@ std::optional<std::string> trimmedCallsign(const std::string& callsign) {
     return last != std::string::npos ? std::optional(callsign.substr(0, last + 1)) : std::nullopt;
 }
 
-std::string groundStatusText(const ADSBTarget& aircraft) {
-    switch (aircraft.groundStatus()) {
-    case ADSBTarget::OnGround:
-        return "ground";
-    case ADSBTarget::Airborne:
-        return "air";
-    default:
+std::string groundStatusText(const TrackedAircraft& aircraft) {
+    if (!aircraft.groundStatusTold) {
         return "unknown";
     }
+    return aircraft.groundStatus() ? "ground" : "air";
 }
 
 bool AircraftDatum::isOld(const Showing& showing) const {
@@ -207,7 +201,7 @@ std::string_view sourceText(AltitudeSource source) {
     return source == Gnss ? "gnss" : "baro";
 }
 
-std::string_view emergencyOf(const ADSBTarget& aircraft) {
+std::string_view emergencyOf(const TrackedAircraft& aircraft) {
     return emergencyOfSquawk(aircraft.squawkValid() ? aircraft.squawk() : 0);
 }
 

@@ -3,7 +3,6 @@
 #include "apps/display/showing.h"
 #include "apps/tracking/tracked_aircraft.h"
 
-#include <ondrel/adsb_target.h>
 #include <ondrel/types.h>
 
 #include <array>
@@ -62,17 +61,17 @@ struct MessageCount {
 };
 
 /// The counts above 0: by downlink format ("DF-17"), and by type of payload ("ACID").
-std::vector<MessageCount> countsByFormat(const ADSBTarget& aircraft);
-std::vector<MessageCount> countsByType(const ADSBTarget& aircraft);
+std::vector<MessageCount> countsByFormat(const TrackedAircraft& aircraft);
+std::vector<MessageCount> countsByType(const TrackedAircraft& aircraft);
 
 /// The callsign without trailing blanks; nothing if that leaves no character.
-std::optional<std::string> callsignOf(const ADSBTarget& aircraft);
+std::optional<std::string> callsignOf(const TrackedAircraft& aircraft);
 
 /// The same of a message's callsign.
 std::optional<std::string> trimmedCallsign(const std::string& callsign);
 
 /// "ground", "air" or "unknown".
-std::string groundStatusText(const ADSBTarget& aircraft);
+std::string groundStatusText(const TrackedAircraft& aircraft);
 
 /// The letter and the number of the emitter category, such as "A3"; nothing without one.
 std::optional<std::string> categoryOf(const TrackedAircraft& aircraft);
@@ -84,7 +83,7 @@ std::string categoryText(u8 typeCode, u8 number);
 std::string_view sourceText(AltitudeSource source);
 
 /// What the squawk says if it is 7500, 7600 or 7700; empty if it is another one.
-std::string_view emergencyOf(const ADSBTarget& aircraft);
+std::string_view emergencyOf(const TrackedAircraft& aircraft);
 std::string_view emergencyOfSquawk(u32 squawk);
 
 /// Nautical miles from the receiver; nothing if either place is not known.

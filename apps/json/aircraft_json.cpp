@@ -80,13 +80,13 @@ Json aircraftJson(const TrackedAircraft& aircraft, const Showing& showing, bool 
     form["schema"] = jsonSchema;
     form["showing"] = showing.number;
     form["time_ms"] = showing.timeMs;
-    form["address"] = hex24(aircraft.icaoAddr());
+    form["address"] = hex24(aircraft.icaoAddress());
     form["track_number"] = aircraft.trackId();
     form["killed"] = killed;
     addAge(form, "seen", aircraft.lastUpdate(), showing);
     form["last_update_ms"] = aircraft.lastUpdate();
     addData(form, aircraft, showing);
-    form["messages"] = aircraft.statisticDfMsgCount();
+    form["messages"] = aircraft.messages();
     form["messages_by_format"] = countsJson(countsByFormat(aircraft));
     form["messages_by_type"] = countsJson(countsByType(aircraft));
     return form;

@@ -37,7 +37,7 @@ bool hasSquitters(const TrackedAircraft& aircraft) {
 }
 
 void addAltitude(JsonObject& object, const TrackedAircraft& t, const Showing& showing) {
-    if (t.groundStatusValid() && t.groundStatus() == ADSBTarget::OnGround) {
+    if (t.groundStatusTold && t.groundStatus()) {
         object.words("alt_baro", "ground");
     } else if (t.notes.altitudeTold && !isOld(t.altitudeBaroLastUpdate(), showing)) {
         object.whole("alt_baro", t.altitudeBaro());
@@ -76,7 +76,7 @@ void addQuality(JsonObject& object, const TrackedAircraft& t, const Showing& sho
 
 void addAircraft(JsonObject& object, const TrackedAircraft& t, const Showing& showing) {
     constexpr std::size_t flightWidth = 8;
-    object.words("hex", lowerHex(t.icaoAddr()));
+    object.words("hex", lowerHex(t.icaoAddress()));
     object.words("type", hasSquitters(t) ? "adsb_icao" : "mode_s");
     if (const auto callsign = callsignOf(t)) {
         object.words("flight", toTheLeft(*callsign, flightWidth));
@@ -95,7 +95,7 @@ void addAircraft(JsonObject& object, const TrackedAircraft& t, const Showing& sh
     if (t.signalAmplitude() > 0 && !isOld(t.signalAmplitudeLastUpdate(), showing)) {
         object.rounded("rssi", 20 * std::log10(t.signalAmplitude() / fullAmplitude), 1);
     }
-    object.whole("messages", t.statisticDfMsgCount());
+    object.whole("messages", t.messages());
     if (const auto age = ageOf(t.lastUpdate(), showing)) {
         object.rounded("seen", secondsOf(*age), 1);
     }

@@ -137,7 +137,7 @@ std::string pathFigure(const TrackedAircraft& aircraft, const Showing& showing,
     if (!aircraft.position) {
         return "";
     }
-    const std::vector<PastPosition>& path = history.pathOf(aircraft.icaoAddr());
+    const std::vector<PastPosition>& path = history.pathOf(aircraft.icaoAddress());
     const u64 last = aircraft.position->stampMs;
     const std::string caption = "Path, " + fromTo(path.empty() ? last : path.front().stampMs, last);
     const std::vector<TrackedAircraft> alone = {aircraft};
@@ -158,7 +158,7 @@ std::string profileFigure(const TrackedAircraft& aircraft, const TrackHistory& h
 std::string summary(const TrackedAircraft& aircraft, const Showing& showing) {
     return "Last heard " + agoText(ageOf(aircraft.lastUpdate(), showing)) + ". Ages count to " +
            dateAndTime(showing.timeMs) + ". " + greyIsOld() +
-           " Messages: " + std::to_string(aircraft.statisticDfMsgCount()) +
+           " Messages: " + std::to_string(aircraft.messages()) +
            ". Track number: " + std::to_string(aircraft.trackId()) + ".";
 }
 
@@ -166,7 +166,7 @@ std::string summary(const TrackedAircraft& aircraft, const Showing& showing) {
 
 Page aircraftPage(const TrackedAircraft& aircraft, const Showing& showing,
                   const TrackHistory& history, std::string_view links) {
-    const std::string address = hex24(aircraft.icaoAddr());
+    const std::string address = hex24(aircraft.icaoAddress());
     const auto callsign = callsignOf(aircraft);
     const std::string heading =
         callsign ? htmlText(*callsign) + " " + element("small", "address", address) : address;

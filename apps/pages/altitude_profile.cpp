@@ -144,7 +144,7 @@ std::string curve(const std::vector<PastAltitude>& altitudes, const Axis& time, 
 } // namespace
 
 AltitudeProfile::AltitudeProfile(const TrackedAircraft& aircraft, const TrackHistory& history)
-    : _altitudes(history.altitudesOf(aircraft.icaoAddr())) {
+    : _altitudes(history.altitudesOf(aircraft.icaoAddress())) {
     addNewest(aircraft);
     if (isEmpty()) {
         return;

@@ -68,7 +68,7 @@ std::string tableCell(const AircraftColumn& column, const TrackedAircraft& aircr
     style += cell->isOld ? " old" : "";
     const std::string& text = cell->value.text;
     if (column.key == "address") {
-        return headCell("row", style, link(pageName(aircraft.icaoAddr()), text));
+        return headCell("row", style, link(pageName(aircraft.icaoAddress()), text));
     }
     if (const std::string_view meaning = emergencyOf(aircraft);
         column.key == "squawk" && !meaning.empty()) {

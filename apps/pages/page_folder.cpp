@@ -84,7 +84,7 @@ void PageFolder::replace(const std::string& page, std::string_view text) const {
 void PageFolder::write(const IndexContents& contents, std::string_view head) const {
     std::set<std::string> written = {std::string(indexName)};
     for (const TrackedAircraft& aircraft : contents.aircraft) {
-        const std::string page = pageName(aircraft.icaoAddr());
+        const std::string page = pageName(aircraft.icaoAddress());
         replace(page, wholePage(aircraftPage(aircraft, contents.showing, contents.history), head));
         written.insert(page);
     }

@@ -44,7 +44,7 @@ std::vector<const TrackedAircraft*> withPlace(const std::vector<TrackedAircraft>
 std::vector<std::vector<GeoPoint>> pathOf(const TrackedAircraft& aircraft,
                                           const TrackHistory& history) {
     std::vector<std::vector<GeoPoint>> parts(1);
-    for (const PastPosition& position : history.pathOf(aircraft.icaoAddr())) {
+    for (const PastPosition& position : history.pathOf(aircraft.icaoAddress())) {
         if (position.afterGap) {
             parts.emplace_back();
         }
@@ -116,7 +116,7 @@ std::string attribute(std::string_view name, double value) {
 }
 
 std::string nameOf(const TrackedAircraft& aircraft) {
-    return callsignOf(aircraft).value_or(hex24(aircraft.icaoAddr()));
+    return callsignOf(aircraft).value_or(hex24(aircraft.icaoAddress()));
 }
 
 std::string_view anchorName(LabelLayout::Anchor anchor) {
@@ -335,8 +335,9 @@ void TrackMap::addMarker(const TrackedAircraft& aircraft) {
     const MapPoint at = _view.at(aircraft.position->place);
     const std::string style =
         attribute("class", "marker " + std::string(bandStyle(aircraft)) + stateOf(aircraft));
-    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + " tabindex=\"-1\"><title>" +
-            htmlText(hex24(aircraft.icaoAddr()) + " " + callsignOf(aircraft).value_or("")) +
+    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddress())) +
+            " tabindex=\"-1\"><title>" +
+            htmlText(hex24(aircraft.icaoAddress()) + " " + callsignOf(aircraft).value_or("")) +
             "</title>";
     if (aircraft.hasTrack()) {
         _svg += "<path" + style + " transform=\"translate(" + pair(at) + ") rotate(" +
@@ -359,7 +360,7 @@ void TrackMap::addLabel(const TrackedAircraft& aircraft) {
     }
     const std::string style =
         (!emergencyOf(aircraft).empty() ? "name alarming" : "name") + stateOf(aircraft);
-    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddr())) + " tabindex=\"-1\">";
+    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddress())) + " tabindex=\"-1\">";
     addText(place->anchor,
             attribute("class", style) + attribute("text-anchor", anchorName(place->side)), name);
     _svg += "</a>\n";

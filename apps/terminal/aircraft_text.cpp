@@ -80,7 +80,7 @@ std::vector<TableColumn> countColumns(const TrackedAircraft& aircraft) {
         kinds.cells.push_back({kind});
         numbers.cells.push_back({std::to_string(count)});
     };
-    add("Messages", aircraft.statisticDfMsgCount());
+    add("Messages", aircraft.messages());
     for (const auto& counts : {countsByFormat(aircraft), countsByType(aircraft)}) {
         for (const auto& [kind, count] : counts) {
             add("  " + kind, count);
@@ -108,7 +108,7 @@ std::string aircraftTable(const std::vector<TrackedAircraft>& aircraft, const Sh
 std::vector<TextLine> aircraftReportLines(const TrackedAircraft& aircraft, const Showing& showing,
                                           std::size_t width) {
     const auto age = ageOf(aircraft.lastUpdate(), showing);
-    const std::string title = "Aircraft " + hex24(aircraft.icaoAddr()) + ", track number " +
+    const std::string title = "Aircraft " + hex24(aircraft.icaoAddress()) + ", track number " +
                               std::to_string(aircraft.trackId()) + ", last heard " +
                               timeText(aircraft.lastUpdate()) + ", " +
                               (age ? secondsText(*age) + " s ago" : "before the time went back");
@@ -140,15 +140,15 @@ std::string AircraftText::form(const std::vector<TrackedAircraft>& aircraft,
     }
     const auto found =
         std::find_if(aircraft.begin(), aircraft.end(), [this](const TrackedAircraft& one) {
-            return one.icaoAddr() == *_reportAddress;
+            return one.icaoAddress() == *_reportAddress;
         });
     return found != aircraft.end() ? aircraftReport(*found, showing, _style) : "";
 }
 
 void AircraftText::showKilled(const TrackedAircraft& aircraft, const Showing& showing) {
     const auto age = ageOf(aircraft.lastUpdate(), showing);
-    _output << secondsText(showing.timeMs) << columnGap << hex24(aircraft.icaoAddr()) << columnGap
-            << callsignOf(aircraft).value_or("-") << columnGap << "killed, "
+    _output << secondsText(showing.timeMs) << columnGap << hex24(aircraft.icaoAddress())
+            << columnGap << callsignOf(aircraft).value_or("-") << columnGap << "killed, "
             << (age ? "silent for " + secondsText(*age) + " s" : "silent since the time went back")
             << '\n';
 }

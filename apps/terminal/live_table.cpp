@@ -72,7 +72,7 @@ void LiveTable::show(const std::vector<TrackedAircraft>& aircraft, const Showing
     if (_opened) {
         const auto found =
             std::find_if(aircraft.begin(), aircraft.end(), [this](const TrackedAircraft& one) {
-                return one.icaoAddr() == _opened->icaoAddr();
+                return one.icaoAddress() == _opened->icaoAddress();
             });
         _openedIsGone = found == aircraft.end();
         if (!_openedIsGone) {
@@ -154,7 +154,7 @@ void LiveTable::choose(std::ptrdiff_t row) {
     }
     const auto last = static_cast<std::ptrdiff_t>(_aircraft.size()) - 1;
     _row = static_cast<std::size_t>(std::clamp(row, std::ptrdiff_t{0}, last));
-    _chosen = _aircraft[_row].icaoAddr();
+    _chosen = _aircraft[_row].icaoAddress();
 }
 
 void LiveTable::open() {
@@ -226,7 +226,7 @@ void LiveTable::sortAnew() {
 void LiveTable::noteChosen() {
     const auto found =
         std::find_if(_aircraft.begin(), _aircraft.end(),
-                     [this](const TrackedAircraft& one) { return one.icaoAddr() == _chosen; });
+                     [this](const TrackedAircraft& one) { return one.icaoAddress() == _chosen; });
     if (found != _aircraft.end()) {
         _row = static_cast<std::size_t>(found - _aircraft.begin());
     } else if (_aircraft.empty()) {

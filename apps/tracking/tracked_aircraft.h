@@ -2,11 +2,15 @@
 
 #include "apps/tracking/position_check.h"
 
+#include <ondrel/adsb_datum.h>
+#include <ondrel/adsb_message.h>
 #include <ondrel/adsb_target.h>
+#include <ondrel/adsb_target_report.h>
+#include <ondrel/df_messages.h>
 #include <ondrel/types.h>
 
+#include <array>
 #include <optional>
-#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -25,16 +29,29 @@ struct MessageNotes {
     AltitudeSource altitudeSource = Baro; ///< of the last altitude
 };
 
-/// An aircraft of the tracker, and what the client knows beside it.
-struct TrackedAircraft : ADSBTarget {
-    TrackedAircraft(ADSBTarget target, const std::optional<Position>& accepted)
-        : ADSBTarget(std::move(target)), position(accepted) {}
+/// All that is shown of an aircraft: the report of its target, what the target holds beside its
+/// report, and what the client knows beside the target. A plain value, which needs no tracker.
+struct TrackedAircraft : ADSBTargetReport {
+    explicit TrackedAircraft(const ADSBTarget& target);
 
-    /// The position that the client believes. The target's own one may be false: show this one in
+    /// Whether the last ground status was told. A flight status of 4 or 5 tells none; the report
+    /// has airborne of it.
+    bool groundStatusTold = false;
+
+    ADSBDatum<u8> capability; ///< of the transponder, 0 to 7; valid once received
+
+    // How many messages were taken in, by downlink format and by type of payload.
+    std::array<u32, DFMessage::DF24 + 1> messagesByFormat{};
+    std::array<u32, ADSBMessage::RESERVED + 1> messagesByType{};
+
+    /// The position that the client believes. The report's own one may be false: show this one in
     /// its place.
     std::optional<Position> position;
 
     MessageNotes notes;
+
+    /// How many messages of all formats were taken in.
+    u32 messages() const;
 
     /// An aircraft that stands still has no track.
     bool hasTrack() const { return notes.velocityTold && groundSpeed() > 0; }

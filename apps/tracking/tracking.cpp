@@ -201,7 +201,7 @@ std::vector<TrackedAircraft> Tracking::killThoseAhead() {
             ahead.push_back(std::move(killed));
         }
     }
-    return tracked(std::move(ahead));
+    return tracked(ahead);
 }
 
 void Tracking::noteKilled(const std::vector<TrackedAircraft>& killed) {
@@ -214,13 +214,13 @@ void Tracking::noteKilled(const std::vector<TrackedAircraft>& killed) {
     _killed += killed.size();
 }
 
-std::vector<TrackedAircraft> Tracking::tracked(std::vector<ADSBTarget> targets) const {
+std::vector<TrackedAircraft> Tracking::tracked(const std::vector<ADSBTarget>& targets) const {
     std::vector<TrackedAircraft> all;
     all.reserve(targets.size());
-    for (ADSBTarget& target : targets) {
-        const std::optional<Position> position = positionOf(target);
-        const MessageNotes& notes = notesOf(target);
-        all.emplace_back(std::move(target), position).notes = notes;
+    for (const ADSBTarget& target : targets) {
+        TrackedAircraft& aircraft = all.emplace_back(target);
+        aircraft.position = positionOf(target);
+        aircraft.notes = notesOf(target);
     }
     return all;
 }

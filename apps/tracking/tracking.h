@@ -101,7 +101,7 @@ private:
     void noteKilled(const std::vector<TrackedAircraft>& killed);
     void noteAltitude(const ADSBTarget& aircraft, bool told, AltitudeSource source);
     void noteSquitter(const ADSBTarget& aircraft, const std::string& field);
-    std::vector<TrackedAircraft> tracked(std::vector<ADSBTarget> targets) const;
+    std::vector<TrackedAircraft> tracked(const std::vector<ADSBTarget>& targets) const;
 
     ADSBTracker _tracker;
     PositionCheck _positions;

@@ -56,7 +56,7 @@ std::string reportPage(const TrackedAircraft& aircraft) {
     constexpr std::string_view note =
         "<p>This is the report of the library. Its position is the one that was solved last, "
         "unchecked: the other pages may have refused it.</p>";
-    std::string page = aircraft.report().toHtml(std::string(commonStyle));
+    std::string page = aircraft.toHtml(std::string(commonStyle));
     const std::size_t body = page.find("<body>");
     return page.insert(body == std::string::npos ? 0 : body + 6, note);
 }
@@ -64,8 +64,9 @@ std::string reportPage(const TrackedAircraft& aircraft) {
 HttpAnswer aircraftAnswer(const LiveSite::State& state, const std::string& digits,
                           std::string_view kind) {
     const auto found =
-        std::find_if(state.aircraft.begin(), state.aircraft.end(),
-                     [&](const TrackedAircraft& one) { return hex24(one.icaoAddr()) == digits; });
+        std::find_if(state.aircraft.begin(), state.aircraft.end(), [&](const TrackedAircraft& one) {
+            return hex24(one.icaoAddress()) == digits;
+        });
     if (found == state.aircraft.end()) {
         return notFound("aircraft " + digits + " is not in the table\n");
     }

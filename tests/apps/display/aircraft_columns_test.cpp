@@ -31,7 +31,7 @@ TEST(AircraftColumns, SortWithTheInvalidOnesLast) {
         sortAircraft(aircraft, {tracked.tracking.now()}, aircraftColumn(row.key), row.descending);
         std::vector<u32> order;
         for (const TrackedAircraft& one : aircraft) {
-            order.push_back(one.icaoAddr());
+            order.push_back(one.icaoAddress());
         }
         EXPECT_EQ(order, row.order) << row.key << row.descending;
     }

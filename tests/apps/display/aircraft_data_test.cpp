@@ -55,24 +55,37 @@ const Showing showing = {14000, 1, GeoPoint{51.5, 0}};
 /// The aircraft with the position of the target, as if it had been confirmed, with the set A of
 /// emitter categories, and as if all of its motion had been told.
 TrackedAircraft confirmed(const ADSBTarget& target) {
-    std::optional<Position> position;
+    TrackedAircraft aircraft(target);
     if (target.positionValid()) {
-        position = {{target.latitude(), target.longitude()}, target.positionLastUpdate()};
+        aircraft.position = {{target.latitude(), target.longitude()}, target.positionLastUpdate()};
     }
-    TrackedAircraft aircraft(target, position);
     aircraft.notes = {4, target.altitudeBaroValid(), target.groundSpeedValid(),
                       target.verticalRateBaroValid(), Baro};
     return aircraft;
 }
 
-/// An aircraft that has sent all data that one aircraft can send. The frames come at 1000 ms, 2000
-/// ms and so on.
+/// The aircraft that sent these frames at 1000 ms, 2000 ms and so on.
+ADSBTarget aircraftOf(const std::vector<std::string>& frames) {
+    ModeSDecoder decoder;
+    ADSBTracker tracker;
+    u64 stamp = 0;
+    for (const std::string& frame : frames) {
+        stamp += 1000;
+        const std::unique_ptr<ModeSMessage> message(
+            decoder.decode(ModeSMessage::Downlink, frame, stamp));
+        message->setSignalAmplitude(77);
+        tracker.procModeSMsg(message.get());
+    }
+    return tracker.allTargets().front();
+}
+
+/// An aircraft that has sent all data that one aircraft can send.
 ADSBTarget heardAircraft() {
     const std::string callsign =
         simulator::df17(address, 5, simulator::identification(4, 3, "KLM1023"));
     const std::string allCall = simulator::df11(address, 5, 0);
     const std::string distress = simulator::df5(address, {4, 0, 0}, 07700); // with alert and SPI
-    const std::vector<std::string> frames = {
+    return aircraftOf({
         callsign,
         velocity(), // its NUCr counts as long as the version is 0
         simulator::df5(address, {0, 0, 0}, 01234),
@@ -85,18 +98,7 @@ ADSBTarget heardAircraft() {
         callsign,
         position(false),
         position(true),
-    };
-    ModeSDecoder decoder;
-    ADSBTracker tracker;
-    u64 stamp = 0;
-    for (const std::string& frame : frames) {
-        stamp += 1000;
-        const std::unique_ptr<ModeSMessage> message(
-            decoder.decode(ModeSMessage::Downlink, frame, stamp));
-        message->setSignalAmplitude(77);
-        tracker.procModeSMsg(message.get());
-    }
-    return tracker.allTargets().front();
+    });
 }
 
 TEST(AircraftData, ShowWhatWasSentAndWhen) {
@@ -169,6 +171,23 @@ TEST(AircraftData, LeaveOutWhatWasNotTold) {
     EXPECT_EQ(dataOf(aircraft, showing)[14].value.text, "gnss");
     aircraft.notes = {4, true, true, false, Gnss};
     EXPECT_EQ(unknown(), "vertical_rate_ft_min /vertical_rate");
+}
+
+TEST(AircraftData, TellTheGroundStatusIfItWasTold) {
+    struct Row {
+        unsigned flightStatus;
+        bool told;
+        std::string_view text;
+    };
+    for (const Row& row : {Row{0, true, "air"}, {1, true, "ground"}, {4, false, "unknown"}}) {
+        const std::string reply = simulator::df5(address, {row.flightStatus}, 01234);
+        const TrackedAircraft aircraft(aircraftOf({operationalStatus(), reply}));
+        const AircraftDatum status = dataOf(aircraft, showing)[4];
+        EXPECT_EQ(status.known(), row.told);
+        EXPECT_EQ(status.value.text, row.text);
+        EXPECT_EQ(status.lastUpdate, row.told ? 2000U : 0U);
+        EXPECT_EQ(aircraft.groundStatusLastUpdate(), 2000U);
+    }
 }
 
 /// What another tracker knows of a datum that it got in a report. The interface of

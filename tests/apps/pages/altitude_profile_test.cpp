@@ -29,7 +29,7 @@ AltitudeProfile profileOf(const std::vector<Told>& altitudes) {
     for (const Told& altitude : altitudes) {
         history.noteAltitude(address, altitude.feet, altitude.stampMs);
     }
-    return {TrackedAircraft(ADSBTarget(address), {}), history};
+    return {TrackedAircraft(ADSBTarget(address)), history};
 }
 
 /// 500 units wide of which 66 and 34 are margins, and 340 high of which 14 and 26 are.

@@ -68,7 +68,7 @@ struct Pages {
     Pages() {
         for (const TrackedAircraft& one : tracked.tracking.aircraft()) {
             if (one.position) {
-                history.notePosition(one.icaoAddr(), *one.position);
+                history.notePosition(one.icaoAddress(), *one.position);
             }
         }
     }

@@ -27,7 +27,7 @@ std::string mapOf(const std::vector<GeoPoint>& path, const std::optional<GeoPoin
     const std::vector<TrackedAircraft> aircraft = tracked.tracking.aircraft();
     TrackHistory history;
     for (const GeoPoint& place : path) {
-        history.notePosition(aircraft.front().icaoAddr(), {place, 1000});
+        history.notePosition(aircraft.front().icaoAddress(), {place, 1000});
     }
     const Showing showing = {timeMs, 1, receiver};
     return TrackMap(aircraft, history, showing, 1000, 600).svg("wide", "A & B");
@@ -117,7 +117,7 @@ TEST(TrackMap, BreaksATrackWhereNothingWasHeard) {
                                 "1001.000,8D40621D58C386435CC412692AD6",
                                 "1002.000,8D40621D58C382D690C8AC2863A7"});
     const std::vector<TrackedAircraft> aircraft = tracked.tracking.aircraft();
-    const u32 address = aircraft.front().icaoAddr();
+    const u32 address = aircraft.front().icaoAddress();
     const Showing showing = {1002000, 1, std::nullopt};
     const auto track = [&](const TrackHistory& history) {
         const std::string map = TrackMap(aircraft, history, showing, 1000, 600).svg("wide", "");

@@ -24,7 +24,7 @@ TEST(Tracking, CountsAndKills) {
     EXPECT_TRUE(tracked.tracking.killSilentFor(100000).empty()); // longer than the recording
     const auto killed = tracked.tracking.killSilentFor(3300);
     ASSERT_EQ(killed.size(), 1U);
-    EXPECT_EQ(killed.front().icaoAddr(), 0x40621DU);
+    EXPECT_EQ(killed.front().icaoAddress(), 0x40621DU);
     EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3, 0, 0, 0, {4}}),
               "replies read                  9\n"
               "  tracked                     6   66.7 %\n"
@@ -72,7 +72,7 @@ TEST(Tracking, RemovesAircraftThatWereHeardBeforeTheTimeWentBack) {
     }
     const auto killed = tracking.killSilentFor(500000);
     ASSERT_EQ(killed.size(), 1U);
-    EXPECT_EQ(killed.front().icaoAddr(), 5001U);
+    EXPECT_EQ(killed.front().icaoAddress(), 5001U);
     EXPECT_EQ(killed.front().lastUpdate(), 1000000 + Tracking::furthestBack);
 }
 
@@ -101,7 +101,7 @@ TEST(Tracking, MakesRoomInAFullTable) {
         EXPECT_EQ(tracking.counts().notTaken, keepAll ? 4U : 3U);
         EXPECT_EQ(tracking.counts().aircraft, keepAll ? 4095U : 4095U - 64 + 1);
         EXPECT_EQ(tracking.aircraft().size(), tracking.counts().aircraft);
-        EXPECT_EQ(tracking.aircraft().front().icaoAddr(), keepAll ? 1U : 65U);
+        EXPECT_EQ(tracking.aircraft().front().icaoAddress(), keepAll ? 1U : 65U);
     }
 }
 
