@@ -1,6 +1,7 @@
 #include "apps/commands/track.h"
 
 #include "apps/commands/options.h"
+#include "apps/commands/track_output.h"
 #include "apps/commands/track_run.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
@@ -376,19 +377,20 @@ std::unique_ptr<LiveScreen> TrackCommand::openScreen() const {
 }
 
 /// All but the table on the screen, which takes the lines of the console from then on.
-void TrackCommand::addViews(TrackRun& track, const std::string& input, Console& console) const {
+void TrackCommand::addViews(TrackOutput& display, const TrackRun& track, const std::string& input,
+                            Console& console) const {
     if (_options.serve) {
         auto view =
             std::make_unique<WebView>(*hostAndPort(*_options.serve), input, _options.dataOrigin,
                                       [&track] { return track.statusJson(); });
         console.write("pages for a browser: http://" + view->address() + "/");
-        track.add(std::move(view));
+        display.add(std::move(view));
     }
     if (_options.jsonFolder) {
-        track.add(std::make_unique<MapJsonFolder>(*_options.jsonFolder, _options.receiver));
+        display.add(std::make_unique<MapJsonFolder>(*_options.jsonFolder, _options.receiver));
     }
     if (_options.sbsAddress) {
-        track.add(std::make_unique<SbsServer>(
+        display.add(std::make_unique<SbsServer>(
             *hostAndPort(*_options.sbsAddress),
             [&console](const std::string& message) { console.write("SBS: " + message); }));
     }
@@ -405,10 +407,12 @@ int TrackCommand::run() {
     if (screen) {
         _options.tellSilent = false; // the table tells
     }
-    TrackRun track(_options, startOf(_options, _input), input, output, console);
-    addViews(track, input.name(), console);
+    const std::optional<u64> start = startOf(_options, _input);
+    TrackOutput display(_options, input.name(), isLive(_input), output, console);
+    TrackRun track(_options, start, input, display, console);
+    addViews(display, track, input.name(), console);
     if (screen) {
-        track.add(std::make_unique<LiveTable>(
+        display.add(std::make_unique<LiveTable>(
             std::move(screen), console,
             LiveTableOptions{input.name(), _options.sortKey, _options.descending, [&track] {
                                  return LiveTableState{track.counts().tracking.aircraft,

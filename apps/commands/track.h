@@ -15,6 +15,7 @@
 namespace tolvarin::ondrel::client {
 
 class Console;
+class TrackOutput;
 class TrackRun;
 
 /// What to track, and what to show of it.
@@ -54,7 +55,8 @@ private:
     void addTrackingOptions();
     void checkLiveOptions();
     std::unique_ptr<LiveScreen> openScreen() const;
-    void addViews(TrackRun& track, const std::string& input, Console& console) const;
+    void addViews(TrackOutput& display, const TrackRun& track, const std::string& input,
+                  Console& console) const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

@@ -2,10 +2,7 @@
 
 #include "apps/common/failure.h"
 #include "apps/common/interruption.h"
-#include "apps/display/aircraft_columns.h"
-#include "apps/json/aircraft_json.h"
 #include "apps/json/json_object.h"
-#include "apps/terminal/aircraft_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,9 +16,6 @@ namespace tolvarin::ondrel::client {
 namespace {
 
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
-constexpr std::chrono::milliseconds betweenPolls(100);
-constexpr std::chrono::seconds betweenViews(1);
-constexpr std::string_view refreshedHead = "<meta http-equiv=\"refresh\" content=\"5\">\n";
 
 /// Bytes of the program that are in memory; 0 where the system does not tell.
 u64 residentMemory() {
@@ -31,34 +25,19 @@ u64 residentMemory() {
     return resident * static_cast<u64>(::sysconf(_SC_PAGESIZE));
 }
 
-std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& output) {
-    if (options.json) {
-        return std::make_unique<AircraftJsonLines>(output);
-    }
-    return std::make_unique<AircraftText>(output, standardOutputStyle(), options.reportAddress,
-                                          options.everyMs.has_value());
-}
-
 } // namespace
 
 TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, ReplyInput& input,
-                   Output& output, Console& console)
-    : _options(options), _input(input), _console(console), _sink(makeSink(options, output)),
+                   TrackOutput& output, Console& console)
+    : _options(options), _input(input), _output(output), _console(console),
       _stamping([this](const std::string& message) { report(message); }, startMs),
       _tracking(options.altitudeCheck, options.greatestKnots) {
-    if (options.htmlFolder) {
-        _pages.emplace(*options.htmlFolder, options.force);
-        _keepsHistory = true;
-    }
     if (options.pace) {
         _input.showCountOnly();
         _pace.emplace(*options.pace, [this] {
             _input.showCount();
-            updateViews();
+            updateOutput();
         });
-    }
-    if (options.everyMs) {
-        _shows.emplace(*options.everyMs);
     }
     if (options.keepAll) {
         _tracking.keepAll();
@@ -68,15 +47,8 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
     }
 }
 
-void TrackRun::add(std::unique_ptr<LiveView> view) {
-    _keepsHistory = _keepsHistory || view->showsPaths();
-    _views.push_back(std::move(view));
-}
-
 std::vector<TrackedAircraft> TrackRun::run() {
     const bool hasFeeds = !_input.states().empty();
-    _writesLivePages = _pages && hasFeeds;
-    _isLive = hasFeeds || !_views.empty();
     Reply reply;
     for (auto got = next(reply); got != ReplySource::Got::End; got = next(reply)) {
         moveTo(_stamping.now());
@@ -86,29 +58,16 @@ std::vector<TrackedAircraft> TrackRun::run() {
         _replies += got == ReplySource::Got::Reply ? 1U : 0U;
         // Feeds say when it is time. To read the clock for each reply takes a tenth of its time.
         if (!hasFeeds || got == ReplySource::Got::Nothing) {
-            updateViews();
+            updateOutput();
         }
     }
     killSilent();
-    std::vector<TrackedAircraft> all = sortedAircraft();
-    showViews(all);
-    _views.clear(); // what follows may go to the same terminal
-    try {
-        writePages(all);
-    } catch (const Failure&) {
-        _sink->show(all, showing());
-        throw;
-    }
-    _sink->show(all, showing());
-    _hidden = _tracking.counts().aircraft - all.size();
-    return all;
+    return _output.end(sky());
 }
 
 TrackRunCounts TrackRun::counts() const {
-    return {_tracking.counts(),  _hidden,
-            _stamping.doubted(), _stamping.refused(),
-            _stamping.unused(),  _stamping.unstamped(),
-            _duplicates,         _input.leftOut()};
+    return {_tracking.counts(), _output.hidden(),      _stamping.doubted(), _stamping.refused(),
+            _stamping.unused(), _stamping.unstamped(), _duplicates,         _input.leftOut()};
 }
 
 /// Puts the next reply into `reply`, with its stamp, when its time has come.
@@ -120,7 +79,7 @@ ReplySource::Got TrackRun::next(Reply& reply) {
             _stamping.passTo(systemMilliseconds());
         }
         if (got != ReplySource::Got::Reply) {
-            return _ended ? ReplySource::Got::End : got;
+            return _output.ended() ? ReplySource::Got::End : got;
         }
         first = !_stamping.begun();
     } while (!_stamping.stamp(reply));
@@ -130,7 +89,7 @@ ReplySource::Got TrackRun::next(Reply& reply) {
     if (_pace) {
         waitFor(*reply.stampMs);
     }
-    return interrupted() || _ended ? ReplySource::Got::End : ReplySource::Got::Reply;
+    return interrupted() || _output.ended() ? ReplySource::Got::End : ReplySource::Got::Reply;
 }
 
 /// Call it after the first reply.
@@ -185,32 +144,19 @@ std::string TrackRun::statusJson() const {
     return text + '\n';
 }
 
-void TrackRun::updateViews() {
-    if (!_isLive || Clock::now() < _nextPoll) {
-        return;
-    }
-    _nextPoll = Clock::now() + betweenPolls;
-    for (const auto& view : _views) {
-        _ended = !view->poll() || _ended;
-    }
-    if (Clock::now() < _nextViews) {
-        return;
-    }
-    const std::chrono::duration<double> passed = Clock::now() - _nextViews + betweenViews;
-    _repliesPerSecond = static_cast<double>(_replies - _repliesAtViews) / passed.count();
-    _repliesAtViews = _replies;
-    _nextViews = Clock::now() + betweenViews;
-    const std::vector<TrackedAircraft> aircraft = sortedAircraft();
-    showViews(aircraft);
-    if (_writesLivePages && Clock::now() >= _nextPages) {
-        writeLivePages(aircraft);
+void TrackRun::updateOutput() {
+    if (_output.isDue()) {
+        measureSpeed();
+        _output.keepCurrent(sky());
     }
 }
 
-void TrackRun::showViews(const std::vector<TrackedAircraft>& aircraft) const {
-    for (const auto& view : _views) {
-        view->show(aircraft, showing(), _history);
-    }
+void TrackRun::measureSpeed() {
+    const auto now = Clock::now();
+    const std::chrono::duration<double> passed = now - _measuredAt;
+    _repliesPerSecond = static_cast<double>(_replies - _measuredReplies) / passed.count();
+    _measuredReplies = _replies;
+    _measuredAt = now;
 }
 
 void TrackRun::waitFor(u64 stampMs) {
@@ -220,11 +166,10 @@ void TrackRun::waitFor(u64 stampMs) {
     _pace->waitFor(stampMs);
 }
 
-/// A period ends before the reply of this time is taken in, so it is shown without that reply.
+/// An interval ends before the reply of this time is taken in, so it is shown without that reply.
 void TrackRun::moveTo(u64 timeMs) {
-    if (_shows && _shows->ended(timeMs)) {
-        _sink->show(sortedAircraft(), showing());
-        ++_showings;
+    if (_output.intervalEnds(timeMs)) {
+        _output.showInterval(sky());
     }
     _tracking.moveTo(timeMs);
     if (_checks && _checks->ended(timeMs)) {
@@ -244,10 +189,10 @@ void TrackRun::take(const Reply& reply) {
         _heard.keep(reply.bytes, reply.source, *reply.stampMs);
     }
     noteLosses();
-    if (_keepsHistory && aircraft != nullptr) {
+    if (_output.keepsHistory() && aircraft != nullptr) {
         noteHistory(*aircraft);
     }
-    if (aircraft != nullptr && !_views.empty()) {
+    if (aircraft != nullptr && !_output.views().empty()) {
         tellViews(*message, *aircraft);
     }
 }
@@ -258,7 +203,7 @@ void TrackRun::tellViews(const DFMessage& message, const ADSBTarget& aircraft) {
     const auto verdict = _tracking.verdict();
     const bool accepted = verdict == Verdict::Accepted || verdict == Verdict::Overruled;
     const auto position = accepted ? _tracking.positionOf(aircraft) : std::nullopt;
-    for (const auto& view : _views) {
+    for (const auto& view : _output.views()) {
         view->note(message, aircraft, position);
     }
 }
@@ -293,43 +238,12 @@ void TrackRun::noteHistory(const ADSBTarget& aircraft) {
     }
 }
 
-/// Once a second, or less often if that would take more than a twentieth of the time.
-void TrackRun::writeLivePages(const std::vector<TrackedAircraft>& aircraft) {
-    constexpr int share = 20;
-    const auto begin = Clock::now();
-    _pages->write({_input.name(), showing(), aircraft, _history}, refreshedHead);
-    const auto end = Clock::now();
-    _nextPages = end + std::max<Clock::duration>(betweenViews, share * (end - begin));
-}
-
 void TrackRun::killSilent() {
     if (_options.silentMs) {
         for (const TrackedAircraft& aircraft : _tracking.killSilentFor(*_options.silentMs)) {
             _history.forget(aircraft.icaoAddress());
-            if (_options.tellSilent && isShown(aircraft)) {
-                _sink->showKilled(aircraft, showing());
-            }
+            _output.showKilled(aircraft, _tracking.now());
         }
-    }
-}
-
-bool TrackRun::isShown(const TrackedAircraft& aircraft) const {
-    return _options.reportAddress || aircraft.messages() >= _options.minMessages;
-}
-
-std::vector<TrackedAircraft> TrackRun::sortedAircraft() const {
-    std::vector<TrackedAircraft> all = _tracking.aircraft();
-    all.erase(std::remove_if(all.begin(), all.end(),
-                             [this](const TrackedAircraft& one) { return !isShown(one); }),
-              all.end());
-    sortAircraft(all, showing(), aircraftColumn(_options.sortKey), _options.descending);
-    return all;
-}
-
-void TrackRun::writePages(const std::vector<TrackedAircraft>& all) const {
-    if (_pages) {
-        _pages->write({_input.name(), showing(), all, _history});
-        _console.write("pages for a browser: " + _pages->indexPath());
     }
 }
 
