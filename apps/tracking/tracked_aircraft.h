@@ -32,6 +32,8 @@ struct MessageNotes {
 /// All that is shown of an aircraft: the report of its target, what the target holds beside its
 /// report, and what the client knows beside the target. A plain value, which needs no tracker.
 struct TrackedAircraft : ADSBTargetReport {
+    /// Nothing is known of it.
+    TrackedAircraft() = default;
     explicit TrackedAircraft(const ADSBTarget& target);
 
     /// Whether the last ground status was told. A flight status of 4 or 5 tells none; the report
