@@ -30,8 +30,8 @@ std::unique_ptr<AircraftSink> makeSink(const TrackOptions& options, Output& outp
 TrackOutput::TrackOutput(const TrackOptions& options, std::string name, bool hasFeeds,
                          Output& output, Console& console)
     : _options(options), _name(std::move(name)), _console(console),
-      _sink(makeSink(options, output)), _isLive(hasFeeds),
-      _writesLivePages(hasFeeds && options.htmlFolder) {
+      _sink(makeSink(options, output)), _isLive(hasFeeds && options.htmlFolder),
+      _writesLivePages(_isLive) {
     if (options.htmlFolder) {
         _pages.emplace(*options.htmlFolder, options.force);
         _keepsHistory = true;
