@@ -119,6 +119,23 @@ std::string nameOf(const TrackedAircraft& aircraft) {
     return callsignOf(aircraft).value_or(hex24(aircraft.icaoAddress()));
 }
 
+/// For scripts: longitude and latitude of the middle, and the degrees across and upward.
+std::string degreesText(const GeoBox& box) {
+    std::string text;
+    for (const double degrees : {box.west + box.width / 2, (box.south + box.north) / 2, box.width,
+                                 box.north - box.south}) {
+        text += (text.empty() ? "" : " ") + decimalText(degrees, 4);
+    }
+    return text;
+}
+
+/// A link to the page of an aircraft, in whose coordinates the aircraft is at 0, 0. So its content
+/// can change its size without moving. The keyboard gets to that page from the table.
+std::string linkAt(const MapPoint& at, const TrackedAircraft& aircraft) {
+    return "<a" + client::attribute("href", pageName(aircraft.icaoAddress())) +
+           R"( tabindex="-1" transform="translate()" + pair(at) + ")\">";
+}
+
 std::string_view anchorName(LabelLayout::Anchor anchor) {
     switch (anchor) {
     case LabelLayout::Anchor::Start:
@@ -161,7 +178,8 @@ TrackMap::TrackMap(const std::vector<TrackedAircraft>& aircraft, const TrackHist
 
 std::string TrackMap::svg(std::string_view style, std::string_view name) {
     _svg = "<svg" + attribute("class", style) + " viewBox=\"0 0 " + decimalText(_view.width(), 0) +
-           " " + decimalText(_view.height(), 0) + "\" role=\"img\">\n" +
+           " " + decimalText(_view.height(), 0) + "\"" +
+           client::attribute("data-degrees", degreesText(_view.bounds())) + " role=\"img\">\n" +
            element("title", htmlText(name)) + "\n";
     addCoasts();
     addGraticule();
@@ -260,9 +278,9 @@ void TrackMap::addReceiver(const GeoPoint& receiver) {
         addRing(receiver, ring * step);
     }
     const MapPoint at = _view.at(receiver);
-    _svg += "<path" + attribute("class", "receiver") + " transform=\"translate(" + pair(at) +
-            ")\" d=\"M-7,0H7M0,-7V7M4,0A4,4,0,1,1,-4,0A4,4,0,1,1,4,0\">" +
-            element("title", "Receiver") + "</path>\n";
+    _svg += "<g transform=\"translate(" + pair(at) + ")\"><path" + attribute("class", "receiver") +
+            " d=\"M-7,0H7M0,-7V7M4,0A4,4,0,1,1,-4,0A4,4,0,1,1,4,0\">" +
+            element("title", "Receiver") + "</path></g>\n";
     _labels.avoid(Box{at.x - markerSize, at.y - markerSize, at.x + markerSize, at.y + markerSize},
                   markerCost);
 }
@@ -335,15 +353,13 @@ void TrackMap::addMarker(const TrackedAircraft& aircraft) {
     const MapPoint at = _view.at(aircraft.position->place);
     const std::string style =
         attribute("class", "marker " + std::string(bandStyle(aircraft)) + stateOf(aircraft));
-    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddress())) +
-            " tabindex=\"-1\"><title>" +
-            htmlText(hex24(aircraft.icaoAddress()) + " " + callsignOf(aircraft).value_or("")) +
-            "</title>";
+    _svg += linkAt(at, aircraft) + element("title", htmlText(hex24(aircraft.icaoAddress()) + " " +
+                                                             callsignOf(aircraft).value_or("")));
     if (aircraft.hasTrack()) {
-        _svg += "<path" + style + " transform=\"translate(" + pair(at) + ") rotate(" +
-                decimalText(aircraft.heading(), 0) + ")\" d=\"M0,-8L5.5,7L0,4L-5.5,7Z\"/>";
+        _svg += "<path" + style + " transform=\"rotate(" + decimalText(aircraft.heading(), 0) +
+                ")\" d=\"M0,-8L5.5,7L0,4L-5.5,7Z\"/>";
     } else {
-        _svg += "<circle" + style + attribute("cx", at.x) + attribute("cy", at.y) + " r=\"4.5\"/>";
+        _svg += "<circle" + style + " r=\"4.5\"/>";
     }
     _svg += "</a>\n";
     _labels.avoid(Box{at.x - markerSize, at.y - markerSize, at.x + markerSize, at.y + markerSize},
@@ -360,8 +376,8 @@ void TrackMap::addLabel(const TrackedAircraft& aircraft) {
     }
     const std::string style =
         (!emergencyOf(aircraft).empty() ? "name alarming" : "name") + stateOf(aircraft);
-    _svg += "<a" + attribute("href", pageName(aircraft.icaoAddress())) + " tabindex=\"-1\">";
-    addText(place->anchor,
+    _svg += linkAt(at, aircraft);
+    addText({place->anchor.x - at.x, place->anchor.y - at.y},
             attribute("class", style) + attribute("text-anchor", anchorName(place->side)), name);
     _svg += "</a>\n";
 }

@@ -10,7 +10,8 @@ note.setAttribute("role", "status");
 document.body.prepend(note);
 
 let order = null; // {column, descending}
-let view = null; // of the map: {x, y, zoom}, x and y as shares of the whole
+// {longitude, latitude, across}: middle and width of what the map shows, in degrees; null shows all.
+let view = null;
 
 function valueOf(row, column) {
   const cell = row.cells[column];
@@ -42,23 +43,45 @@ function sortTable() {
   table.tBodies[0].append(...rows.map(one => one.row));
 }
 
+const maps = () => [...page.querySelectorAll("svg[data-degrees]")];
+const degreesOf = map => map.dataset.degrees.split(" ").map(Number);
+
+function bounded({ x, y, zoom }) {
+  zoom = Math.min(64, Math.max(1, zoom));
+  const half = 0.5 / zoom;
+  const within = share => Math.min(1 - half, Math.max(half, share));
+  return { x: within(x), y: within(y), zoom };
+}
+
+// What a map shows: its middle in shares of the whole, and how many times as large.
+function partOf(map) {
+  if (!view) {
+    return { x: 0.5, y: 0.5, zoom: 1 };
+  }
+  const [longitude, latitude, across, upward] = degreesOf(map);
+  const east = ((view.longitude - longitude) % 360 + 540) % 360 - 180;
+  return bounded({ x: 0.5 + east / across, y: 0.5 - (view.latitude - latitude) / upward,
+    zoom: across / view.across });
+}
+
 function applyView() {
-  for (const map of page.querySelectorAll("figure.picture svg")) {
+  for (const map of maps()) {
     map.dataset.whole ||= map.getAttribute("viewBox");
     const [, , width, height] = map.dataset.whole.split(" ").map(Number);
-    const { x, y, zoom } = view || { x: 0.5, y: 0.5, zoom: 1 };
+    const { x, y, zoom } = partOf(map);
     map.setAttribute("viewBox", [(x - 0.5 / zoom) * width, (y - 0.5 / zoom) * height,
       width / zoom, height / zoom].map(number => number.toFixed(2)).join(" "));
+    map.style.setProperty("--shrink", 1 / zoom); // symbols and names keep their size
   }
 }
 
 function moveView(map, change) {
-  view = { x: 0.5, y: 0.5, zoom: 1, ...view };
-  change(view, map.getBoundingClientRect());
-  view.zoom = Math.min(64, Math.max(1, view.zoom));
-  const half = 0.5 / view.zoom;
-  view.x = Math.min(1 - half, Math.max(half, view.x));
-  view.y = Math.min(1 - half, Math.max(half, view.y));
+  const part = partOf(map);
+  change(part, map.getBoundingClientRect());
+  const { x, y, zoom } = bounded(part);
+  const [longitude, latitude, across, upward] = degreesOf(map);
+  view = zoom > 1 ? { longitude: longitude + (x - 0.5) * across,
+    latitude: latitude + (0.5 - y) * upward, across: across / zoom } : null;
   applyView();
 }
 
@@ -67,18 +90,32 @@ function zoomAt(map, event, factor) {
   moveView(map, (to, box) => {
     const x = (event.clientX - box.left) / box.width - 0.5;
     const y = (event.clientY - box.top) / box.height - 0.5;
-    const zoom = Math.min(64, Math.max(1, to.zoom * factor));
+    const { zoom } = bounded({ ...to, zoom: to.zoom * factor });
     to.x += x / to.zoom - x / zoom;
     to.y += y / to.zoom - y / zoom;
     to.zoom = zoom;
   });
 }
 
-const mapAt = event => event.target.closest("main figure.picture svg");
+// By the name of the key.
+const zooms = {
+  "+": to => { to.zoom *= 1.5; },
+  "-": to => { to.zoom /= 1.5; },
+  "0": to => { to.zoom = 1; },
+};
+
+function zoomBy(name) {
+  const map = maps().find(one => one.clientWidth > 0);
+  if (map && zooms[name]) {
+    moveView(map, zooms[name]);
+  }
+}
+
+const mapAt = event => event.target.closest("svg[data-degrees]");
 
 page.addEventListener("wheel", event => {
   const map = mapAt(event);
-  if (map && (event.ctrlKey || view?.zoom > 1 || event.deltaY < 0)) {
+  if (map && (event.ctrlKey || view || event.deltaY < 0)) {
     event.preventDefault();
     zoomAt(map, event, event.deltaY < 0 ? 1.25 : 0.8);
   }
@@ -107,31 +144,38 @@ page.addEventListener("click", event => {
   }
 });
 document.addEventListener("keydown", event => {
-  const map = [...page.querySelectorAll("figure.picture svg")].find(one => one.clientWidth > 0);
-  const change = { "+": to => { to.zoom *= 1.5; }, "-": to => { to.zoom /= 1.5; },
-    "0": to => { to.zoom = 1; } }[event.key];
-  if (map && change && !event.ctrlKey && !event.metaKey) {
-    moveView(map, change);
+  if (event.ctrlKey || event.metaKey) {
+    return;
   }
+  zoomBy(event.key);
 });
+
+function prepare() {
+  sortTable();
+  applyView();
+}
+
+function show(body) {
+  const scroll = page.querySelector(".table")?.scrollLeft;
+  const link = document.activeElement?.getAttribute("href");
+  page.innerHTML = body;
+  prepare();
+  if (scroll) {
+    page.querySelector(".table").scrollLeft = scroll;
+  }
+  if (link) {
+    page.querySelector(`a[href="${CSS.escape(link)}"]`)?.focus({ preventScroll: true });
+  }
+}
 
 async function refresh() {
   try {
     const answer = await fetch(file + ".body", { cache: "no-store" });
+    const body = await answer.text();
     if (answer.ok) {
-      const scroll = page.querySelector(".table")?.scrollLeft;
-      const link = document.activeElement?.getAttribute("href");
-      page.innerHTML = await answer.text();
-      sortTable();
-      applyView();
-      if (scroll) {
-        page.querySelector(".table").scrollLeft = scroll;
-      }
-      if (link) {
-        page.querySelector(`a[href="${CSS.escape(link)}"]`)?.focus({ preventScroll: true });
-      }
+      show(body);
     }
-    note.textContent = answer.ok ? "" : await answer.text();
+    note.textContent = answer.ok ? "" : body;
   } catch {
     note.textContent = "No connection to ondrel. What is below is old.";
   }

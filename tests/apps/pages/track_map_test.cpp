@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,6 +49,28 @@ TEST(TrackMap, DimsAnAircraftWhosePositionIsOld) {
     EXPECT_TRUE(contains(map, R"(class="marker b4 old")"));
     EXPECT_TRUE(contains(map, R"(class="name old")"));
     EXPECT_TRUE(contains(map, R"(class="track b4 old")"));
+}
+
+/// The numbers that stand behind some text.
+std::vector<double> numbersBehind(const std::string& text, std::string_view before, int count) {
+    std::istringstream stream(text.substr(text.find(before) + before.size()));
+    std::vector<double> numbers(static_cast<std::size_t>(count));
+    for (double& number : numbers) {
+        stream >> number;
+        stream.get(); // what stands between them
+    }
+    return numbers;
+}
+
+// A script finds a place again on a larger map.
+TEST(TrackMap, TellsItsDegrees) {
+    const std::string map = mapOf({{51, 2}}, std::nullopt);
+    const auto size = numbersBehind(map, "viewBox=\"0 0 ", 2);
+    const auto degrees = numbersBehind(map, "data-degrees=\"", 4);
+    const auto at =
+        numbersBehind(map, "<a href=\"40621D.html\" tabindex=\"-1\" transform=\"translate(", 2);
+    EXPECT_NEAR(degrees[0] + (at[0] / size[0] - 0.5) * degrees[2], 3.91937, 0.001);
+    EXPECT_NEAR(degrees[1] - (at[1] / size[1] - 0.5) * degrees[3], 52.25720, 0.001);
 }
 
 /// The scale of distance in the corner, which tells how much the map shows.
