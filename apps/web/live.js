@@ -9,38 +9,42 @@ note.className = "live";
 note.setAttribute("role", "status");
 document.body.prepend(note);
 
-let order = null; // {column, descending}
+// {name, descending}: the column of the table; null leaves the order of the client.
+let order = null;
 // {longitude, latitude, across}: middle and width of what the map shows, in degrees; null shows all.
 let view = null;
 
-function valueOf(row, column) {
-  const cell = row.cells[column];
-  const text = cell ? cell.textContent.trim() : "–";
-  const number = Number(text);
-  return { none: text === "–", number: text !== "" && !Number.isNaN(number), key: text, value: number };
-}
-
 function compare(left, right) {
-  if (left.number && right.number) {
-    return left.value - right.value;
-  }
-  return left.key < right.key ? -1 : left.key > right.key ? 1 : 0;
+  return left < right ? -1 : left > right ? 1 : 0;
 }
 
 // Rows without a value come last in either direction.
 function sortTable() {
   const table = page.querySelector("table.aircraft");
-  if (!table || !order) {
+  const heads = table ? [...table.tHead.rows[0].cells] : [];
+  const head = heads.find(one => one.textContent === order?.name);
+  for (const one of heads) {
+    one.tabIndex = 0;
+    one.removeAttribute("aria-sort");
+  }
+  if (!head) {
     return;
   }
-  const heads = [...table.tHead.rows[0].cells];
-  heads.forEach((head, i) => i === order.column
-    ? head.setAttribute("aria-sort", order.descending ? "descending" : "ascending")
-    : head.removeAttribute("aria-sort"));
-  const rows = [...table.tBodies[0].rows].map(row => ({ row, ...valueOf(row, order.column) }));
+  head.setAttribute("aria-sort", order.descending ? "descending" : "ascending");
+  const isNumber = head.classList.contains("number"); // not an address such as 40E123
+  const rows = [...table.tBodies[0].rows].map(row => {
+    const text = row.cells[head.cellIndex].textContent.trim();
+    return { row, none: text === "–", key: isNumber ? Number(text) : text };
+  });
   rows.sort((left, right) => left.none - right.none ||
-    (order.descending ? compare(right, left) : compare(left, right)));
+    (order.descending ? compare(right.key, left.key) : compare(left.key, right.key)));
   table.tBodies[0].append(...rows.map(one => one.row));
+}
+
+function sortBy(head) {
+  const name = head.textContent;
+  order = { name, descending: order?.name === name && !order.descending };
+  sortTable();
 }
 
 const maps = () => [...page.querySelectorAll("svg[data-degrees]")];
@@ -138,14 +142,15 @@ page.addEventListener("pointermove", event => {
 page.addEventListener("click", event => {
   const head = event.target.closest("table.aircraft thead th");
   if (head) {
-    const column = head.cellIndex;
-    order = { column, descending: order?.column === column && !order.descending };
-    sortTable();
+    sortBy(head);
   }
 });
 document.addEventListener("keydown", event => {
   if (event.ctrlKey || event.metaKey) {
     return;
+  }
+  if (event.key === "Enter" && event.target.matches("table.aircraft thead th")) {
+    sortBy(event.target);
   }
   zoomBy(event.key);
 });
