@@ -13,6 +13,9 @@ document.body.prepend(note);
 let order = null;
 // {longitude, latitude, across}: middle and width of what the map shows, in degrees; null shows all.
 let view = null;
+// While a button of the mouse or a finger is down: {map, x, y}.
+let held = null;
+let isDragged = false;
 
 function compare(left, right) {
   return left < right ? -1 : left > right ? 1 : 0;
@@ -130,19 +133,43 @@ page.addEventListener("dblclick", event => {
     zoomAt(map, event, 2);
   }
 });
-page.addEventListener("pointermove", event => {
-  const map = mapAt(event);
-  if (map && event.buttons === 1) {
-    moveView(map, (to, box) => {
-      to.x -= event.movementX / box.width / to.zoom;
-      to.y -= event.movementY / box.height / to.zoom;
-    });
+page.addEventListener("mousedown", event => {
+  if (mapAt(event)) {
+    event.preventDefault(); // the browser would drag links and select names
   }
 });
+page.addEventListener("pointerdown", event => {
+  held = { map: mapAt(event), x: event.clientX, y: event.clientY };
+  isDragged = false;
+});
+document.addEventListener("pointermove", event => {
+  if (!event.buttons) {
+    held = null;
+  }
+  if (!held?.map || event.buttons !== 1) {
+    return;
+  }
+  const across = event.clientX - held.x;
+  const down = event.clientY - held.y;
+  isDragged ||= Math.hypot(across, down) > 3; // a hand trembles in a click
+  if (isDragged) {
+    moveView(held.map, (to, box) => {
+      to.x -= across / box.width / to.zoom;
+      to.y -= down / box.height / to.zoom;
+    });
+    held = { map: held.map, x: event.clientX, y: event.clientY };
+  }
+});
+for (const end of ["pointerup", "pointercancel"]) {
+  document.addEventListener(end, () => { held = null; });
+}
 page.addEventListener("click", event => {
   const head = event.target.closest("table.aircraft thead th");
   if (head) {
     sortBy(head);
+  }
+  if (isDragged && mapAt(event)) {
+    event.preventDefault(); // it ended on a link
   }
 });
 document.addEventListener("keydown", event => {
@@ -177,7 +204,7 @@ async function refresh() {
   try {
     const answer = await fetch(file + ".body", { cache: "no-store" });
     const body = await answer.text();
-    if (answer.ok) {
+    if (answer.ok && !held) { // a click needs the same element from its beginning to its end
       show(body);
     }
     note.textContent = answer.ok ? "" : body;
