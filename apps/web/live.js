@@ -17,6 +17,19 @@ let view = null;
 let held = null;
 let isDragged = false;
 
+// What the reader chose outlives a look at another page. A browser may refuse to keep it.
+function keepChoice() {
+  try {
+    sessionStorage.setItem(file, JSON.stringify({ order, view }));
+  } catch { /* it is lost with the page */ }
+}
+
+function recallChoice() {
+  try {
+    ({ order, view } = JSON.parse(sessionStorage.getItem(file)) || { order, view });
+  } catch { /* nothing was kept */ }
+}
+
 function compare(left, right) {
   return left < right ? -1 : left > right ? 1 : 0;
 }
@@ -47,6 +60,7 @@ function sortTable() {
 function sortBy(head) {
   const name = head.textContent;
   order = { name, descending: order?.name === name && !order.descending };
+  keepChoice();
   sortTable();
 }
 
@@ -89,6 +103,7 @@ function moveView(map, change) {
   const [longitude, latitude, across, upward] = degreesOf(map);
   view = zoom > 1 ? { longitude: longitude + (x - 0.5) * across,
     latitude: latitude + (0.5 - y) * upward, across: across / zoom } : null;
+  keepChoice();
   applyView();
 }
 
@@ -214,4 +229,6 @@ async function refresh() {
   setTimeout(refresh, document.hidden ? 5000 : 1000);
 }
 
+recallChoice();
+prepare();
 setTimeout(refresh, 1000);
