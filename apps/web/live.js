@@ -93,6 +93,7 @@ function applyView() {
     map.setAttribute("viewBox", [(x - 0.5 / zoom) * width, (y - 0.5 / zoom) * height,
       width / zoom, height / zoom].map(number => number.toFixed(2)).join(" "));
     map.style.setProperty("--shrink", 1 / zoom); // symbols and names keep their size
+    map.style.touchAction = view ? "none" : ""; // a finger moves the map, not the page
   }
 }
 
@@ -119,7 +120,7 @@ function zoomAt(map, event, factor) {
   });
 }
 
-// By the name of the key.
+// By the name of the key or button.
 const zooms = {
   "+": to => { to.zoom *= 1.5; },
   "-": to => { to.zoom /= 1.5; },
@@ -131,6 +132,18 @@ function zoomBy(name) {
   if (map && zooms[name]) {
     moveView(map, zooms[name]);
   }
+}
+
+const buttons = document.createElement("div");
+buttons.className = "zoom";
+for (const [name, sign, label] of [["+", "+", "Zoom in"], ["-", "−", "Zoom out"],
+  ["0", "all", "Whole map"]]) {
+  const button = document.createElement("button");
+  button.textContent = sign;
+  button.title = label;
+  button.setAttribute("aria-label", label);
+  button.addEventListener("click", () => zoomBy(name));
+  buttons.append(button);
 }
 
 const mapAt = event => event.target.closest("svg[data-degrees]");
@@ -200,6 +213,7 @@ document.addEventListener("keydown", event => {
 function prepare() {
   sortTable();
   applyView();
+  maps()[0]?.closest("figure").querySelector("figcaption")?.prepend(buttons);
 }
 
 function show(body) {
