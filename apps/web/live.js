@@ -210,6 +210,16 @@ document.addEventListener("keydown", event => {
   zoomBy(event.key);
 });
 
+// A selector that finds in new content what has the focus now.
+function focused() {
+  const one = document.activeElement;
+  if (!page.contains(one) || buttons.contains(one)) {
+    return null;
+  }
+  return one.href ? `a[href="${CSS.escape(one.getAttribute("href"))}"]:not([tabindex])`
+    : one.matches("thead th") ? `thead th:nth-child(${one.cellIndex + 1})` : ".table";
+}
+
 function prepare() {
   sortTable();
   applyView();
@@ -218,15 +228,14 @@ function prepare() {
 
 function show(body) {
   const scroll = page.querySelector(".table")?.scrollLeft;
-  const link = document.activeElement?.getAttribute("href");
+  const focus = focused();
+  const button = buttons.contains(document.activeElement) ? document.activeElement : null;
   page.innerHTML = body;
   prepare();
   if (scroll) {
     page.querySelector(".table").scrollLeft = scroll;
   }
-  if (link) {
-    page.querySelector(`a[href="${CSS.escape(link)}"]`)?.focus({ preventScroll: true });
-  }
+  (button || (focus && page.querySelector(focus)))?.focus({ preventScroll: true });
 }
 
 async function refresh() {
