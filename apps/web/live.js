@@ -240,7 +240,8 @@ function show(body) {
 
 async function refresh() {
   try {
-    const answer = await fetch(file + ".body", { cache: "no-store" });
+    const answer = await fetch(file + ".body",
+      { cache: "no-store", signal: AbortSignal.timeout?.(5000) });
     const body = await answer.text();
     if (answer.ok && !held) { // a click needs the same element from its beginning to its end
       show(body);
