@@ -416,8 +416,7 @@ int TrackCommand::run() {
             std::move(screen), console,
             LiveTableOptions{input.name(), _options.sortKey, _options.descending, [&track] {
                                  return LiveTableState{track.counts().tracking.aircraft,
-                                                       track.repliesPerSecond(),
-                                                       track.lostSources()};
+                                                       track.repliesPerSecond()};
                              }}));
     }
     const std::vector<TrackedAircraft> aircraft = track.run();

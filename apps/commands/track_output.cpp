@@ -71,13 +71,13 @@ void TrackOutput::keepCurrent(Sky sky) {
 
 void TrackOutput::showInterval(Sky sky) {
     arrange(sky);
-    _sink->show(sky.aircraft, showingAt(sky.timeMs));
+    _sink->show(sky.aircraft, showingOf(sky));
     ++_showings;
 }
 
 void TrackOutput::showKilled(const TrackedAircraft& aircraft, u64 timeMs) {
     if (_options.tellSilent && isShown(aircraft)) {
-        _sink->showKilled(aircraft, showingAt(timeMs));
+        _sink->showKilled(aircraft, showingOf(timeMs));
     }
 }
 
@@ -90,10 +90,10 @@ std::vector<TrackedAircraft> TrackOutput::end(Sky sky) {
     try {
         writePages(sky);
     } catch (const Failure&) {
-        _sink->show(sky.aircraft, showingAt(sky.timeMs));
+        _sink->show(sky.aircraft, showingOf(sky));
         throw;
     }
-    _sink->show(sky.aircraft, showingAt(sky.timeMs));
+    _sink->show(sky.aircraft, showingOf(sky));
     return std::move(sky.aircraft);
 }
 
@@ -107,12 +107,12 @@ void TrackOutput::arrange(Sky& sky) const {
     all.erase(std::remove_if(all.begin(), all.end(),
                              [this](const TrackedAircraft& one) { return !isShown(one); }),
               all.end());
-    sortAircraft(all, showingAt(sky.timeMs), aircraftColumn(_options.sortKey), _options.descending);
+    sortAircraft(all, showingOf(sky), aircraftColumn(_options.sortKey), _options.descending);
 }
 
 void TrackOutput::showViews(const Sky& sky) const {
     for (const auto& view : _views) {
-        view->show(sky.aircraft, showingAt(sky.timeMs), sky.history);
+        view->show(sky.aircraft, showingOf(sky), sky.history);
     }
 }
 
@@ -120,14 +120,14 @@ void TrackOutput::showViews(const Sky& sky) const {
 void TrackOutput::writeLivePages(const Sky& sky) {
     constexpr int share = 20;
     const auto begin = Clock::now();
-    _pages->write({_name, showingAt(sky.timeMs), sky.aircraft, sky.history}, refreshedHead);
+    _pages->write({_name, showingOf(sky), sky.aircraft, sky.history}, refreshedHead);
     const auto end = Clock::now();
     _nextPages = end + std::max<Clock::duration>(betweenViews, share * (end - begin));
 }
 
 void TrackOutput::writePages(const Sky& sky) const {
     if (_pages) {
-        _pages->write({_name, showingAt(sky.timeMs), sky.aircraft, sky.history});
+        _pages->write({_name, showingOf(sky), sky.aircraft, sky.history});
         _console.write("pages for a browser: " + _pages->indexPath());
     }
 }

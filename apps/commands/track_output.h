@@ -13,6 +13,7 @@
 #include <ondrel/types.h>
 
 #include <chrono>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,6 +26,7 @@ struct Sky {
     std::vector<TrackedAircraft> aircraft;
     u64 timeMs;
     const TrackHistory& history;
+    std::size_t lostFeeds = 0; ///< that are not connected
 };
 
 /// Shows the aircraft of a run, whichever way they became known: as text or JSON, on live views and
@@ -70,7 +72,10 @@ private:
 
     bool poll();
     bool isShown(const TrackedAircraft& aircraft) const;
-    Showing showingAt(u64 timeMs) const { return {timeMs, _showings + 1, _options.receiver}; }
+    Showing showingOf(u64 timeMs, std::size_t lostFeeds = 0) const {
+        return {timeMs, _showings + 1, _options.receiver, lostFeeds};
+    }
+    Showing showingOf(const Sky& sky) const { return showingOf(sky.timeMs, sky.lostFeeds); }
     void arrange(Sky& sky) const;
     void showViews(const Sky& sky) const;
     void writeLivePages(const Sky& sky);

@@ -111,12 +111,11 @@ void TrackRun::checkStamps() {
            "tell when a reply was read, and positions may be wrong or missing");
 }
 
-std::size_t TrackRun::lostSources() const {
-    std::size_t lost = 0;
-    for (const SourceState& state : _input.states()) {
-        lost += state.isUp ? 0U : 1U;
-    }
-    return lost;
+Sky TrackRun::sky() const {
+    const auto sources = _input.states();
+    const auto lost = std::count_if(sources.begin(), sources.end(),
+                                    [](const SourceState& state) { return !state.isUp; });
+    return {_tracking.aircraft(), _tracking.now(), _history, static_cast<std::size_t>(lost)};
 }
 
 std::string TrackRun::statusJson() const {

@@ -36,9 +36,6 @@ public:
     /// In the last second.
     double repliesPerSecond() const { return _repliesPerSecond; }
 
-    /// Feeds that are not connected.
-    std::size_t lostSources() const;
-
     /// The state of the run for monitoring, as a JSON object.
     std::string statusJson() const;
 
@@ -57,7 +54,7 @@ private:
     void tellViews(const DFMessage& message, const ADSBTarget& aircraft);
     void updateOutput();
     void measureSpeed();
-    Sky sky() const { return {_tracking.aircraft(), _tracking.now(), _history}; }
+    Sky sky() const;
 
     const TrackOptions& _options;
     ReplyInput& _input;

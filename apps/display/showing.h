@@ -4,6 +4,7 @@
 
 #include <ondrel/types.h>
 
+#include <cstddef>
 #include <optional>
 
 namespace tolvarin::ondrel::client {
@@ -13,6 +14,7 @@ struct Showing {
     u64 timeMs;     ///< the time of the run: mostly the newest stamp
     u64 number = 1; ///< counts the showings of the run from 1
     std::optional<GeoPoint> receiver = std::nullopt; ///< where it stands, if the user told
+    std::size_t lostFeeds = 0;                       ///< that are not connected
 };
 
 /// Milliseconds after which position, altitude, speed, track and vertical rate are old.

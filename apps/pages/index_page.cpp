@@ -107,6 +107,17 @@ std::string table(const IndexContents& contents) {
            "\n</div>\n";
 }
 
+/// Nothing if all feeds are connected.
+std::string lostFeeds(const Showing& showing) {
+    if (showing.lostFeeds == 0) {
+        return "";
+    }
+    const std::string text = showing.lostFeeds == 1
+                                 ? "1 feed is not connected."
+                                 : std::to_string(showing.lostFeeds) + " feeds are not connected.";
+    return element("p", "lost", text) + "\n";
+}
+
 } // namespace
 
 Page indexPage(const IndexContents& contents) {
@@ -115,7 +126,7 @@ Page indexPage(const IndexContents& contents) {
                                 dateAndTime(contents.showing.timeMs) + ". " + greyIsOld();
     return {"Aircraft", std::string(commonStyle) + std::string(mapStyle) + std::string(indexStyle),
             element("h1", "Aircraft") + "\n" + element("p", "quiet", htmlText(summary)) + "\n" +
-                map(contents) + table(contents)};
+                lostFeeds(contents.showing) + map(contents) + table(contents)};
 }
 
 } // namespace tolvarin::ondrel::client

@@ -319,7 +319,7 @@ ScreenLine LiveTable::headLine() const {
     const std::size_t width = _screen->columns();
     const bool isWide = width >= wideScreen;
     const std::string lost =
-        _state.sourcesLost > 0 ? std::to_string(_state.sourcesLost) + " not connected  " : "";
+        _showing.lostFeeds > 0 ? std::to_string(_showing.lostFeeds) + " not connected  " : "";
     const u64 hidden = _state.tracked - std::min(_state.tracked, u64{_aircraft.size()});
     const std::string counts =
         lost + std::to_string(_aircraft.size()) + " aircraft, " + std::to_string(hidden) +

@@ -23,7 +23,6 @@ namespace tolvarin::ondrel::client {
 struct LiveTableState {
     u64 tracked;             ///< aircraft, with those that are hidden
     double repliesPerSecond; ///< of all sources
-    std::size_t sourcesLost; ///< feeds without a connection
 };
 
 /// What a live table shows beside the aircraft, and how it begins.

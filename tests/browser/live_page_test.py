@@ -351,9 +351,12 @@ def a_lost_feed_is_seen_and_comes_back(pages):
     pages.open()
     pages.mark()
     pages.receiver.end()
+    lost = "return document.querySelector('.lost')?.innerText || ''"
+    pages.expect(lambda: pages.run(lost) == "1 feed is not connected.", "a line that a feed is not connected")
     pages.expect(lambda: pages.age() >= 3, "ages of 3 s and more")
     pages.receiver = pages.start(simulate, pages.receiver.address, *NEAR)
     pages.expect(lambda: pages.age() <= 1, "ages of 1 s or less", 30)
+    pages.expect(lambda: pages.run(lost) == "", "no line about feeds")
     pages.expect_motion()
     pages.expect_no_reload()
 

@@ -111,7 +111,10 @@ TEST(IndexPage, ListsAllAircraftAndDrawsThoseWithAPosition) {
     const TrackHistory nothing;
     const std::string empty = wholePage(indexPage({"", {0}, {}, nothing}));
     EXPECT_EQ(countOf(empty, "<svg "), 0U);
+    EXPECT_EQ(countOf(empty, "not connected"), 0U);
     EXPECT_EQ(unbalanced(empty), "");
+    const std::string lost = wholePage(indexPage({"", {0, 1, std::nullopt, 2}, {}, nothing}));
+    EXPECT_EQ(countOf(lost, ">2 feeds are not connected.</p>"), 1U);
 }
 
 TEST(IndexPage, ExplainsWhatIsShort) {

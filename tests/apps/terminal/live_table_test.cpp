@@ -65,7 +65,7 @@ private:
 class LiveTableTest : public testing::Test {
 protected:
     void show(const std::vector<TrackedAircraft>& aircraft) {
-        _table.show(aircraft, {_tracked.tracking.now()}, _history);
+        _table.show(aircraft, {_tracked.tracking.now(), 1, std::nullopt, _lostFeeds}, _history);
     }
     void showAll() { show(_tracked.tracking.aircraft()); }
 
@@ -92,7 +92,8 @@ protected:
 
     TrackedLines _tracked{threeAircraft()};
     Terminal _terminal;
-    LiveTableState _state{5, 1234.5, 0};
+    LiveTableState _state{5, 1234.5};
+    std::size_t _lostFeeds = 0;
     Output _output{"-"};
     Console _console{_output};
     TrackHistory _history;
@@ -112,7 +113,7 @@ TEST_F(LiveTableTest, FillsTheScreenFromHeadToFoot) {
 }
 
 TEST_F(LiveTableTest, TellsHowManyFeedsAreLost) {
-    _state.sourcesLost = 2;
+    _lostFeeds = 2;
     showAll();
     EXPECT_NE(_terminal.lines.front().find("  2 not connected  3 aircraft, "), std::string::npos);
 }
