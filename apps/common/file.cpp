@@ -222,7 +222,7 @@ void createFolder(const std::string& path) {
     throwIf(error, "create " + path);
     for (const std::string& name : namesIn(path)) {
         if (isTemporary(name)) {
-            ::unlink((path + "/" + name).c_str());
+            ::unlink((fs::path(path) / name).c_str());
         }
     }
     const TemporaryFile trial(path, "files in " + path);
