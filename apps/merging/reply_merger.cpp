@@ -1,0 +1,112 @@
+#include "apps/merging/reply_merger.h"
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr std::size_t slots = std::size_t{1} << 16U;
+constexpr std::size_t fewestKept = std::size_t{1} << 14U;
+constexpr std::size_t mostKept = std::size_t{1} << 19U;
+constexpr u64 longestKnown = 2 * ReplyMerger::longestWait; // ms
+
+u64 apart(u64 one, u64 other) {
+    return std::max(one, other) - std::min(one, other);
+}
+
+} // namespace
+
+u64& ReplyMerger::slotOf(const std::string& bytes) {
+    _slots.resize(slots);
+    return _slots[std::hash<std::string>()(bytes) % slots];
+}
+
+void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
+    _lastAdd = nowMs;
+    u64& slot = slotOf(reply.bytes);
+    if (Transmission* same = sameFrom(slot, reply, site)) {
+        ++_duplicates;
+        same->sites += static_cast<char16_t>(site);
+        same->reply.confidence = std::max(same->reply.confidence, reply.confidence);
+        same->reply.signalAmplitude = std::max(same->reply.signalAmplitude, reply.signalAmplitude);
+        return;
+    }
+    makeRoom();
+    Transmission& added = at(_end);
+    added.reply = reply;
+    added.sites = static_cast<char16_t>(site);
+    added.cameMs = nowMs;
+    added.older = std::exchange(slot, _end);
+    added.isGiven = false;
+    _waiting.push_back({reply.stampMs, _end});
+    std::push_heap(_waiting.begin(), _waiting.end());
+    _newest = std::max(_newest, reply.stampMs);
+    ++_end;
+}
+
+/// The transmission that the site can have heard now. It hears the older ones first.
+ReplyMerger::Transmission* ReplyMerger::sameFrom(u64 newest, const GradedReply& reply,
+                                                 unsigned site) {
+    Transmission* oldest = nullptr;
+    for (u64 number = newest; number >= _first; number = at(number).older) {
+        Transmission& one = at(number);
+        if (one.reply.bytes == reply.bytes &&
+            apart(one.reply.stampMs, reply.stampMs) <= sameTransmission &&
+            one.sites.find(static_cast<char16_t>(site)) == std::u16string::npos) {
+            oldest = &one;
+        }
+    }
+    return oldest;
+}
+
+/// For one more transmission.
+void ReplyMerger::makeRoom() {
+    const std::size_t size = _transmissions.size();
+    if (_end - _first < size) {
+        return;
+    }
+    std::vector<Transmission> larger(std::max(2 * size, fewestKept));
+    for (u64 number = _first; number < _end; ++number) {
+        larger[number % larger.size()] = std::move(at(number));
+    }
+    _transmissions.swap(larger);
+}
+
+bool ReplyMerger::take(MergedReply& merged, u64 nowMs) {
+    if (_waiting.empty()) {
+        return false;
+    }
+    const bool isDue = _newest - std::min(_newest, longestWait) >= _waiting.front().stampMs ||
+                       nowMs >= _lastAdd + longestWait || _end - _first > mostKept;
+    if (!isDue) {
+        return false;
+    }
+    Transmission& oldest = at(_waiting.front().number);
+    std::pop_heap(_waiting.begin(), _waiting.end());
+    _waiting.pop_back();
+    merged.reply = oldest.reply;
+    merged.sites = oldest.sites.size();
+    oldest.isGiven = true;
+    forget(nowMs);
+    return true;
+}
+
+/// Those that were given and are old, by their stamps and by the clock. If there are many, one of
+/// the two is enough.
+void ReplyMerger::forget(u64 nowMs) {
+    for (; _first < _end && at(_first).isGiven; ++_first) {
+        const Transmission& first = at(_first);
+        const bool isOld = first.reply.stampMs + longestKnown < _newest;
+        const bool cameLongAgo = first.cameMs + longestKnown < nowMs;
+        const std::size_t count = _end - _first;
+        if (!(isOld && cameLongAgo) && !((isOld || cameLongAgo) && count > fewestKept) &&
+            count <= mostKept) {
+            return;
+        }
+    }
+}
+
+} // namespace tolvarin::ondrel::client
