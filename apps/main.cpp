@@ -1,10 +1,12 @@
 #include "apps/commands/command.h"
 #include "apps/commands/decode.h"
+#include "apps/commands/feed.h"
 #include "apps/commands/simulate.h"
 #include "apps/commands/track.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
 #include "apps/common/text.h"
+#include "apps/messaging/message_server.h"
 #include "apps/network/feeds.h"
 #include "apps/terminal/live_screen.h"
 #include "apps/web/http_server.h"
@@ -83,6 +85,7 @@ std::string libraries() {
     add(canConnect(), "Asio");
     add(hasLiveScreen(), "ncurses");
     add(canServeHttp(), "libmicrohttpd");
+    add(canMessage(), "libnats");
     return with + without;
 }
 
@@ -103,6 +106,7 @@ int runProgram(int argc, const char* const* argv) {
     program.require_subcommand(1);
     DecodeCommand decode(program);
     TrackCommand track(program);
+    FeedCommand feed(program);
     SimulateCommand simulate(program);
     HelpCommand help(program);
     try {
@@ -113,7 +117,7 @@ int runProgram(int argc, const char* const* argv) {
         File::openForWriting("-").write(output.str());
         return asked ? Done : WrongUsage;
     }
-    return runChosen({&decode, &track, &simulate, &help});
+    return runChosen({&decode, &track, &feed, &simulate, &help});
 }
 
 } // namespace

@@ -40,11 +40,28 @@ void addLogOption(CLI::App& command, ReplyInputOptions& options) {
         ->check(CLI::IsMember(logLevels).description(""));
 }
 
+/// The same for a message server.
+std::string networkError(const ReplyInputOptions& options) {
+    if (!options.worker) {
+        return "only ondrel track reads from a message server";
+    }
+    if (options.arguments.size() > 1) {
+        return "a message server cannot be read beside other sources";
+    }
+    if (options.record) {
+        return "--record is for what a site receives; it keeps no grades of other sites";
+    }
+    return messageServerError(options.arguments.front());
+}
+
 /// What is wrong with the sources; empty if nothing is.
 std::string sourcesError(const ReplyInputOptions& options) {
     const std::vector<std::string>& names = options.arguments;
     if (options.repliesAllowed && areReplies(names)) {
         return "";
+    }
+    if (isNetwork(options)) {
+        return networkError(options);
     }
     for (const std::string& name : names) {
         if (isFeed(name) && !feedAddress(name)) {
@@ -87,8 +104,10 @@ void addOptions(CLI::App& command, ReplyInputOptions& options, const std::string
 
 void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options) {
     addOptions(command, options,
-               "Recordings and feeds: a file; - for standard input;\n"
-               "tcp://HOST:PORT");
+               options.worker ? "Recordings and feeds: a file; - for standard input;\n"
+                                "tcp://HOST:PORT. Or a message server: nats://HOST:PORT"
+                              : "Recordings and feeds: a file; - for standard input;\n"
+                                "tcp://HOST:PORT");
 }
 
 void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options) {
@@ -99,8 +118,13 @@ void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options
                "of a line; for the shell, put '*HEX;' into quotes");
 }
 
+bool isNetwork(const ReplyInputOptions& options) {
+    return std::any_of(options.arguments.begin(), options.arguments.end(), isMessageServer);
+}
+
 bool isLive(const ReplyInputOptions& options) {
-    return std::any_of(options.arguments.begin(), options.arguments.end(), isFeed);
+    return isNetwork(options) ||
+           std::any_of(options.arguments.begin(), options.arguments.end(), isFeed);
 }
 
 ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
@@ -112,6 +136,12 @@ ReplyInput::ReplyInput(const ReplyInputOptions& options, Console& console)
 }
 
 std::unique_ptr<ReplySource> ReplyInput::open(const ReplyInputOptions& options) {
+    if (isNetwork(options)) {
+        noteInterruption();
+        WorkerOptions worker = *options.worker;
+        worker.server.url = options.arguments.front();
+        return std::make_unique<NetworkReplies>(worker, events());
+    }
     if (isLive(options)) {
         noteInterruption();
         return std::make_unique<Feeds>(options.arguments, options.counter, events());

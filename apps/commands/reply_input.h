@@ -2,6 +2,7 @@
 
 #include "apps/decoding/decoded_reply.h"
 #include "apps/input/reply_source.h"
+#include "apps/messaging/network_replies.h"
 #include "apps/terminal/console.h"
 #include "apps/terminal/summaries.h"
 
@@ -25,6 +26,7 @@ struct ReplyInputOptions {
     std::optional<std::string> record; ///< a file for what is read
     Log::Level logLevel{};
     ReceiverCounter::Kind counter = ReceiverCounter::Kind::TwelveMHz;
+    std::optional<WorkerOptions> worker; ///< if a message server can be a source
 };
 
 /// Adds SOURCE, `--clock`, `--record` and `--log` to the command.
@@ -33,8 +35,11 @@ void addReplyInputOptions(CLI::App& command, ReplyInputOptions& options);
 /// The same, where replies may stand in place of SOURCE.
 void addReplyInputOptionsOrReplies(CLI::App& command, ReplyInputOptions& options);
 
-/// Whether some source is a feed.
+/// Whether some source is a feed or a message server.
 bool isLive(const ReplyInputOptions& options);
+
+/// Whether the source is a message server.
+bool isNetwork(const ReplyInputOptions& options);
 
 /// The sources that the user named, and a decoder for the replies of each. Shows the library's log
 /// and what the source reports on the console.
@@ -67,7 +72,8 @@ public:
 
     std::vector<SourceState> states() const { return _source->states(); }
     LeftOut leftOut() const {
-        return {_source->counts().unreadable, _notShown, _source->counts().modeAC};
+        const SourceCounts counts = _source->counts();
+        return {counts.unreadable, _notShown, counts.modeAC, counts.heardElsewhere, counts.ahead};
     }
 
     /// The exit status at the end: 130 after an interruption, 1 if the input could not be read to

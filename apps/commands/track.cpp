@@ -1,5 +1,6 @@
 #include "apps/commands/track.h"
 
+#include "apps/commands/network_options.h"
 #include "apps/commands/options.h"
 #include "apps/commands/track_output.h"
 #include "apps/commands/track_run.h"
@@ -73,6 +74,13 @@ How far a reply is believed depends on the system clock, not on stamps: the airc
 have proved its address in the last 600 seconds, an interrogator in the last 60. A
 recording that is read in one second is judged as if it had been received in one second.
 --pace 1 replays it at the speed at which it was received, --pace 10 ten times as fast.
+
+With nats://HOST:PORT, the replies come from many sites that ondrel feed sends to a message
+server (NATS), each reply once, with the grade that its site gave it. A worker tracks the
+parts that --partitions names, so several workers can share the work, and each part has a
+table for 4095 aircraft. If the server stores replies (JetStream), a worker that is started
+again goes on where it was; if it does not, what is lost on the way stays lost. Without a
+reply the time goes on with the clock.
 
 Ctrl-C, or a signal to terminate or to hang up, ends the reading, and the aircraft tracked
 so far are shown. A summary on standard error ends the run.
@@ -215,7 +223,9 @@ std::optional<u64> startOf(const TrackOptions& options, const ReplyInputOptions&
 } // namespace
 
 TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", description) {
+    WorkerOptions& worker = _input.worker.emplace();
     addReplyInputOptions(line(), _input);
+    addWorkerOptions(line(), worker);
     addOutputOptions();
     addTrackingOptions();
     line().final_callback([this] {
@@ -406,6 +416,10 @@ int TrackCommand::run() {
     std::unique_ptr<LiveScreen> screen = openScreen();
     if (screen) {
         _options.tellSilent = false; // the table tells
+    }
+    if (isNetwork(_input)) {
+        _options.partitions = _input.worker->partitions;
+        _options.isMerged = true;
     }
     const std::optional<u64> start = startOf(_options, _input);
     TrackOutput display(_options, input.name(), isLive(_input), output, console);

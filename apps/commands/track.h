@@ -4,7 +4,7 @@
 #include "apps/commands/reply_input.h"
 #include "apps/terminal/live_screen.h"
 #include "apps/tracking/geo_point.h"
-#include "apps/tracking/tracking.h"
+#include "apps/tracking/partitioned_tracking.h"
 
 #include <ondrel/types.h>
 
@@ -20,6 +20,8 @@ class TrackRun;
 
 /// What to track, and what to show of it.
 struct TrackOptions {
+    Partitions partitions;                 ///< that are tracked
+    bool isMerged = false;                 ///< the replies of several sites, which may come late
     std::string sortKey = "address";       ///< of a column
     std::optional<u64> everyMs;            ///< show all aircraft each time
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long

@@ -31,13 +31,16 @@ TrackRun::TrackRun(const TrackOptions& options, std::optional<u64> startMs, Repl
                    TrackOutput& output, Console& console)
     : _options(options), _input(input), _output(output), _console(console),
       _stamping([this](const std::string& message) { report(message); }, startMs),
-      _tracking(options.altitudeCheck, options.greatestKnots) {
+      _tracking(options.partitions, options.altitudeCheck, options.greatestKnots) {
     if (options.pace) {
         _input.showCountOnly();
         _pace.emplace(*options.pace, [this] {
             _input.showCount();
             updateOutput();
         });
+    }
+    if (options.isMerged) {
+        _tracking.leaveOutLate();
     }
     if (options.keepAll) {
         _tracking.keepAll();
@@ -66,8 +69,17 @@ std::vector<TrackedAircraft> TrackRun::run() {
 }
 
 TrackRunCounts TrackRun::counts() const {
-    return {_tracking.counts(), _output.hidden(),      _stamping.doubted(), _stamping.refused(),
-            _stamping.unused(), _stamping.unstamped(), _duplicates,         _input.leftOut()};
+    const LeftOut leftOut = _input.leftOut();
+    return {_tracking.counts(),
+            _output.hidden(),
+            _stamping.doubted(),
+            _stamping.refused(),
+            _stamping.unused(),
+            _stamping.unstamped(),
+            _duplicates + leftOut.heardElsewhere,
+            _tracking.late(),
+            _tracking.ofOtherParts(),
+            leftOut};
 }
 
 /// Puts the next reply into `reply`, with its stamp, when its time has come.
@@ -131,7 +143,7 @@ std::string TrackRun::statusJson() const {
     whole("replies", _replies);
     status.decimal("replies_per_second", std::round(_repliesPerSecond));
     whole("tracked", tracking.tracked);
-    whole("heard_elsewhere", _duplicates);
+    whole("heard_elsewhere", counts().duplicates);
     whole("not_readable", _input.leftOut().unreadable);
     whole("positions_refused", tracking.positions.refused);
     whole("memory_kb", residentMemory() / 1024);
@@ -186,6 +198,9 @@ void TrackRun::take(const Reply& reply) {
     const ADSBTarget* aircraft = _tracking.take(message.get());
     if (several && aircraft != nullptr) {
         _heard.keep(reply.bytes, reply.source, *reply.stampMs);
+    }
+    if (reply.sites > 0 && aircraft != nullptr) {
+        _tracking.noteSites(*aircraft, reply.sites);
     }
     noteLosses();
     if (_output.keepsHistory() && aircraft != nullptr) {

@@ -7,8 +7,8 @@
 #include "apps/terminal/console.h"
 #include "apps/terminal/summaries.h"
 #include "apps/tracking/duplicate_filter.h"
+#include "apps/tracking/partitioned_tracking.h"
 #include "apps/tracking/track_history.h"
-#include "apps/tracking/tracking.h"
 
 #include <ondrel/types.h>
 
@@ -65,7 +65,7 @@ private:
     u64 _measuredReplies = 0; ///< up to then
     double _repliesPerSecond = 0;
     Stamping _stamping;
-    Tracking _tracking;
+    PartitionedTracking _tracking;
     TrackHistory _history;
     std::optional<Pace> _pace;
     std::optional<Periods> _checks;

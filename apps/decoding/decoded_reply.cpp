@@ -70,6 +70,9 @@ std::unique_ptr<const DFMessage> decodeReply(ModeSDecoder& decoder, const Reply&
     if (message != nullptr && reply.signalAmplitude != 0) {
         message->setSignalAmplitude(reply.signalAmplitude);
     }
+    if (message != nullptr && reply.grade) {
+        message->setConfidence(*reply.grade);
+    }
     // Every downlink message is a DFMessage.
     return std::unique_ptr<const DFMessage>(static_cast<const DFMessage*>(message));
 }

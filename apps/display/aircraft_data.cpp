@@ -121,6 +121,8 @@ std::vector<AircraftDatum> dataOf(const TrackedAircraft& t, const Showing& showi
          t.hasTrack() ? t.headingLastUpdate() : 0},
         {"vertical_rate_ft_min", "Vertical rate", "ft/min", motion, whole(t.verticalRateBaro()),
          rateTold, rateTold ? t.verticalRateBaroLastUpdate() : 0},
+        {"sites", "Sites", "", status, whole(t.notes.sites), t.notes.sites > 0,
+         t.notes.sites > 0 ? t.lastUpdate() : 0},
         {"signal_amplitude", "Signal amplitude", "", status, whole(t.signalAmplitude()),
          amplitudeTold, amplitudeTold ? t.signalAmplitudeLastUpdate() : 0},
         {"nucp", "NUCp", "", quality, whole(t.nucp()), t.nucpValid(), t.nucpLastUpdate(),

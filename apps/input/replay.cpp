@@ -13,6 +13,10 @@ bool Stamping::stamp(Reply& reply) {
     if (++_replies == 1) {
         begin(reply);
     }
+    if (_bySites) {
+        noteTime(*reply.stampMs);
+        return true;
+    }
     if (_byClock) {
         noteUnused(reply);
         _clocked = _clock();
@@ -37,6 +41,27 @@ bool Stamping::stamp(Reply& reply) {
     return true;
 }
 
+void Stamping::passTo(u64 timeMs) {
+    if (!begun()) {
+        return;
+    }
+    if (_bySites) {
+        _clocked = std::max(_clocked, timeMs - _behind);
+    } else if (_byClock) {
+        _clocked = timeMs;
+    } else {
+        _time.follow(timeMs);
+    }
+}
+
+/// Of a site.
+void Stamping::noteTime(u64 stampMs) {
+    if (stampMs > _clocked) {
+        _clocked = stampMs;
+        _behind = _clock() - std::min(_clock(), stampMs);
+    }
+}
+
 void Stamping::noteUnused(const Reply& reply) {
     if (reply.stampMs && ++_unused == 1) {
         _report("reply " + std::to_string(_replies) +
@@ -45,6 +70,7 @@ void Stamping::noteUnused(const Reply& reply) {
 }
 
 void Stamping::begin(const Reply& first) {
+    _bySites = first.sites > 0;
     _byClock = !first.stampMs;
     _byCounter = first.byCounter;
     if (_startMs && _byCounter) {

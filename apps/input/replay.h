@@ -20,6 +20,8 @@ namespace tolvarin::ondrel::client {
 ///    reply without a stamp, or with one that is doubted, gets the time of the run. A reply with a
 ///    stamp of the other kind, counter or seconds, is refused.
 ///  - If it has none, the clock stamps all replies.
+///  - If it comes from a network of sites, the stamps count as they are: each aircraft has its own
+///    order. The time of the run is that of the newest one.
 /// A stamp of 0 becomes 1, since the library takes 0 for "no stamp".
 class Stamping {
 public:
@@ -35,14 +37,10 @@ public:
     bool stamp(Reply& reply);
 
     /// Lets the time pass where no reply comes. It is in milliseconds since 1970.
-    void passTo(u64 timeMs) {
-        if (begun()) {
-            _byClock ? void(_clocked = timeMs) : void(_time.follow(timeMs));
-        }
-    }
+    void passTo(u64 timeMs);
 
     /// The time of the run.
-    u64 now() const { return _byClock ? _clocked : _time.now(); }
+    u64 now() const { return _byClock || _bySites ? _clocked : _time.now(); }
 
     /// Whether the last stamp moved the time of the run out of its course.
     bool jumped() const { return _jumped; }
@@ -62,6 +60,7 @@ public:
 private:
     void begin(const Reply& first);
     void noteRefused();
+    void noteTime(u64 stampMs);
     void noteUnused(const Reply& reply);
     u64 timeAfter(RunClock::Step step, u64 before, u64 stampMs);
     void reportDoubt(u64 stampMs);
@@ -75,8 +74,10 @@ private:
     bool _jumped = false;
     bool _wentBack = false;  ///< the time of the run, at least once
     bool _wentAhead = false; ///< the same
-    u64 _clocked = 0;
-    u64 _offset = 0; ///< from counter stamps to times, modulo 2^64
+    bool _bySites = false;
+    u64 _clocked = 0; ///< the time that does not follow single stamps
+    u64 _behind = 0;  ///< ms from the newest stamp of sites to the clock when it came
+    u64 _offset = 0;  ///< from counter stamps to times, modulo 2^64
     u64 _replies = 0;
     u64 _doubted = 0;
     u64 _unused = 0;

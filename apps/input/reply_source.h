@@ -14,12 +14,16 @@ namespace tolvarin::ondrel::client {
 
 /// What a source read so far beside replies.
 struct SourceCounts {
-    u64 unreadable = 0; ///< pieces that should hold a reply but cannot be read, such as lines
-    u64 modeAC = 0;     ///< Mode A/C replies, which are left out
+    u64 unreadable = 0;     ///< pieces that should hold a reply but cannot be read, such as lines
+    u64 modeAC = 0;         ///< Mode A/C replies, which are left out
+    u64 heardElsewhere = 0; ///< replies of sites that another site had too
+    u64 ahead = 0;          ///< replies of sites that are left out since their clock is wrong
 
     SourceCounts& operator+=(const SourceCounts& other) {
         unreadable += other.unreadable;
         modeAC += other.modeAC;
+        heardElsewhere += other.heardElsewhere;
+        ahead += other.ahead;
         return *this;
     }
 };

@@ -233,6 +233,7 @@ void carry(Form& form) {
     form.value("identity_type_code",
                part([](auto& t) -> auto& { return t.notes.identityTypeCode; }));
     form.value("altitude_source", part([](auto& t) -> auto& { return t.notes.altitudeSource; }));
+    form.value("sites", part([](auto& t) -> auto& { return t.notes.sites; }));
     form.list("told", part([](auto& t) -> auto& { return t.notes.altitudeTold; }),
               part([](auto& t) -> auto& { return t.notes.velocityTold; }),
               part([](auto& t) -> auto& { return t.notes.verticalRateTold; }),

@@ -33,6 +33,9 @@ std::string leftOutRows(const LeftOut& leftOut) {
     if (leftOut.modeAC > 0) {
         rows += countRow("Mode A/C replies", leftOut.modeAC);
     }
+    if (leftOut.ahead > 0) {
+        rows += countRow("of a wrong clock", leftOut.ahead);
+    }
     return rows;
 }
 
@@ -91,6 +94,12 @@ std::string trackSummary(const TrackRunCounts& counts) {
     if (counts.duplicates > 0) {
         table += countRow("  heard elsewhere", counts.duplicates, replies);
     }
+    if (counts.late > 0) {
+        table += countRow("  too late", counts.late, replies);
+    }
+    if (counts.ofOtherParts > 0) {
+        table += countRow("  of other partitions", counts.ofOtherParts, replies);
+    }
     table += countRow("aircraft", tracking.aircraft);
     table += countRow("  hidden", counts.hidden);
     table += countRow("killed", tracking.killed);
@@ -108,6 +117,22 @@ std::string trackSummary(const TrackRunCounts& counts) {
     if (counts.unstamped > 0) {
         table += countRow("replies unstamped", counts.unstamped);
     }
+    table += leftOutRows(counts.leftOut);
+    table.pop_back();
+    return table;
+}
+
+std::string feedSummary(const FeedRunCounts& counts) {
+    std::string table = countRow("replies read", counts.replies);
+    table += countRow("  refused", counts.refused, counts.replies);
+    table += countRow("  of grade None", counts.ungraded, counts.replies);
+    if (counts.duplicates > 0) {
+        table += countRow("  heard elsewhere", counts.duplicates, counts.replies);
+    }
+    table += countRow("  sent", counts.sent, counts.replies);
+    table += countRow("  dropped", counts.dropped, counts.replies);
+    table += countRow("  not sent", counts.notSent, counts.replies);
+    table += countRow("batches sent", counts.batches);
     table += leftOutRows(counts.leftOut);
     table.pop_back();
     return table;

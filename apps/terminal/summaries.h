@@ -14,9 +14,11 @@ namespace tolvarin::ondrel::client {
 
 /// What an input holds beside replies.
 struct LeftOut {
-    u64 unreadable = 0; ///< pieces that should hold a reply but cannot be read
-    u64 notShown = 0;   ///< of these, the ones whose report was not shown
-    u64 modeAC = 0;     ///< Mode A/C replies
+    u64 unreadable = 0;     ///< pieces that should hold a reply but cannot be read
+    u64 notShown = 0;       ///< of these, the ones whose report was not shown
+    u64 modeAC = 0;         ///< Mode A/C replies
+    u64 heardElsewhere = 0; ///< replies that another site had too
+    u64 ahead = 0;          ///< replies of sites whose clock is wrong
 };
 
 /// Counts what a run has decoded.
@@ -48,9 +50,26 @@ struct TrackRunCounts {
     u64 unusedStamps;  ///< since the clock stamps
     u64 unstamped;     ///< replies without a stamp in a recording with stamps
     u64 duplicates;    ///< replies that another source had too
+    u64 late;          ///< replies that are older than others of their aircraft
+    u64 ofOtherParts;  ///< replies of aircraft that another worker tracks
     LeftOut leftOut;
 };
 
 std::string trackSummary(const TrackRunCounts& counts);
+
+/// What a run of `ondrel feed` counted.
+struct FeedRunCounts {
+    u64 replies = 0;    ///< read
+    u64 refused = 0;    ///< by the decoder
+    u64 ungraded = 0;   ///< of grade None
+    u64 duplicates = 0; ///< replies that another source had too
+    u64 sent = 0;
+    u64 batches = 0; ///< in which they went
+    u64 dropped = 0; ///< since the backlog was full
+    u64 notSent = 0; ///< until the end
+    LeftOut leftOut;
+};
+
+std::string feedSummary(const FeedRunCounts& counts);
 
 } // namespace tolvarin::ondrel::client

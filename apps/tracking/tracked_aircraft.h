@@ -27,6 +27,8 @@ struct MessageNotes {
     bool verticalRateTold = false;
 
     AltitudeSource altitudeSource = Baro; ///< of the last altitude
+
+    u32 sites = 0; ///< of a network that heard the last message; 0: it came from no network
 };
 
 /// All that is shown of an aircraft: the report of its target, what the target holds beside its

@@ -78,6 +78,11 @@ public:
         return _notes[aircraft.trackId()];
     }
 
+    /// Notes how many sites heard the last message of an aircraft.
+    void noteSites(const ADSBTarget& aircraft, unsigned sites) {
+        _notes[aircraft.trackId()].sites = sites;
+    }
+
     /// The aircraft that made room for the last reply.
     const std::vector<TrackedAircraft>& madeRoom() const { return _madeRoom; }
 

@@ -128,6 +128,7 @@ TEST(AircraftData, ShowWhatWasSentAndWhen) {
         {"ground_speed_kt", "500.0", true, 7000, {}},
         {"track_deg", "36.9", true, 7000, {}},
         {"vertical_rate_ft_min", "-640", true, 7000, {}},
+        {"sites", "", false, 0, {}},
         {"signal_amplitude", "77", true, 12000, {}},
         {"nucp", "7", true, 12000, 11000},
         {"nucr", "1", false, 2000, 2000},

@@ -99,6 +99,20 @@ TEST(Stamping, TakesStampsOfOneKind) {
     EXPECT_EQ(reports.front().find("reply 2 has seconds since 1970"), 0U);
 }
 
+TEST(Stamping, LeavesStampsOfSitesAsTheyAre) {
+    u64 clock = start + 7000;
+    Stamping stamping([](const std::string&) {}, std::nullopt, [&clock] { return clock; });
+    for (const u64 stamp : {start, start + 900, start - 90000, start + 100}) {
+        Reply reply{"x", stamp};
+        reply.sites = 1;
+        EXPECT_TRUE(stamping.stamp(reply));
+        EXPECT_EQ(reply.stampMs, stamp);
+    }
+    EXPECT_EQ(stamping.now(), start + 900);
+    stamping.passTo(clock + 2000); // the clock was 6.1 s ahead of the newest stamp
+    EXPECT_EQ(stamping.now(), start + 2900);
+}
+
 TEST(Stamping, GivesACounterItsStart) {
     Stamping stamping([](const std::string&) {}, start);
     for (const u64 counter : {7000U, 6990U, 7005U}) {

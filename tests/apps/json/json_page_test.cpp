@@ -77,7 +77,10 @@ TEST(JsonPage, HasTheKeysOfAircraft) {
         if (message) {
             message->setSignalAmplitude(100);
         }
-        tracking.take(static_cast<const DFMessage*>(message.get()));
+        const ADSBTarget* updated = tracking.take(static_cast<const DFMessage*>(message.get()));
+        if (updated != nullptr) {
+            tracking.noteSites(*updated, 3);
+        }
         if (++count % 1000 == 0) {
             const Showing showing = {tracking.now(), 1, GeoPoint{50, 8}};
             for (const TrackedAircraft& aircraft : tracking.aircraft()) {

@@ -50,7 +50,7 @@ std::string everythingOf(const TrackedAircraft& t) {
         {t.heading(), t.headingValid(), t.headingLastUpdate()},
         {t.verticalRateBaro(), t.verticalRateBaroValid(), t.verticalRateBaroLastUpdate()},
         {t.signalAmplitude(), t.signalAmplitudeValid(), t.signalAmplitudeLastUpdate()},
-        {t.notes.identityTypeCode, t.notes.altitudeSource, t.notes.altitudeTold,
+        {t.notes.identityTypeCode, t.notes.altitudeSource, t.notes.sites, t.notes.altitudeTold,
          t.notes.velocityTold, t.notes.verticalRateTold, t.groundStatusTold},
         {t.nucp(), t.nucpValid(), t.nucpLastUpdate(), t.nucpLastChange()},
         {t.nucr(), t.nucrValid(), t.nucrLastUpdate(), t.nucrLastChange()},
@@ -78,7 +78,7 @@ const std::string everything =
     R"("squawk":[4095,false,6,7],"ground_status":[true,false,8,9],"spi":[true,true,10,11],)"
     R"("alert":[true,true,12,13],"capability":[7,14],"mops_version":[2,true,15,16],)"
     R"("position":[269.1,-0.1,true,17],"accepted_position":[-90.0,180.0,18],)"
-    R"("altitude_ft":[-2147483648,false,19],"altitude_source":1,)"
+    R"("altitude_ft":[-2147483648,false,19],"altitude_source":1,"sites":3,)"
     R"("ground_speed_kt":[0.30000000000000004,false,20],"track_deg":[359.9,false,21],)"
     R"("vertical_rate_ft_min":[2147483647,false,22],"signal_amplitude":[200,false,23],)"
     R"("told":[true,false,true,true],"nucp":[9,true,24,25],"nucr":[7,true,26,27],)"
@@ -103,7 +103,7 @@ const std::string everythingOfIt = R"([4735190,true,4294967295,1]
 [359.9,false,21]
 [2147483647,false,22]
 [200,false,23]
-[4,1,true,false,true,true]
+[4,1,3,true,false,true,true]
 [9,true,24,25]
 [7,true,26,27]
 [11,true,28,29]

@@ -25,7 +25,7 @@ TEST(Tracking, CountsAndKills) {
     const auto killed = tracked.tracking.killSilentFor(3300);
     ASSERT_EQ(killed.size(), 1U);
     EXPECT_EQ(killed.front().icaoAddress(), 0x40621DU);
-    EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3, 0, 0, 0, {4}}),
+    EXPECT_EQ(trackSummary({tracked.tracking.counts(), 1, 2, 3, 0, 0, 0, 0, 0, {4}}),
               "replies read                  9\n"
               "  tracked                     6   66.7 %\n"
               "aircraft                      2\n"

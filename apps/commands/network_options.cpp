@@ -1,0 +1,101 @@
+#include "apps/commands/network_options.h"
+
+#include "apps/commands/options.h"
+#include "apps/merging/reply_batch.h"
+
+#include <sstream>
+
+namespace tolvarin::ondrel::client {
+
+namespace {
+
+constexpr u64 longestRebuild = 60; // minutes; the store keeps fewer unless told
+
+/// "0-3/16"; nothing if the text is not of that form.
+std::optional<Partitions> partitionsOf(const std::string& text) {
+    constexpr unsigned usual = 8;
+    unsigned first = 0;
+    unsigned last = 0;
+    unsigned count = usual;
+    std::istringstream stream(text);
+    char dash = 0;
+    char slash = '/';
+    stream >> first >> dash >> last;
+    if (stream && stream.peek() != std::istringstream::traits_type::eof()) {
+        stream >> slash >> count;
+    }
+    const bool isWhole = stream && stream.peek() == std::istringstream::traits_type::eof();
+    if (!isWhole || dash != '-' || slash != '/' || first > last || last >= count ||
+        count > mostPartitions) {
+        return std::nullopt;
+    }
+    Partitions partitions{{}, count};
+    for (unsigned i = first; i <= last; ++i) {
+        partitions.numbers.push_back(i);
+    }
+    return partitions;
+}
+
+} // namespace
+
+void addServerOptions(CLI::App& command, MessageServer& server) {
+    const auto addFile = [&command](const char* name, std::optional<std::string>& file,
+                                    const char* help) {
+        return command.add_option(name, file, help)
+            ->type_name("FILE")
+            ->check(CLI::ExistingFile.description(""));
+    };
+    addFile("--credentials", server.credentials,
+            "How to log in at the message server: a credentials file\n"
+            "of its tools, or a file with the line USER:PASSWORD");
+    addFile("--tls-ca", server.authorities,
+            "Use TLS, and believe a message server whose certificate\n"
+            "is from one of these (PEM)");
+    CLI::Option* certificate = addFile("--tls-cert", server.certificate,
+                                       "Use TLS, and show this certificate to the message\n"
+                                       "server (PEM)");
+    CLI::Option* key = addFile("--tls-key", server.key, "The key of that certificate (PEM)");
+    certificate->needs(key);
+    key->needs(certificate);
+}
+
+void addWorkerOptions(CLI::App& command, WorkerOptions& worker) {
+    command
+        .add_option_function<std::string>(
+            "--partitions",
+            [&worker](const std::string& text) { worker.partitions = *partitionsOf(text); },
+            "From a message server: track these parts of all aircraft;\n"
+            "N: how many parts the sites make")
+        ->type_name("FIRST-LAST[/N]=0-7/8")
+        ->check(CLI::Validator(
+            [](const std::string& text) -> std::string {
+                return partitionsOf(text) ? "" : "expected FIRST-LAST[/N], not '" + text + "'";
+            },
+            ""));
+    command
+        .add_option("--worker", worker.name,
+                    "From a message server that stores replies: the name for\n"
+                    "which it keeps how far they were read")
+        ->type_name("NAME=worker")
+        ->check(siteName());
+    command
+        .add_option_function<u64>(
+            "--rebuild", [&worker](u64 minutes) { worker.rebuild = std::chrono::minutes(minutes); },
+            "From such a server: begin with the replies of so many\n"
+            "minutes, to fill the table")
+        ->type_name("MINUTES=5")
+        ->transform(wholeNumber(0, longestRebuild));
+    addServerOptions(command, worker.server);
+}
+
+CLI::Validator siteName() {
+    return CLI::Validator(
+        [](const std::string& name) -> std::string {
+            return isSiteName(name)
+                       ? ""
+                       : "expected 1 to 32 letters, digits, - and _, not '" + name + "'";
+        },
+        "");
+}
+
+} // namespace tolvarin::ondrel::client
