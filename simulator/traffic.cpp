@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
 #include <set>
 #include <utility>
@@ -88,6 +89,15 @@ int standingExtraMs(Task task, const AircraftState& state) {
     return task == Task::Position ? 4500 : (task == Task::Identification ? 5000 : 0);
 }
 
+std::uint64_t seedOf(const Receiver& receiver, std::uint64_t seed) {
+    constexpr double steps = 1e6; // of a degree
+    constexpr std::uint64_t spread = 0x9E3779B97F4A7C15;
+    for (const double angle : {receiver.place.latitude, receiver.place.longitude}) {
+        seed = (seed ^ static_cast<std::uint64_t>(std::llround(angle * steps))) * spread;
+    }
+    return seed;
+}
+
 } // namespace
 
 bool Traffic::Event::operator>(const Event& other) const {
@@ -95,6 +105,9 @@ bool Traffic::Event::operator>(const Event& other) const {
 }
 
 Traffic::Traffic(const TrafficOptions& options) : _options(options), _random(options.seed) {
+    if (options.receiver) {
+        _ofReceiver.emplace(seedOf(*options.receiver, options.seed));
+    }
     addInterrogators(std::min(options.interrogators, mostInterrogators));
     for (const Aircraft& aircraft : makeFleet(options, _random)) {
         addEmitter(aircraft);
@@ -112,7 +125,7 @@ std::optional<Reply> Traffic::next() {
         const AircraftState state = emitter.aircraft.state();
         scheduleNext(event, state);
         const std::string frame = hasReasonFor(event.task, state) ? transmit(event, state) : "";
-        if (!frame.empty() && _random.chance(_options.receptionShare)) {
+        if (!frame.empty() && isHeard(state)) {
             return received(event, frame, state);
         }
     }
@@ -245,10 +258,20 @@ std::string Traffic::militaryFrame() {
     return df19(content, application, noise(_random));
 }
 
+bool Traffic::isHeard(const AircraftState& state) {
+    if (!_ofReceiver) {
+        return _random.chance(_options.receptionShare);
+    }
+    const Receiver& receiver = *_options.receiver;
+    return _ofReceiver->chance(_options.receptionShare) &&
+           distanceNm(receiver.place, {state.latitude, state.longitude}) <= receiver.rangeNm;
+}
+
 Reply Traffic::received(const Event& event, const std::string& frame, const AircraftState& state) {
     const std::uint64_t timeMs = _options.startMs + event.timeMs;
-    const Damage damage = drawDamage(_options.damage, _random);
-    const std::string bytes = damaged(frame, damage, _random);
+    Random& random = _ofReceiver ? *_ofReceiver : _random;
+    const Damage damage = drawDamage(_options.damage, random);
+    const std::string bytes = damaged(frame, damage, random);
     if (damage == Damage::Noise) {
         return {timeMs, bytes, {}, Reply::noAircraft, damage, {}};
     }

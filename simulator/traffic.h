@@ -16,6 +16,13 @@
 
 namespace tolvarin::ondrel::simulator {
 
+/// One of several receivers of the same traffic. What it loses and what it damages follows from its
+/// place, so no two hear the same.
+struct Receiver {
+    GeoPoint place;
+    double rangeNm = 0; ///< it hears no emitter that is farther away
+};
+
 struct TrafficOptions : FleetOptions {
     unsigned seconds = 60;
     std::uint64_t seed = 1;
@@ -23,6 +30,7 @@ struct TrafficOptions : FleetOptions {
     unsigned interrogators = 8;            ///< radars around, at most 64
     double receptionShare = 1;             ///< probability that a reply is heard
     DamageShares damage;
+    std::optional<Receiver> receiver; ///< without one, all emitters are heard
 };
 
 struct Reply {
@@ -94,10 +102,12 @@ private:
     std::string airAir(const Event& event, const AircraftState& state);
     bool hasNeighbour(std::size_t emitter) const;
     std::string militaryFrame();
+    bool isHeard(const AircraftState& state);
     Reply received(const Event& event, const std::string& frame, const AircraftState& state);
 
     TrafficOptions _options;
     Random _random;
+    std::optional<Random> _ofReceiver; ///< random numbers of the receiver, if there is one
     std::vector<Interrogator> _interrogators;
     std::vector<Emitter> _emitters;
     std::priority_queue<Event, std::vector<Event>, std::greater<>> _events;

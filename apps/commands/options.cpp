@@ -46,6 +46,17 @@ CLI::Validator range(const std::string& kind, Number low, Number high) {
     return CLI::Validator(check, "");
 }
 
+/// Without blanks around it and the sign of a positive number.
+std::string bareNumber(const std::string& text) {
+    const std::size_t begin = text.find_first_not_of(" \t");
+    if (begin == std::string::npos) {
+        return "";
+    }
+    const std::string bare = text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
+    const bool signedDigit = bare.size() > 1 && bare[0] == '+' && bare[1] >= '0' && bare[1] <= '9';
+    return bare.substr(signedDigit ? 1 : 0);
+}
+
 } // namespace
 
 CLI::Validator wholeNumber(u64 low, u64 high) {
@@ -54,6 +65,25 @@ CLI::Validator wholeNumber(u64 low, u64 high) {
 
 CLI::Validator number(double low, double high) {
     return range("a number", low, high);
+}
+
+CLI::Validator place() {
+    const auto check = [](const std::string& text) -> std::string {
+        const std::size_t comma = text.find(',');
+        if (comma == std::string::npos) {
+            return "expected LAT,LON in degrees, not '" + text + "'";
+        }
+        std::string latitude = bareNumber(text.substr(0, comma));
+        std::string longitude = bareNumber(text.substr(comma + 1));
+        const std::string error = number(-90, 90)(latitude);
+        return error.empty() ? number(-180, 180)(longitude) : error;
+    };
+    return CLI::Validator(check, "");
+}
+
+GeoPoint placeOf(const std::string& text) {
+    // Blanks and a plus sign before a number are skipped.
+    return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
 }
 
 CLI::Validator addressAndPort() {

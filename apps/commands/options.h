@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/tracking/geo_point.h"
+
 #include <CLI/CLI.hpp>
 #include <ondrel/types.h>
 
@@ -14,6 +16,12 @@ CLI::Validator wholeNumber(u64 low, u64 high);
 
 /// Accepts a finite number in decimal digits from `low` to `high`, both included.
 CLI::Validator number(double low, double high);
+
+/// Accepts LAT,LON in degrees.
+CLI::Validator place();
+
+/// The place that such a text tells.
+GeoPoint placeOf(const std::string& text);
 
 /// Accepts where to serve: ADDRESS:PORT, for hostAndPort().
 CLI::Validator addressAndPort();

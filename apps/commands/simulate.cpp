@@ -53,6 +53,11 @@ const std::map<std::string, RecordingForm> forms = {{"seconds", RecordingForm::S
                                                     {"bare", RecordingForm::Bare},
                                                     {"binary", RecordingForm::Binary}};
 
+/// Options without which the recording is that of no place.
+bool isOfReceiver(const std::string& option) {
+    return option == "--receiver" || option == "--range";
+}
+
 CLI::Validator share() {
     return number(0, 1);
 }
@@ -75,6 +80,7 @@ SimulateCommand::SimulateCommand(CLI::App& program) : Command(program, "simulate
     addRecordingOptions();
     addFleetOptions();
     addReceptionOptions();
+    addReceiverOptions();
     line().footer(footer);
 }
 
@@ -159,6 +165,26 @@ void SimulateCommand::addReceptionOptions() {
         ->check(share());
 }
 
+void SimulateCommand::addReceiverOptions() {
+    const auto setPlace = [this](const std::string& text) {
+        const GeoPoint place = placeOf(text);
+        _receiver.place = {place.latitude, place.longitude};
+        _hasReceiver = true;
+    };
+    CLI::Option* receiver = line().add_option_function<std::string>(
+        "--receiver", setPlace,
+        "Hear the traffic at this place. If all else is the same,\n"
+        "receivers at several places hear the same traffic, each\n"
+        "with losses and damage of its own");
+    receiver->type_name("LAT,LON")->check(place());
+    line()
+        .add_option("--range", _receiver.rangeNm,
+                    "With --receiver: how far it hears, in nautical miles")
+        ->type_name("NM")
+        ->check(number(1, halfWayRoundNm))
+        ->needs(receiver);
+}
+
 int SimulateCommand::run() {
     return _serve ? serve() : write();
 }
@@ -231,6 +257,9 @@ simulator::TrafficOptions SimulateCommand::options() const {
     simulator::TrafficOptions options = _traffic;
     options.startMs = _startSeconds * 1000;
     options.damage = damageShares(_damage);
+    if (_hasReceiver) {
+        options.receiver = _receiver;
+    }
     return options;
 }
 
@@ -239,7 +268,8 @@ std::string SimulateCommand::commandLine() {
     std::string text = "ondrel simulate";
     for (const CLI::Option* option : line().get_options()) {
         const std::string name = option->get_name();
-        if (name == "--help" || name == "--output" || name == "--serve" || name == "--pace") {
+        if (name == "--help" || name == "--output" || name == "--serve" || name == "--pace" ||
+            (isOfReceiver(name) && !_hasReceiver)) {
             continue;
         }
         if (option->get_items_expected() == 0) {

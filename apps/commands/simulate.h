@@ -24,6 +24,7 @@ private:
     void addRecordingOptions();
     void addFleetOptions();
     void addReceptionOptions();
+    void addReceiverOptions();
 
     int write();
     int serve();
@@ -32,6 +33,8 @@ private:
     std::string commandLine();
 
     simulator::TrafficOptions _traffic; ///< without start time and damage
+    simulator::Receiver _receiver{{}, 150}; ///< if there is one
+    bool _hasReceiver = false;
     u64 _startSeconds = _traffic.startMs / 1000;
     double _damage = 0.1;
     std::string _form = "seconds";

@@ -156,35 +156,6 @@ AltitudeCheck altitudeCheck(const std::string& text) {
     return {numberAt(0), numberAt(text.find(',') + 1)};
 }
 
-/// Without blanks around it and the sign of a positive number.
-std::string bareNumber(const std::string& text) {
-    const std::size_t begin = text.find_first_not_of(" \t");
-    if (begin == std::string::npos) {
-        return "";
-    }
-    const std::string bare = text.substr(begin, text.find_last_not_of(" \t") + 1 - begin);
-    const bool signedDigit = bare.size() > 1 && bare[0] == '+' && bare[1] >= '0' && bare[1] <= '9';
-    return bare.substr(signedDigit ? 1 : 0);
-}
-
-/// What is wrong with the text of a place; empty if nothing is.
-std::string placeError(const std::string& text) {
-    const std::size_t comma = text.find(',');
-    if (comma == std::string::npos) {
-        return "expected LAT,LON in degrees, not '" + text + "'";
-    }
-    std::string latitude = bareNumber(text.substr(0, comma));
-    std::string longitude = bareNumber(text.substr(comma + 1));
-    const std::string error = number(-90, 90)(latitude);
-    return error.empty() ? number(-180, 180)(longitude) : error;
-}
-
-/// The text has passed placeError().
-GeoPoint placeOf(const std::string& text) {
-    // Blanks and a plus sign before a number are skipped.
-    return {std::stod(text), std::stod(text.substr(text.find(',') + 1))};
-}
-
 /// Browsers compare an origin letter by letter with the one that they send, which has small letters
 /// and no path.
 bool isOrigin(const std::string& text) {
@@ -313,7 +284,7 @@ void TrackCommand::addOutputOptions() {
             "positive: adds the distance of each aircraft, and the\n"
             "receiver and circles of distance to the map")
         ->type_name("LAT,LON")
-        ->check(CLI::Validator(placeError, ""));
+        ->check(place());
     addSeconds(line(), "--every", _options.everyMs,
                "Also show the aircraft at each such interval of the\n"
                "recording");

@@ -262,6 +262,8 @@ refuse 2 "ondrel decode: --mops: 3 not in .*" decode --mops 3 forms.txt
 refuse 2 "ondrel decode: --confidence: best not in .*" decode --confidence best forms.txt
 refuse 2 "ondrel simulate: --form: x not in .*" simulate --form x
 refuse 2 "ondrel simulate: --seed: expected a whole number from 0 .*, not '-1'" simulate --seed -1
+refuse 2 "ondrel simulate: --receiver: expected LAT,LON in degrees, not '5'" simulate --receiver 5
+refuse 2 "ondrel simulate: --range requires --receiver" simulate --range 5
 for share in 1.1 -0.1 nan inf x 0x1 ""; do
     refuse 2 "ondrel simulate: --damage: expected a number from 0 to 1, not '$share'" \
         simulate --damage "$share"

@@ -6,10 +6,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bitset>
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace tolvarin::ondrel::simulator;
@@ -132,6 +134,34 @@ TEST(Traffic, DamageHasTheSharesOfTheOptions) {
     options.receptionShare = 0.25;
     const double heard = static_cast<double>(all(options).size());
     EXPECT_NEAR(heard / static_cast<double>(replies.size()), 0.25, 0.02);
+}
+
+TEST(Traffic, ReceiversHearTheirPartsOfTheSameTraffic) {
+    TrafficOptions options;
+    options.aircraft = 60;
+    options.receiver = {options.centre, 10800};         // hears all
+    using Sent = std::pair<std::uint64_t, std::string>; // when, and what
+    std::set<Sent> traffic;
+    for (const Reply& reply : all(options)) {
+        traffic.insert({reply.timeMs, reply.sent});
+    }
+    options.receptionShare = 0.5;
+    options.damage.oneBit = 0.2;
+    const double sent = static_cast<double>(traffic.size());
+    std::vector<std::set<Sent>> heard;
+    for (const GeoPoint place : {GeoPoint{50, 8}, GeoPoint{50, 9}}) {
+        options.receiver = {place, 100};
+        heard.emplace_back();
+        for (const Reply& reply : all(options)) {
+            ASSERT_EQ(traffic.count({reply.timeMs, reply.sent}), 1U);
+            ASSERT_LE(distanceNm(place, {reply.truth.latitude, reply.truth.longitude}), 100);
+            heard.back().insert({reply.timeMs, reply.sent});
+        }
+    }
+    const auto both = std::count_if(heard[0].begin(), heard[0].end(),
+                                    [&](const Sent& one) { return heard[1].count(one) == 1; });
+    EXPECT_GT(both, sent / 20);
+    EXPECT_LT(both, static_cast<double>(heard[0].size()) * 0.6) << "each has losses of its own";
 }
 
 TEST(Traffic, FleetHasTheAreaAndSharesOfTheOptions) {
