@@ -21,10 +21,10 @@ std::optional<Partitions> partitionsOf(const std::string& text) {
     char dash = 0;
     char slash = '/';
     stream >> first >> dash >> last;
-    if (stream && stream.peek() != std::istringstream::traits_type::eof()) {
+    if (stream && !stream.eof()) {
         stream >> slash >> count;
     }
-    const bool isWhole = stream && stream.peek() == std::istringstream::traits_type::eof();
+    const bool isWhole = stream && stream.eof();
     if (!isWhole || dash != '-' || slash != '/' || first > last || last >= count ||
         count > mostPartitions) {
         return std::nullopt;
