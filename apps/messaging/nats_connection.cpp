@@ -187,7 +187,10 @@ NatsConnection::NatsConnection(const MessageServer& server, const std::string& c
     }
     const natsStatus status = natsConnection_Connect(&_connection, made);
     if (status == NATS_NOT_YET_CONNECTED) {
-        _report("no answer; trying again each second");
+        const char* reason = nullptr;
+        natsConnection_GetLastError(_connection, &reason);
+        const bool isKnown = reason != nullptr && *reason != '\0';
+        _report(std::string(isKnown ? reason : "no answer") + "; trying again each second");
         return;
     }
     throwIf(status, what);
@@ -209,16 +212,18 @@ NatsConnection::~NatsConnection() {
 bool NatsConnection::poll() {
     std::vector<std::string> news;
     bool isConnected = false;
+    bool isClosed = false;
     {
         const std::lock_guard<std::mutex> lock(_events->mutex);
         news.swap(_events->news);
         isConnected = _events->isConnected;
-        if (_events->isClosed) {
-            throw Failure("the message server ended the connection for good");
-        }
+        isClosed = _events->isClosed;
     }
     for (const std::string& text : news) {
         _report(text);
+    }
+    if (isClosed) {
+        throw Failure("the message server ended the connection for good");
     }
     return isConnected;
 }
