@@ -127,19 +127,19 @@ private:
         }
         _connections = _server.connections();
         _nextAttempt = now + betweenAttempts;
-        prepare();
+        prepare(isNew);
     }
 
-    void prepare() {
+    void prepare(bool isNewConnection) {
         const StreamAnswer answer = openReplyStream(_server);
         if (answer.state == StreamState::Unknown) {
             reportOnce(answer.reason);
         } else if (answer.state == StreamState::NoStore) {
             beginPlain();
-        } else if (!_isRebuilt) {
-            beginRebuilding();
-        } else {
+        } else if (_isRebuilt) {
             follow();
+        } else if (isNewConnection || _phase != Phase::Rebuilding) {
+            beginRebuilding();
         }
         if (_phase != Phase::Waiting) {
             _nextAttempt = Clock::now() + betweenChecks;
@@ -200,6 +200,7 @@ private:
     void beginRebuilding() {
         _incoming.clear();
         _rebuilding.clear();
+        _phase = Phase::Waiting;
         const std::string inbox = NatsConnection::newInbox();
         if (!listen(inbox)) {
             return;
@@ -209,6 +210,10 @@ private:
                 _server.ask("CONSUMER.INFO." + replyStream + "." + consumerName(partition), json());
             if (!before) {
                 reportOnce("the store does not answer");
+                return;
+            }
+            if (isTaken(*before)) {
+                sayTaken(partition);
                 return;
             }
             const u64 delivered = deliveredUpTo(*before);
@@ -255,9 +260,9 @@ private:
                     return;
                 }
             } else if (!isListening && isTaken(*info)) {
-                reportOnce("another worker with the name " + _options.name + " reads partition " +
-                           std::to_string(partition) + "; waiting until it ends");
+                sayTaken(partition);
                 _incoming.clear();
+                _isRebuilt = false; // the other one takes what comes meanwhile
                 return;
             }
         }
@@ -273,6 +278,11 @@ private:
         _phase = Phase::Following;
         reportOnce("following " + std::to_string(_options.partitions.numbers.size()) +
                    " partitions as " + _options.name);
+    }
+
+    void sayTaken(unsigned partition) {
+        reportOnce("another worker with the name " + _options.name + " reads partition " +
+                   std::to_string(partition) + "; waiting until it ends");
     }
 
     std::string deliverSubject(unsigned partition) const {
