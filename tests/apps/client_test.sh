@@ -532,7 +532,7 @@ refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
     track --pace 1 tcp://127.0.0.1:1
 
 if "$client" --version | grep -q Asio; then
-    "$client" simulate --serve 127.0.0.1:0 --seconds 40 --pace 10 --damage 0 --form binary \
+    "$client" simulate --serve 127.0.0.1:0 --seconds 5 --aircraft 100 --damage 0 --form binary \
         2>feed.log &
     server=$!
     until grep -qs '^serving' feed.log; do sleep 0.05; done
