@@ -18,29 +18,29 @@ std::optional<unsigned> SeenBatches::siteOf(const ReplyBatch& batch) {
     return site;
 }
 
-bool SeenBatches::note(unsigned number, const ReplyBatch& batch) {
-    Site& site = _sites[number];
-    if (batch.started > site.started) {
-        site = {std::move(site.name), batch.started, 0, {}};
+bool SeenBatches::note(unsigned site, const ReplyBatch& batch) {
+    Site& known = _sites[site];
+    if (batch.started > known.started) {
+        known = {std::move(known.name), batch.started, 0, {}};
     }
     // Those of an earlier start, and those too far back to be known, may come twice.
-    if (batch.started < site.started || batch.number + window <= site.newest) {
+    if (batch.started < known.started || batch.number + window <= known.newest) {
         return true;
     }
-    if (batch.number > site.newest) {
-        if (batch.number - site.newest >= window) {
-            site.seen.reset();
+    if (batch.number > known.newest) {
+        if (batch.number - known.newest >= window) {
+            known.seen.reset();
         } else {
-            for (u64 i = site.newest + 1; i <= batch.number; ++i) {
-                site.seen.reset(i % window);
+            for (u64 i = known.newest + 1; i <= batch.number; ++i) {
+                known.seen.reset(i % window);
             }
         }
-        site.newest = batch.number;
+        known.newest = batch.number;
     }
-    if (site.seen.test(batch.number % window)) {
+    if (known.seen.test(batch.number % window)) {
         return false;
     }
-    site.seen.set(batch.number % window);
+    known.seen.set(batch.number % window);
     return true;
 }
 

@@ -23,7 +23,6 @@ constexpr std::int64_t betweenConnectsMs = 1000;
 constexpr std::int64_t betweenPingsMs = 10000;
 constexpr std::int64_t longestWriteMs = 5000;
 constexpr std::int64_t answerMs = 2000;
-constexpr std::int64_t noTimeout = 0;
 constexpr int mostPingsOut = 2;
 constexpr std::int64_t mostPending = std::int64_t{256} << 20U; // bytes that wait to be taken
 constexpr std::size_t longestSecret = 4096;

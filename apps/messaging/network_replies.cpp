@@ -40,9 +40,9 @@ constexpr int mostUnacknowledged = 1024; // batches of a partition
 
 class NetworkReplies::Worker {
 public:
-    Worker(const WorkerOptions& options, const SourceEvents& events)
-        : _options(options), _events(events),
-          _server(options.server, "ondrel track " + options.name,
+    Worker(WorkerOptions options, SourceEvents events)
+        : _options(std::move(options)), _events(std::move(events)),
+          _server(_options.server, "ondrel track " + _options.name,
                   [this](const std::string& text) { report(text); }) {}
 
     Got next(Reply& reply) {

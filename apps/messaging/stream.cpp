@@ -43,25 +43,24 @@ u64 numberAt(const json& object, const json::json_pointer& place) {
 
 StreamAnswer openStream(NatsConnection& server, const json& settings) {
     const std::string name = settings.at("name");
-    for (const std::string command : {"STREAM.INFO.", "STREAM.CREATE."}) {
-        const auto answer =
-            server.ask(command + name, command == "STREAM.INFO." ? json() : settings);
-        if (!answer) {
-            return {StreamState::Unknown,
-                    "the store does not answer; may this user ask $JS.API." + command + name + "?"};
-        }
-        const int code = errorCode(*answer);
-        if (answer->is_null() || code == NotEnabled || code == NotEnabledForAccount) {
-            return {StreamState::NoStore, ""};
-        }
-        if (!answer->contains("error")) {
-            return {StreamState::Ready, ""};
-        }
-        if (code != NoStream || command != "STREAM.INFO.") {
-            return {StreamState::Unknown, "the store says: " + storeError(*answer)};
-        }
+    std::string question = "STREAM.INFO." + name;
+    auto answer = server.ask(question, json());
+    if (answer && errorCode(*answer) == NoStream) {
+        question = "STREAM.CREATE." + name;
+        answer = server.ask(question, settings);
     }
-    return {StreamState::Unknown, ""};
+    if (!answer) {
+        return {StreamState::Unknown,
+                "the store does not answer; may this user ask $JS.API." + question + "?"};
+    }
+    const int code = errorCode(*answer);
+    if (answer->is_null() || code == NotEnabled || code == NotEnabledForAccount) {
+        return {StreamState::NoStore, ""};
+    }
+    if (answer->contains("error")) {
+        return {StreamState::Unknown, "the store says: " + storeError(*answer)};
+    }
+    return {StreamState::Ready, ""};
 }
 
 } // namespace
