@@ -19,7 +19,9 @@ def say(text):
 
 
 def show(network, seconds):
-    """The table of all aircraft, of a program of its own."""
+    """The table of all aircraft."""
+    # THE VIEWER COMES HERE: [network.ondrel, "track", network.url, "--view", "--credentials",
+    # network.path("viewer"), "--min-messages", "1"]. Until then a third worker shows them.
     table = subprocess.Popen(
         [network.ondrel, "track", network.url, "--worker", "table",
          "--credentials", network.path("worker1"), "--min-messages", "1"]

@@ -7,6 +7,7 @@ heard.
 With SECONDS, workers, server and sites are killed at random for so long, over and over. One line
 for each check; the status is 1 if one failed."""
 
+import os
 import random
 import re
 import signal
@@ -15,7 +16,7 @@ import subprocess
 import sys
 import time
 
-from network import PLACES, WORKERS, Client, Network, wait_for
+from network import CONFIGURATION, PLACES, ROOT, WORKERS, Client, Network, wait_for
 
 failures = 0
 
@@ -24,6 +25,13 @@ def check(what, good, otherwise=""):
     global failures
     failures += 0 if good else 1
     print("ok    " if good else "FAILED", what, "" if good else f"({otherwise})", flush=True)
+
+
+def check_page():
+    with open(CONFIGURATION, encoding="utf-8") as file:
+        configuration = file.read()
+    with open(os.path.join(ROOT, "docs", "many_receivers.md"), encoding="utf-8") as file:
+        check("docs/many_receivers.md shows the configuration", configuration in file.read())
 
 
 def check_permissions(network):
@@ -132,6 +140,7 @@ def kill_at_random(network, sites, seconds):
 
 
 def run(network, seconds):
+    check_page()
     network.start_server()
     sites = Sites(network)
     network.start_receivers()
