@@ -32,7 +32,7 @@ private:
     simulator::TrafficOptions options() const;
     std::string commandLine();
 
-    simulator::TrafficOptions _traffic; ///< without start time and damage
+    simulator::TrafficOptions _traffic;     ///< without start time and damage
     simulator::Receiver _receiver{{}, 150}; ///< if there is one
     bool _hasReceiver = false;
     u64 _startSeconds = _traffic.startMs / 1000;
