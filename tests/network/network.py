@@ -9,6 +9,7 @@ import shutil
 import signal
 import socket
 import subprocess
+import sys
 import tempfile
 import time
 
@@ -36,6 +37,12 @@ def wait_for(what, condition, seconds=20):
             return result
         time.sleep(0.05)
     raise TimeoutError(f"{what}: not within {seconds} seconds")
+
+
+def end_in_order():
+    """Lets a signal from outside end this program as an error does: what was started ends too."""
+    for one in (signal.SIGTERM, signal.SIGHUP):
+        signal.signal(one, lambda *_: sys.exit(1))
 
 
 class Network:

@@ -7,11 +7,10 @@ On a terminal, the table refreshes until it is left with q. Elsewhere it is show
 unless told."""
 
 import os
-import signal
 import subprocess
 import sys
 
-from network import PLACES, WORKERS, Network
+from network import PLACES, WORKERS, Network, end_in_order
 
 
 def say(text):
@@ -35,7 +34,7 @@ def show(network, seconds):
 
 def main():
     seconds = float(sys.argv[2]) if len(sys.argv) > 2 else 20
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    end_in_order()
     with Network(sys.argv[1]) as network:
         network.start_server()
         say(f"{network.url}: nats-server, with examples/message_server.conf")

@@ -16,7 +16,7 @@ import subprocess
 import sys
 import time
 
-from network import CONFIGURATION, PLACES, ROOT, WORKERS, Client, Network, wait_for
+from network import CONFIGURATION, PLACES, ROOT, WORKERS, Client, Network, end_in_order, wait_for
 
 failures = 0
 
@@ -200,8 +200,7 @@ def check_bad_batches(network, bad):
 
 def main():
     seconds = float(sys.argv[2]) if len(sys.argv) > 2 else 0
-    # An end from outside also ends what was started.
-    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    end_in_order()
     with Network(sys.argv[1]) as network:
         try:
             run(network, seconds)
