@@ -6,6 +6,7 @@
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
 #include "apps/common/text.h"
+#include "apps/input/unpacked_file.h"
 #include "apps/messaging/message_server.h"
 #include "apps/network/feeds.h"
 #include "apps/terminal/live_screen.h"
@@ -76,17 +77,19 @@ private:
 
 /// "with zlib, Asio; without ncurses, libmicrohttpd"
 std::string libraries() {
-    std::string with = "with zlib";
+    std::string with;
     std::string without;
     const auto add = [&](bool isIn, const std::string& name) {
         std::string& list = isIn ? with : without;
-        list += (list.empty() ? "; without " : ", ") + name;
+        list += (list.empty() ? "" : ", ") + name;
     };
+    add(canUnpack(), "zlib");
     add(canConnect(), "Asio");
     add(hasLiveScreen(), "ncurses");
     add(canServeHttp(), "libmicrohttpd");
     add(canMessage(), "libnats");
-    return with + without;
+    return (with.empty() ? "" : "with " + with) + (with.empty() || without.empty() ? "" : "; ") +
+           (without.empty() ? "" : "without " + without);
 }
 
 int runChosen(const std::vector<Command*>& commands) {

@@ -50,6 +50,10 @@ struct UnpackedFile::Gzip {
     bool within = true; ///< a member, not between two or behind the last one
 };
 
+bool canUnpack() {
+    return true;
+}
+
 UnpackedFile::UnpackedFile(File file) : _file(std::move(file)) {}
 
 UnpackedFile::~UnpackedFile() = default;

@@ -9,6 +9,9 @@
 
 namespace tolvarin::ondrel::client {
 
+/// Whether the program was built with zlib. Without it, files that are packed give an InputFailure.
+bool canUnpack();
+
 /// The bytes of a file. Gzip data (RFC 1952), one member or several, are recognised by their first
 /// bytes and unpacked in constant memory.
 class UnpackedFile {

@@ -7,6 +7,10 @@
 
 namespace tolvarin::ondrel::client {
 
+bool canPack() {
+    return true;
+}
+
 std::string gzip(const std::string& text) {
     constexpr int gzipFormat = 16; // added to the size of the window
     constexpr int memory = 8;      // zlib's usual one

@@ -4,7 +4,10 @@
 
 namespace tolvarin::ondrel::client {
 
-/// The text as gzip data (RFC 1952).
+/// Whether the program was built with zlib.
+bool canPack();
+
+/// The text as gzip data (RFC 1952), if canPack().
 std::string gzip(const std::string& text);
 
 } // namespace tolvarin::ondrel::client

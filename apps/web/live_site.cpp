@@ -140,7 +140,7 @@ HttpAnswer LiveSite::contentOf(const HttpRequest& request) {
         return answer; // not kept: there are any number of such paths
     }
     rendered->plain.emplace(path, answer);
-    if (!request.takesGzip) {
+    if (!request.takesGzip || !canPack()) {
         return answer;
     }
     HttpAnswer& packed = rendered->packed[path];
