@@ -44,8 +44,8 @@ Exit status:
   2    the command line is wrong
   130  interrupted, and all replies were sent)";
 
-constexpr u64 longestBatchMs = 60000;
-constexpr u64 mostBacklog = 4096; // mebibytes
+constexpr u64 longestBatchMs = 800; // a worker waits a second for older replies
+constexpr u64 mostBacklog = 4096;   // mebibytes
 constexpr u64 mebibyte = u64{1} << 20U;
 constexpr milliseconds toFinish(5000);
 

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <map>
+#include <system_error>
 #include <unistd.h>
 
 namespace tolvarin::ondrel::client {
@@ -40,6 +42,12 @@ void addLogOption(CLI::App& command, ReplyInputOptions& options) {
         ->check(CLI::IsMember(logLevels).description(""));
 }
 
+/// Whether both paths lead to one file.
+bool isSameFile(const std::string& one, const std::string& other) {
+    std::error_code error; // where one of them is not there
+    return one == other || std::filesystem::equivalent(one, other, error);
+}
+
 /// The same for a message server.
 std::string networkError(const ReplyInputOptions& options) {
     if (!options.worker) {
@@ -67,7 +75,7 @@ std::string sourcesError(const ReplyInputOptions& options) {
         if (isFeed(name) && !feedAddress(name)) {
             return "expected tcp://HOST:PORT, not '" + name + "'";
         }
-        if (options.record == name) {
+        if (options.record && isSameFile(*options.record, name)) {
             return "--record would write over '" + name + "'";
         }
         if (name == "-" && names.size() > 1) {
@@ -229,6 +237,9 @@ ReplySource::Got ReplyInput::next(Reply& reply) {
             record(reply);
         }
     } else if (got == ReplySource::Got::Nothing) {
+        if (_record) {
+            _record->flush(); // so that a sudden end loses little
+        }
         showCount();
     }
     return got;

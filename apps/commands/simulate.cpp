@@ -47,11 +47,10 @@ constexpr double halfWayRoundNm = 10800;
 constexpr std::chrono::milliseconds betweenSends(10);
 constexpr std::chrono::milliseconds toFinish(200); // for the last bytes to go out
 
-const std::map<std::string, RecordingForm> forms = {{"seconds", RecordingForm::Seconds},
-                                                    {"ticks", RecordingForm::Ticks},
-                                                    {"star", RecordingForm::Frame},
-                                                    {"bare", RecordingForm::Bare},
-                                                    {"binary", RecordingForm::Binary}};
+const std::map<std::string, RecordingForm> forms = {
+    {"seconds", RecordingForm::Seconds}, {"ticks", RecordingForm::Ticks},
+    {"star", RecordingForm::Frame},      {"bare", RecordingForm::Bare},
+    {"binary", RecordingForm::Binary},   {"text", RecordingForm::Ticks}};
 
 /// Options without which the recording is that of no place.
 bool isOfReceiver(const std::string& option) {

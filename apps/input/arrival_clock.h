@@ -2,14 +2,13 @@
 
 #include <ondrel/types.h>
 
-#include <algorithm>
 #include <optional>
 
 namespace tolvarin::ondrel::client {
 
 /// Gives the replies of a live feed their times: the time of arrival, but without its delays, as
-/// far as the receiver's stamps tell. The first stamp is anchored to its arrival; a stamp that is
-/// then more than a second away from its arrival is anchored anew.
+/// far as the receiver's stamps tell. A stamp is anchored to the arrival that was the least late:
+/// no reply comes before it was received. One that is more than a second late is anchored anew.
 class ArrivalClock {
 public:
     static constexpr u64 furthestDrift = 1000; ///< ms
@@ -20,7 +19,7 @@ public:
             return arrivalMs;
         }
         const u64 time = *receiverMs + _zero;
-        if (std::max(time, arrivalMs) - std::min(time, arrivalMs) > furthestDrift) {
+        if (time > arrivalMs || arrivalMs - time > furthestDrift) {
             _zero = arrivalMs - *receiverMs;
             return arrivalMs;
         }

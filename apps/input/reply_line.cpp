@@ -202,7 +202,9 @@ Problem readMarked(std::string_view line, ReceiverCounter& counter, Reply& reply
     if (auto problem = readNumber(digits.substr(0, counterDigits), number)) {
         return problem;
     }
-    reply.stampMs = counter.milliseconds(number);
+    if (number != 0) { // 0 is no time
+        reply.stampMs = counter.milliseconds(number);
+    }
     reply.byCounter = reply.stampMs.has_value();
     digits.remove_prefix(counterDigits);
     if (hasSignal) {

@@ -37,7 +37,7 @@ bool hasSquitters(const TrackedAircraft& aircraft) {
 }
 
 void addAltitude(JsonObject& object, const TrackedAircraft& t, const Showing& showing) {
-    if (t.groundStatusTold && t.groundStatus()) {
+    if (t.groundStatusTold && t.groundStatus() && !isOld(t.groundStatusLastUpdate(), showing)) {
         object.words("alt_baro", "ground");
     } else if (t.notes.altitudeTold && !isOld(t.altitudeBaroLastUpdate(), showing)) {
         object.whole("alt_baro", t.altitudeBaro());

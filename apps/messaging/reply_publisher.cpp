@@ -22,8 +22,7 @@ using std::chrono::milliseconds;
 using std::chrono::seconds;
 using Clock = std::chrono::steady_clock;
 
-constexpr milliseconds longestPause(100); // between two polls
-constexpr milliseconds shortestPause(5);
+constexpr milliseconds shortestPause(5);    // between two polls
 constexpr seconds longestAnswer(5);         // then a batch is sent again
 constexpr seconds betweenQuestions(5);      // to a server whose store is not known
 constexpr std::size_t mostUnanswered = 256; // batches
@@ -59,13 +58,14 @@ public:
 
     void poll() {
         const auto now = Clock::now();
-        if (now < _nextPoll) {
+        const auto pause = now - _lastPoll; // the next one may be as long
+        if (pause < shortestPause) {
             return;
         }
-        _nextPoll = now + shortestPause;
+        _lastPoll = now;
         for (unsigned i = 0; i < _options.partitions; ++i) {
             const Filling& filling = _filling[i];
-            const bool isDue = now - filling.begun + longestPause > _options.longestBatch;
+            const bool isDue = now - filling.begun + pause > _options.longestBatch;
             if (!filling.replies.empty() && isDue) {
                 close(i);
             }
@@ -261,7 +261,7 @@ private:
     StreamState _store = StreamState::Unknown;
     unsigned _connections = 0; ///< that were made when the store was looked for
     Clock::time_point _nextQuestion;
-    Clock::time_point _nextPoll;
+    Clock::time_point _lastPoll;
     std::vector<Filling> _filling; ///< by partition
     u64 _started = systemMilliseconds();
     u64 _number = 0; ///< of the last batch

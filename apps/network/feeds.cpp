@@ -221,12 +221,11 @@ public:
     void begin() override {
         try {
             if (_file.next(_reply) != ReplySource::Got::Reply) {
-                _ended = true;
                 report("played to its end");
                 return;
             }
         } catch (const InputFailure& failure) {
-            _ended = true;
+            _failed = true;
             report(failure.what());
             return;
         }
@@ -251,14 +250,14 @@ public:
     }
 
     SourceCounts counts() const override { return _file.counts(); }
-    bool isUp() const override { return !_ended; }
+    bool isUp() const override { return !_failed; }
 
 private:
     FileSource _file;
     Reply _reply;  ///< the next one
     u64 _due = 0;  ///< when it comes; 0: it was taken
     u64 _zero = 0; ///< when the stamps were 0, modulo 2^64
-    bool _ended = false;
+    bool _failed = false;
 };
 
 } // namespace

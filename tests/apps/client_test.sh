@@ -180,27 +180,33 @@ expect "binary input: the terminal is safe" "" "$(LC_ALL=C tr -d '\n -~' <err)"
 "$client" simulate --seconds 300 --seed 7 >plain.txt
 run decode plain.txt
 cp out expected
-gzip -c plain.txt >packed.gz
-{ head -500 plain.txt | gzip -c; tail -n +501 plain.txt | gzip -c; } >members.gz
-for recording in packed.gz members.gz; do
-    run decode $recording
-    expect "$recording: all replies" "0 0" "$status $(cmp out expected; echo $?)"
-done
-half=$(($(wc -c <packed.gz) / 2))
-head -c $half packed.gz >cut.gz
-run decode cut.gz
-expect "cut.gz: what is there" "1 1 0" "$status $(($(wc -l <out) > 1000)) \
+if "$client" --version | grep -q "with zlib"; then
+    pack() { gzip -c "$@"; }
+    gzip -c plain.txt >packed.gz
+    { head -500 plain.txt | gzip -c; tail -n +501 plain.txt | gzip -c; } >members.gz
+    for recording in packed.gz members.gz; do
+        run decode $recording
+        expect "$recording: all replies" "0 0" "$status $(cmp out expected; echo $?)"
+    done
+    half=$(($(wc -c <packed.gz) / 2))
+    head -c $half packed.gz >cut.gz
+    run decode cut.gz
+    expect "cut.gz: what is there" "1 1 0" "$status $(($(wc -l <out) > 1000)) \
 $(cmp -n "$(wc -c <out)" out expected; echo $?)"
-expect_line "cut.gz: said" err 'ondrel: cannot read cut.gz any further: its gzip data are cut off'
-expect "cut.gz: summary" "$(wc -l <out)" "$(counted 'replies read')"
-{ cat packed.gz; echo garbage; } >damaged.gz
-run track damaged.gz
-expect_line "damaged.gz: said" err '.* cannot read damaged.gz any further: its gzip data are damaged .*'
-expect "damaged.gz: the table" "1 $(counted aircraft)" "$status $(rows | wc -l)"
+    expect_line "cut.gz: said" err 'ondrel: cannot read cut.gz any further: its gzip data are cut off'
+    expect "cut.gz: summary" "$(wc -l <out)" "$(counted 'replies read')"
+    { cat packed.gz; echo garbage; } >damaged.gz
+    run track damaged.gz
+    expect_line "damaged.gz: said" err '.* cannot read damaged.gz any further: its gzip data are damaged .*'
+    expect "damaged.gz: the table" "1 $(counted aircraft)" "$status $(rows | wc -l)"
+else
+    pack() { cat "$@"; }
+    echo "skipped: packed recordings"
+fi
 tar -cf archive.tar forms.txt
 for content in 'zip:PK\x03\x04 zip' 'UTF-16:\xFF\xFE8\x00D\x00' \
     "tar:$(head -c 257 /dev/zero | tr '\0' x)ustar"; do
-    printf "${content#*:}" | gzip -c >content
+    printf "${content#*:}" | pack >content
     run track content
     expect "${content%%:*}: status and output" "1 0" "$status $(wc -c <out)"
     expect_line "${content%%:*}: named" err "ondrel: cannot read content: it is .*${content%%:*}.*; .*"
@@ -222,7 +228,7 @@ for form in binary ticks; do
     cp out table.$form
 done
 expect "frames give the table of lines" "" "$(diff table.binary table.ticks)"
-"$client" simulate --seconds 20 --damage 0.2 --form binary | gzip -c >frames.gz
+"$client" simulate --seconds 20 --damage 0.2 --form binary | pack >frames.gz
 run decode frames.gz
 expect "frames that were cut short" "0 1 1" \
     "$status $(($(counted 'not readable') > 20)) $(($(counted 'replies read') > 1000))"
@@ -528,6 +534,7 @@ refuse 1 "ondrel: cannot open nothing: No such file or directory" track two.txt 
 refuse 2 "ondrel track: SOURCE: expected tcp://HOST:PORT, not 'tcp://nowhere'" track tcp://nowhere
 refuse 2 "ondrel track: SOURCE: standard input cannot be read beside other sources" track - two.txt
 refuse 2 "ondrel track: SOURCE: --record would write over 'two.txt'" track --record two.txt two.txt
+refuse 2 "ondrel track: SOURCE: --record would write over './two.txt'" track --record two.txt ./two.txt
 refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
     track --pace 1 tcp://127.0.0.1:1
 
