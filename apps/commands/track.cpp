@@ -4,13 +4,16 @@
 #include "apps/commands/options.h"
 #include "apps/commands/track_output.h"
 #include "apps/commands/track_run.h"
+#include "apps/commands/view_run.h"
 #include "apps/common/failure.h"
 #include "apps/common/file.h"
+#include "apps/common/interruption.h"
 #include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
 #include "apps/display/showing.h"
 #include "apps/input/recording_start.h"
 #include "apps/json/map_json.h"
+#include "apps/messaging/aircraft_publisher.h"
 #include "apps/network/feed_address.h"
 #include "apps/sbs/sbs_server.h"
 #include "apps/terminal/live_table.h"
@@ -81,6 +84,12 @@ parts that --partitions names, so several workers can share the work, and each p
 table for 4095 aircraft. If the server stores replies (JetStream), a worker that is started
 again goes on where it was; if it does not, what is lost on the way stays lost. Without a
 reply the time goes on with the clock.
+
+A worker reports each aircraft that was updated to the server, about every five seconds.
+With --view, the aircraft of all workers are shown as these reports tell, up to 65,536 of
+them; all are there at once if the server stores the last report of each. Nothing is
+tracked then, so what is for replies, such as --sbs, does not go with it. Where this page
+speaks of the newest stamp, it is that of the newest report.
 
 Ctrl-C, or a signal to terminate or to hang up, ends the reading, and the aircraft tracked
 so far are shown. A summary on standard error ends the run.
@@ -197,12 +206,18 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
     WorkerOptions& worker = _input.worker.emplace();
     addReplyInputOptions(line(), _input);
     addWorkerOptions(line(), worker);
+    line().add_flag("--view", _options.isView,
+                    "From a message server: show the aircraft that all its\n"
+                    "workers report; track nothing");
     addOutputOptions();
     addTrackingOptions();
     line().final_callback([this] {
         if (_options.sortKey == "distance" && !_options.receiver) {
             throw CLI::ValidationError(
                 "--sort", "distance is counted from the receiver; --location tells where it is");
+        }
+        if (_options.isView) {
+            checkViewOptions();
         }
     });
     line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + liveHelp +
@@ -339,6 +354,21 @@ void TrackCommand::addTrackingOptions() {
         ->check(CLI::Validator(altitudeCheckError, ""));
 }
 
+/// Options that do not fit reports of workers.
+void TrackCommand::checkViewOptions() {
+    if (!isNetwork(_input)) {
+        throw CLI::ValidationError("--view", "it shows what is on a message server: nats://...");
+    }
+    for (const std::string name :
+         {"--sbs", "--partitions", "--worker", "--rebuild", "--pace", "--start", "--max-speed",
+          "--altitude-check", "--record", "--clock", "--log"}) {
+        if (line().get_option(name)->count() > 0) {
+            throw CLI::ValidationError(
+                "--view", name + " is for replies; a viewer gets only reports of aircraft");
+        }
+    }
+}
+
 /// Options that do not fit feeds, and those that feeds have unless told.
 void TrackCommand::checkLiveOptions() {
     if (_options.pace || _options.start) {
@@ -351,19 +381,22 @@ void TrackCommand::checkLiveOptions() {
 }
 
 /// Where the table is shown live; null if it is not.
-std::unique_ptr<LiveScreen> TrackCommand::openScreen() const {
+std::unique_ptr<LiveScreen> TrackCommand::openScreen() {
     const bool isText =
         _options.once || _options.json || _options.everyMs || _options.reportAddress;
-    return isLive(_input) && !isText ? openLiveScreen() : nullptr;
+    auto screen = isLive(_input) && !isText ? openLiveScreen() : nullptr;
+    if (screen) {
+        _options.tellSilent = false; // the table tells
+    }
+    return screen;
 }
 
-/// All but the table on the screen, which takes the lines of the console from then on.
-void TrackCommand::addViews(TrackOutput& display, const TrackRun& track, const std::string& input,
-                            Console& console) const {
+/// The table on the screen comes last, since it takes the lines of the console from then on.
+void TrackCommand::addViews(TrackOutput& display, const std::string& input, Console& console,
+                            std::unique_ptr<LiveScreen> screen, const RunState& state) const {
     if (_options.serve) {
-        auto view =
-            std::make_unique<WebView>(*hostAndPort(*_options.serve), input, _options.dataOrigin,
-                                      [&track] { return track.statusJson(); });
+        auto view = std::make_unique<WebView>(*hostAndPort(*_options.serve), input,
+                                              _options.dataOrigin, state.status);
         console.write("pages for a browser: http://" + view->address() + "/");
         display.add(std::move(view));
     }
@@ -375,19 +408,43 @@ void TrackCommand::addViews(TrackOutput& display, const TrackRun& track, const s
             *hostAndPort(*_options.sbsAddress),
             [&console](const std::string& message) { console.write("SBS: " + message); }));
     }
+    if (screen) {
+        display.add(std::make_unique<LiveTable>(std::move(screen), console,
+                                                LiveTableOptions{input, _options.sortKey,
+                                                                 _options.descending, state.table,
+                                                                 state.what}));
+    }
+}
+
+/// The message server that is the source.
+MessageServer TrackCommand::server() const {
+    MessageServer server = _input.worker->server;
+    server.url = _input.arguments.front();
+    return server;
+}
+
+/// Throws Failure if the aircraft of --report is not there.
+void TrackCommand::checkReport(const std::vector<TrackedAircraft>& aircraft) const {
+    const auto isWanted = [this](const TrackedAircraft& one) {
+        return one.icaoAddress() == *_options.reportAddress;
+    };
+    if (_options.reportAddress && std::none_of(aircraft.begin(), aircraft.end(), isWanted)) {
+        throw Failure("no aircraft " + hex24(*_options.reportAddress) + " is tracked");
+    }
 }
 
 int TrackCommand::run() {
     Output output("-");
     Console console(output);
+    return _options.isView ? view(output, console) : track(output, console);
+}
+
+int TrackCommand::track(Output& output, Console& console) {
     ReplyInput input(_input, console);
     if (isLive(_input)) {
         checkLiveOptions();
     }
     std::unique_ptr<LiveScreen> screen = openScreen();
-    if (screen) {
-        _options.tellSilent = false; // the table tells
-    }
     if (isNetwork(_input)) {
         _options.partitions = _input.worker->partitions;
         _options.isMerged = true;
@@ -395,26 +452,37 @@ int TrackCommand::run() {
     const std::optional<u64> start = startOf(_options, _input);
     TrackOutput display(_options, input.name(), isLive(_input), output, console);
     TrackRun track(_options, start, input, display, console);
-    addViews(display, track, input.name(), console);
-    if (screen) {
-        display.add(std::make_unique<LiveTable>(
-            std::move(screen), console,
-            LiveTableOptions{input.name(), _options.sortKey, _options.descending, [&track] {
-                                 return LiveTableState{track.counts().tracking.aircraft,
-                                                       track.repliesPerSecond()};
-                             }}));
+    if (isNetwork(_input)) {
+        display.add(std::make_unique<AircraftPublisher>(
+            server(), _input.worker->name,
+            [&](const std::string& message) { console.write(input.name() + ": " + message); }));
     }
+    addViews(display, input.name(), console, std::move(screen),
+             {[&track] { return track.statusJson(); }, [&track] { return track.tableState(); },
+              "replies"});
     const std::vector<TrackedAircraft> aircraft = track.run();
     output.close();
     input.close();
     console.write(trackSummary(track.counts()));
-    const auto isWanted = [this](const TrackedAircraft& one) {
-        return one.icaoAddress() == *_options.reportAddress;
-    };
-    if (_options.reportAddress && std::none_of(aircraft.begin(), aircraft.end(), isWanted)) {
-        throw Failure("no aircraft " + hex24(*_options.reportAddress) + " is tracked");
-    }
+    checkReport(aircraft);
     return input.status();
+}
+
+int TrackCommand::view(Output& output, Console& console) {
+    noteInterruption();
+    checkLiveOptions();
+    std::unique_ptr<LiveScreen> screen = openScreen();
+    const MessageServer from = server();
+    TrackOutput display(_options, from.url, true, output, console);
+    ViewRun view(_options, from, display, console);
+    addViews(
+        display, from.url, console, std::move(screen),
+        {[&view] { return view.statusJson(); }, [&view] { return view.tableState(); }, "reports"});
+    const std::vector<TrackedAircraft> aircraft = view.run();
+    output.close();
+    console.write(viewSummary(view.counts()));
+    checkReport(aircraft);
+    return interrupted() ? interruptedStatus : 0;
 }
 
 } // namespace tolvarin::ondrel::client

@@ -3,25 +3,29 @@
 #include "apps/commands/command.h"
 #include "apps/commands/reply_input.h"
 #include "apps/terminal/live_screen.h"
+#include "apps/terminal/live_table.h"
 #include "apps/tracking/geo_point.h"
 #include "apps/tracking/partitioned_tracking.h"
 
 #include <ondrel/types.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tolvarin::ondrel::client {
 
 class Console;
+class Output;
 class TrackOutput;
-class TrackRun;
 
 /// What to track, and what to show of it.
 struct TrackOptions {
     Partitions partitions;                 ///< that are tracked
     bool isMerged = false;                 ///< the replies of several sites, which may come late
+    bool isView = false;                   ///< show what workers report; track nothing
     std::string sortKey = "address";       ///< of a column
     std::optional<u64> everyMs;            ///< show all aircraft each time
     std::optional<u64> silentMs;           ///< remove aircraft that are silent for so long
@@ -53,12 +57,24 @@ public:
     int run() override;
 
 private:
+    /// What the views tell of a run.
+    struct RunState {
+        std::function<std::string()> status; ///< a JSON object
+        std::function<LiveTableState()> table;
+        std::string what; ///< comes in the run
+    };
+
     void addOutputOptions();
     void addTrackingOptions();
+    void checkViewOptions();
     void checkLiveOptions();
-    std::unique_ptr<LiveScreen> openScreen() const;
-    void addViews(TrackOutput& display, const TrackRun& track, const std::string& input,
-                  Console& console) const;
+    int track(Output& output, Console& console);
+    int view(Output& output, Console& console);
+    std::unique_ptr<LiveScreen> openScreen();
+    void addViews(TrackOutput& display, const std::string& input, Console& console,
+                  std::unique_ptr<LiveScreen> screen, const RunState& state) const;
+    void checkReport(const std::vector<TrackedAircraft>& aircraft) const;
+    MessageServer server() const;
 
     ReplyInputOptions _input;
     TrackOptions _options;

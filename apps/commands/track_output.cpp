@@ -62,8 +62,7 @@ bool TrackOutput::poll() {
 }
 
 void TrackOutput::keepCurrent(Sky sky) {
-    arrange(sky);
-    showViews(sky);
+    arrangeAndShow(sky);
     if (_writesLivePages && Clock::now() >= _nextPages) {
         writeLivePages(sky);
     }
@@ -83,9 +82,8 @@ void TrackOutput::showKilled(const TrackedAircraft& aircraft, u64 timeMs) {
 
 std::vector<TrackedAircraft> TrackOutput::end(Sky sky) {
     const std::size_t all = sky.aircraft.size();
-    arrange(sky);
+    arrangeAndShow(sky);
     _hidden = all - sky.aircraft.size();
-    showViews(sky);
     _views.clear(); // what follows may go to the same terminal
     try {
         writePages(sky);
@@ -110,9 +108,19 @@ void TrackOutput::arrange(Sky& sky) const {
     sortAircraft(all, showingOf(sky), aircraftColumn(_options.sortKey), _options.descending);
 }
 
-void TrackOutput::showViews(const Sky& sky) const {
+/// Also shows it on the views.
+void TrackOutput::arrangeAndShow(Sky& sky) const {
+    showViews(sky, true);
+    arrange(sky);
+    showViews(sky, false);
+}
+
+/// Those that show hidden aircraft, or those that do not.
+void TrackOutput::showViews(const Sky& sky, bool hidden) const {
     for (const auto& view : _views) {
-        view->show(sky.aircraft, showingOf(sky), sky.history);
+        if (view->showsHidden() == hidden) {
+            view->show(sky.aircraft, showingOf(sky), sky.history);
+        }
     }
 }
 

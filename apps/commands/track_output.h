@@ -77,7 +77,8 @@ private:
     }
     Showing showingOf(const Sky& sky) const { return showingOf(sky.timeMs, sky.lostFeeds); }
     void arrange(Sky& sky) const;
-    void showViews(const Sky& sky) const;
+    void arrangeAndShow(Sky& sky) const;
+    void showViews(const Sky& sky, bool hidden) const;
     void writeLivePages(const Sky& sky);
     void writePages(const Sky& sky) const;
 

@@ -7,8 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <fstream>
-#include <unistd.h>
 #include <utility>
 
 namespace tolvarin::ondrel::client {
@@ -16,14 +14,6 @@ namespace tolvarin::ondrel::client {
 namespace {
 
 constexpr u64 longestCheckPeriod = 1000; // ms between two searches for silent aircraft
-
-/// Bytes of the program that are in memory; 0 where the system does not tell.
-u64 residentMemory() {
-    u64 all = 0;
-    u64 resident = 0;
-    std::ifstream("/proc/self/statm") >> all >> resident;
-    return resident * static_cast<u64>(::sysconf(_SC_PAGESIZE));
-}
 
 } // namespace
 
@@ -124,10 +114,11 @@ void TrackRun::checkStamps() {
 }
 
 Sky TrackRun::sky() const {
-    const auto sources = _input.states();
-    const auto lost = std::count_if(sources.begin(), sources.end(),
-                                    [](const SourceState& state) { return !state.isUp; });
-    return {_tracking.aircraft(), _tracking.now(), _history, static_cast<std::size_t>(lost)};
+    return {_tracking.aircraft(), _tracking.now(), _history, lostSources(_input.states())};
+}
+
+LiveTableState TrackRun::tableState() const {
+    return {_tracking.counts().aircraft, _speed.perSecond()};
 }
 
 std::string TrackRun::statusJson() const {
@@ -141,33 +132,21 @@ std::string TrackRun::statusJson() const {
     whole("time_ms", _tracking.now());
     whole("aircraft", tracking.aircraft);
     whole("replies", _replies);
-    status.decimal("replies_per_second", std::round(_repliesPerSecond));
+    status.decimal("replies_per_second", std::round(_speed.perSecond()));
     whole("tracked", tracking.tracked);
     whole("heard_elsewhere", counts().duplicates);
     whole("not_readable", _input.leftOut().unreadable);
     whole("positions_refused", tracking.positions.refused);
-    whole("memory_kb", residentMemory() / 1024);
-    status.list("sources", _input.states(), [](JsonObject& source, const SourceState& state) {
-        source.words("name", state.name);
-        source.flag("up", state.isUp);
-    });
+    addProcess(status, _input.states());
     status.end();
     return text + '\n';
 }
 
 void TrackRun::updateOutput() {
     if (_output.isDue()) {
-        measureSpeed();
+        _speed.measure(_replies);
         _output.keepCurrent(sky());
     }
-}
-
-void TrackRun::measureSpeed() {
-    const auto now = Clock::now();
-    const std::chrono::duration<double> passed = now - _measuredAt;
-    _repliesPerSecond = static_cast<double>(_replies - _measuredReplies) / passed.count();
-    _measuredReplies = _replies;
-    _measuredAt = now;
 }
 
 void TrackRun::waitFor(u64 stampMs) {

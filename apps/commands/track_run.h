@@ -1,10 +1,12 @@
 #pragma once
 
 #include "apps/commands/reply_input.h"
+#include "apps/commands/run_status.h"
 #include "apps/commands/track.h"
 #include "apps/commands/track_output.h"
 #include "apps/input/replay.h"
 #include "apps/terminal/console.h"
+#include "apps/terminal/live_table.h"
 #include "apps/terminal/summaries.h"
 #include "apps/tracking/duplicate_filter.h"
 #include "apps/tracking/partitioned_tracking.h"
@@ -12,7 +14,6 @@
 
 #include <ondrel/types.h>
 
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,15 +34,13 @@ public:
 
     TrackRunCounts counts() const;
 
-    /// In the last second.
-    double repliesPerSecond() const { return _repliesPerSecond; }
+    /// For the head line of the live table.
+    LiveTableState tableState() const;
 
     /// The state of the run for monitoring, as a JSON object.
     std::string statusJson() const;
 
 private:
-    using Clock = std::chrono::steady_clock;
-
     ReplySource::Got next(Reply& reply);
     void checkStamps();
     void waitFor(u64 stampMs);
@@ -53,7 +52,6 @@ private:
     void killSilent();
     void tellViews(const DFMessage& message, const ADSBTarget& aircraft);
     void updateOutput();
-    void measureSpeed();
     Sky sky() const;
 
     const TrackOptions& _options;
@@ -61,9 +59,7 @@ private:
     TrackOutput& _output;
     Console& _console;
     u64 _replies = 0;
-    Clock::time_point _measuredAt;
-    u64 _measuredReplies = 0; ///< up to then
-    double _repliesPerSecond = 0;
+    Speed _speed;
     Stamping _stamping;
     PartitionedTracking _tracking;
     TrackHistory _history;

@@ -35,6 +35,9 @@ public:
     /// Whether show() uses the paths; they are kept for it.
     virtual bool showsPaths() const { return true; }
 
+    /// Whether show() wants all aircraft, in any order, with those of too few messages.
+    virtual bool showsHidden() const { return false; }
+
     /// Takes what the user does, about ten times a second. False if the user ends the run.
     virtual bool poll() { return true; }
 };

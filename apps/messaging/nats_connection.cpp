@@ -106,6 +106,7 @@ struct NatsConnection::Events {
     std::condition_variable changed;
     std::vector<std::string> news;
     std::set<std::string> errors; ///< that were reported since the connection was made
+    bool tellsState = true;       ///< of the connection
     unsigned connections = 0;
     bool isConnected = false;
     bool isClosed = false;
@@ -149,7 +150,9 @@ private:
             ++connections;
             errors.clear();
         }
-        news.push_back(std::move(text));
+        if (tellsState) {
+            news.push_back(std::move(text));
+        }
         isConnected = connectedNow;
     }
 
@@ -163,8 +166,9 @@ private:
 };
 
 NatsConnection::NatsConnection(const MessageServer& server, const std::string& client,
-                               std::function<void(const std::string&)> report)
+                               std::function<void(const std::string&)> report, News wanted)
     : _events(std::make_unique<Events>()), _report(std::move(report)) {
+    _events->tellsState = wanted == News::All;
     natsOptions* made = nullptr;
     throwIf(natsOptions_Create(&made), "set the message library up");
     const Options options(made);
@@ -189,7 +193,9 @@ NatsConnection::NatsConnection(const MessageServer& server, const std::string& c
         const char* reason = nullptr;
         natsConnection_GetLastError(_connection, &reason);
         const bool isKnown = reason != nullptr && *reason != '\0';
-        _report(std::string(isKnown ? reason : "no answer") + "; trying again each second");
+        if (_events->tellsState) {
+            _report(std::string(isKnown ? reason : "no answer") + "; trying again each second");
+        }
         return;
     }
     throwIf(status, what);

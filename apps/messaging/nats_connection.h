@@ -65,10 +65,13 @@ private:
 /// A connection that is made again for ever when it is lost. Only one thread may use it.
 class NatsConnection {
 public:
+    enum class News { All, Errors };
+
     /// Does not wait until it is connected. `client` is a name for the server's lists; `report`
-    /// tells what becomes of the connection, from within poll(). Throws Failure.
+    /// tells what becomes of the connection, from within poll(); or only what goes wrong on it.
+    /// Throws Failure.
     NatsConnection(const MessageServer& server, const std::string& client,
-                   std::function<void(const std::string&)> report);
+                   std::function<void(const std::string&)> report, News wanted = News::All);
     NatsConnection(const NatsConnection&) = delete;
     NatsConnection& operator=(const NatsConnection&) = delete;
     ~NatsConnection();

@@ -1,5 +1,7 @@
 // In place of the other sources where libnats is not installed.
 
+#include "apps/messaging/aircraft_publisher.h"
+#include "apps/messaging/aircraft_reports.h"
 #include "apps/messaging/message_server.h"
 #include "apps/messaging/network_replies.h"
 #include "apps/messaging/reply_publisher.h"
@@ -61,6 +63,40 @@ SourceCounts NetworkReplies::counts() const {
 }
 
 std::vector<SourceState> NetworkReplies::states() const {
+    return {};
+}
+
+class AircraftPublisher::Sending {};
+
+// NOLINTBEGIN(performance-unnecessary-value-param): the interface takes it by value
+AircraftPublisher::AircraftPublisher(const MessageServer& /*server*/, const std::string& /*worker*/,
+                                     std::function<void(const std::string&)> /*report*/) {
+    throw Failure(reason);
+}
+// NOLINTEND(performance-unnecessary-value-param)
+
+AircraftPublisher::~AircraftPublisher() = default;
+
+void AircraftPublisher::show(const std::vector<TrackedAircraft>& /*aircraft*/,
+                             const Showing& /*showing*/, const TrackHistory& /*history*/) {}
+
+bool AircraftPublisher::poll() {
+    return true;
+}
+
+class AircraftReports::Reading {};
+
+AircraftReports::AircraftReports(const MessageServer& /*server*/, const SourceEvents& /*events*/) {
+    throw Failure(reason);
+}
+
+AircraftReports::~AircraftReports() = default;
+
+std::optional<TrackedAircraft> AircraftReports::next() {
+    return std::nullopt;
+}
+
+SourceState AircraftReports::state() const {
     return {};
 }
 

@@ -1,5 +1,7 @@
 #include "apps/messaging/stream.h"
 
+#include "apps/messaging/aircraft_message.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -113,7 +115,7 @@ StreamAnswer openReplyStream(NatsConnection& server) {
 
 StreamAnswer openAircraftStream(NatsConnection& server) {
     return openStream(server, {{"name", aircraftStream},
-                               {"subjects", {"ondrel.v1.aircraft.*"}},
+                               {"subjects", {allAircraftSubjects()}},
                                {"retention", "limits"},
                                {"storage", "file"},
                                {"discard", "old"},

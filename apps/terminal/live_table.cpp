@@ -321,10 +321,11 @@ ScreenLine LiveTable::headLine() const {
     const std::string lost =
         _showing.lostFeeds > 0 ? std::to_string(_showing.lostFeeds) + " not connected  " : "";
     const u64 hidden = _state.tracked - std::min(_state.tracked, u64{_aircraft.size()});
-    const std::string counts =
-        lost + std::to_string(_aircraft.size()) + " aircraft, " + std::to_string(hidden) +
-        " hidden  " + std::to_string(std::llround(_state.repliesPerSecond)) +
-        (isWide ? " replies/s  " : "/s  ") + clockText(_showing.timeMs) + (isWide ? " UTC" : "");
+    const std::string counts = lost + std::to_string(_aircraft.size()) + " aircraft, " +
+                               std::to_string(hidden) + " hidden  " +
+                               std::to_string(std::llround(_state.perSecond)) +
+                               (isWide ? " " + _options.what + "/s  " : "/s  ") +
+                               clockText(_showing.timeMs) + (isWide ? " UTC" : "");
     std::size_t room = width - std::min(width, counts.size() + columnGap.size());
     room = room < shortestSources ? 0 : room;
     const std::string sources = toTheLeft(_options.sources.substr(0, room), room);

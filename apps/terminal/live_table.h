@@ -21,8 +21,8 @@ namespace tolvarin::ondrel::client {
 
 /// What the head line of a live table tells of a run.
 struct LiveTableState {
-    u64 tracked;             ///< aircraft, with those that are hidden
-    double repliesPerSecond; ///< of all sources
+    u64 tracked;      ///< aircraft, with those that are hidden
+    double perSecond; ///< replies, or what else comes, of all sources
 };
 
 /// What a live table shows beside the aircraft, and how it begins.
@@ -31,6 +31,7 @@ struct LiveTableOptions {
     std::string sortKey; ///< of a column
     bool descending;
     std::function<LiveTableState()> state; ///< that of now
+    std::string what = "replies";          ///< comes from the sources
 };
 
 /// The table of aircraft on a terminal, refreshed in place; its user chooses the order, and one

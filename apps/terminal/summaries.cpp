@@ -138,4 +138,25 @@ std::string feedSummary(const FeedRunCounts& counts) {
     return table;
 }
 
+std::string viewSummary(const ViewRunCounts& counts) {
+    const ReportCounts& reports = counts.reports;
+    const u64 all = reports.taken + reports.known + reports.silent + reports.ahead + reports.noRoom;
+    std::string table = countRow("reports read", all);
+    table += countRow("  taken", reports.taken, all);
+    table += countRow("  known already", reports.known, all);
+    table += countRow("  of silent aircraft", reports.silent, all);
+    if (reports.ahead > 0) {
+        table += countRow("  of a wrong clock", reports.ahead, all);
+    }
+    if (reports.noRoom > 0) {
+        table += countRow("  without room", reports.noRoom, all);
+    }
+    table += countRow("aircraft", counts.aircraft);
+    table += countRow("  hidden", counts.hidden);
+    table += countRow("killed", reports.left);
+    table += countRow("not readable", counts.unreadable);
+    table.pop_back();
+    return table;
+}
+
 } // namespace tolvarin::ondrel::client

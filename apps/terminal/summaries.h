@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/decoding/decoded_reply.h"
+#include "apps/tracking/reported_sky.h"
 #include "apps/tracking/tracking.h"
 
 #include <ondrel/types.h>
@@ -71,5 +72,15 @@ struct FeedRunCounts {
 };
 
 std::string feedSummary(const FeedRunCounts& counts);
+
+/// What a run of `ondrel track --view` counted.
+struct ViewRunCounts {
+    ReportCounts reports;
+    u64 aircraft;
+    u64 hidden;     ///< aircraft that were not shown
+    u64 unreadable; ///< messages that are no reports
+};
+
+std::string viewSummary(const ViewRunCounts& counts);
 
 } // namespace tolvarin::ondrel::client

@@ -537,6 +537,12 @@ refuse 2 "ondrel track: SOURCE: --record would write over 'two.txt'" track --rec
 refuse 2 "ondrel track: SOURCE: --record would write over './two.txt'" track --record two.txt ./two.txt
 refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
     track --pace 1 tcp://127.0.0.1:1
+refuse 2 "ondrel track: --view: it shows what is on a message server: nats://..." \
+    track --view two.txt
+for option in "--sbs 127.0.0.1:0" "--partitions 0-3" "--pace 1"; do
+    refuse 2 "ondrel track: --view: ${option%% *} is for replies; a viewer gets only reports of aircraft" \
+        track --view $option nats://127.0.0.1:1
+done
 
 if "$client" --version | grep -q Asio; then
     "$client" simulate --serve 127.0.0.1:0 --seconds 5 --aircraft 100 --damage 0 --form binary \

@@ -37,6 +37,7 @@ TEST(ReplyLine, GivesBytesAndStamp) {
         {"*00000000000000000000000000000000;", "00000000000000000000000000000000", {}},
         // a counter of 12 MHz: below one millisecond, its last tick, and its whole range
         {"@000000002EDF00;", "00", 0},
+        {"@00000000000000;", "00", {}}, // no time
         {"@ffffffffffff00;", "00", 23456248059},
         // fractions are cut to milliseconds, not rounded; short ones are filled up
         {"0,00", "00", 0},
