@@ -156,8 +156,13 @@ class Network:
             output=self.path(name + ".json"),
         )  # fmt: skip
 
+    def view(self, *more):
+        """The command of a viewer."""
+        return [self.ondrel, "track", self.url, "--view", "--credentials", self.path("viewer"),
+                "--min-messages", "1", *more]  # fmt: skip
+
     def aircraft(self, recording=None, worker=None):
-        """Aircraft by address: of a recording, or of a worker that ended."""
+        """Aircraft by address: of a recording, or of a worker or viewer that ended."""
         if worker:
             with open(self.path(worker + ".json"), encoding="utf-8") as file:
                 lines = file.read()

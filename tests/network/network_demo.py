@@ -1,5 +1,5 @@
 #!/usr/bin/env -S python3 -B
-"""Runs three sites, two workers and a table of all aircraft on this machine.
+"""Runs three sites, two workers and a viewer on this machine.
 
     network_demo.py ONDREL [SECONDS]
 
@@ -19,12 +19,7 @@ def say(text):
 
 def show(network, seconds):
     """The table of all aircraft."""
-    # THE VIEWER COMES HERE: [network.ondrel, "track", network.url, "--view", "--credentials",
-    # network.path("viewer"), "--min-messages", "1"]. Until then a third worker shows them.
-    table = subprocess.Popen(
-        [network.ondrel, "track", network.url, "--worker", "table",
-         "--credentials", network.path("worker1"), "--min-messages", "1"]
-    )  # fmt: skip
+    table = subprocess.Popen(network.view())
     try:
         table.wait(None if os.isatty(0) and os.isatty(1) else seconds)
     except subprocess.TimeoutExpired:

@@ -150,6 +150,7 @@ def run(network, seconds):
         sites.start(site)
     for name in WORKERS:
         wait_for(name, lambda name=name: network.said(name, "following 4 partitions"))
+    network.start("viewer", network.view("--json"), output=network.path("viewer.json"))
     check_permissions(network)
     time.sleep(6)
     bad = send_bad_batches(network)
@@ -163,13 +164,22 @@ def run(network, seconds):
     for site in PLACES:
         status = network.stop(site)
         check(f"site {site} has sent all", status == 130, f"status {status}")
-    time.sleep(4)  # so that the workers have read all
+    time.sleep(9)  # so that the workers have read all, and have reported each aircraft
+    network.start("late viewer", network.view("--json"), output=network.path("late viewer.json"))
+    time.sleep(3)
+    views = {}
+    for name in ("viewer", "late viewer"):
+        status = network.stop(name)
+        check(f"{name} ends when it is told", status == 130, f"status {status}")
+        views[name] = network.aircraft(worker=name)
     merged = {}
     for name in WORKERS:
         status = network.stop(name)
         check(f"{name} ends when it is told", status == 130, f"status {status}")
         merged.update(network.aircraft(worker=name))
     check_picture(merged, {site: sites.heard(site) for site in PLACES})
+    for name, view in views.items():
+        check_view(name, view, merged)
     if not seconds:  # a worker that is killed forgets what it counted
         check_bad_batches(network, bad)
     for name in network.started():
@@ -188,6 +198,17 @@ def check_picture(merged, heard):
     check(f"{count} positions, {best} at the best site alone", count > best, "not more")
     placed = sum("latitude" in one for one in merged.values())
     check(f"{placed} aircraft have a place", placed > 0)
+
+
+def check_view(name, view, merged):
+    """A viewer shows what the workers have, but for what depends on the moment."""
+
+    def lasting(one):
+        return {key: value for key, value in one.items() if key != "time_ms" and "seen" not in key}
+
+    differing = [one for one in merged if one not in view or lasting(view[one]) != lasting(merged[one])]
+    check(f"{name}: all {len(merged)} aircraft as the workers have them", not differing, differing)
+    check(f"{name}: no other aircraft", not set(view) - set(merged), set(view) - set(merged))
 
 
 def check_bad_batches(network, bad):
