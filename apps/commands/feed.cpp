@@ -117,7 +117,8 @@ int FeedCommand::run() {
     FeedRunCounts counts;
     Reply reply;
     using Got = ReplySource::Got;
-    for (auto got = input.next(reply); got != Got::End; got = input.next(reply)) {
+    for (auto got = input.next(reply); got != Got::End && !publisher.hasEnded();
+         got = input.next(reply)) {
         publisher.poll();
         if (got == Got::Nothing) {
             continue;
@@ -145,7 +146,7 @@ int FeedCommand::run() {
             }
             heard.keep(reply.bytes, reply.source, *reply.stampMs);
         }
-        while (!isLive(_input) && publisher.isFull() &&
+        while (!isLive(_input) && publisher.isFull() && !publisher.hasEnded() &&
                pauseFor(std::chrono::duration<double>(0.005))) {
             publisher.poll();
         }
@@ -162,7 +163,8 @@ int FeedCommand::run() {
     counts.notSent = sent.waiting;
     counts.leftOut = input.leftOut();
     console.write(feedSummary(counts));
-    return sent.dropped + sent.waiting > 0 ? 1 : input.status();
+    const bool hasLost = publisher.hasEnded() || sent.dropped + sent.waiting > 0;
+    return hasLost ? 1 : input.status();
 }
 
 } // namespace tolvarin::ondrel::client

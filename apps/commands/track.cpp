@@ -20,6 +20,7 @@
 #include "apps/web/web_view.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <memory>
@@ -101,6 +102,11 @@ Exit status:
        tracked
   2    the command line is wrong
   130  interrupted)";
+
+/// Those of a message server.
+constexpr std::array<const char*, 7> networkOptions = {"--partitions",  "--worker", "--rebuild",
+                                                       "--credentials", "--tls-ca", "--tls-cert",
+                                                       "--tls-key"};
 
 constexpr const char* never = "never";
 constexpr const char* modified = "mtime";
@@ -218,6 +224,11 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
         }
         if (_options.isView) {
             checkViewOptions();
+        }
+        for (const char* name : networkOptions) {
+            if (!isNetwork(_input) && line().count(name) > 0) {
+                throw CLI::ValidationError(name, "it is for a message server: nats://HOST:PORT");
+            }
         }
     });
     line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + liveHelp +

@@ -11,6 +11,7 @@ namespace {
 constexpr std::size_t slots = std::size_t{1} << 16U;
 constexpr std::size_t fewestKept = std::size_t{1} << 14U;
 constexpr std::size_t mostKept = std::size_t{1} << 19U;
+constexpr unsigned mostCompared = 64;                      // those of one slot
 constexpr u64 longestKnown = 2 * ReplyMerger::longestWait; // ms
 
 u64 apart(u64 one, u64 other) {
@@ -51,7 +52,9 @@ void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
 ReplyMerger::Transmission* ReplyMerger::sameFrom(u64 newest, const GradedReply& reply,
                                                  unsigned site) {
     Transmission* oldest = nullptr;
-    for (u64 number = newest; number >= _first; number = at(number).older) {
+    unsigned compared = 0;
+    for (u64 number = newest; number >= _first && compared < mostCompared;
+         number = at(number).older, ++compared) {
         Transmission& one = at(number);
         if (one.reply.bytes == reply.bytes &&
             apart(one.reply.stampMs, reply.stampMs) <= sameTransmission &&

@@ -228,7 +228,7 @@ bool NatsConnection::poll() {
         _report(text);
     }
     if (isClosed) {
-        throw Failure("the message server ended the connection for good");
+        throw InputFailure("the message server ended the connection for good");
     }
     return isConnected;
 }
@@ -264,8 +264,14 @@ bool NatsConnection::publish(const std::string& subject, std::string_view bytes,
         return false;
     }
     const Message message(made);
-    return (id == nullptr || natsMsgHeader_Set(made, "Nats-Msg-Id", id) == NATS_OK) &&
-           natsConnection_PublishMsg(_connection, made) == NATS_OK;
+    natsStatus status = id != nullptr ? natsMsgHeader_Set(made, "Nats-Msg-Id", id) : NATS_OK;
+    if (status == NATS_OK) {
+        status = natsConnection_PublishMsg(_connection, made);
+    }
+    if (status != NATS_OK) {
+        _refusal = natsStatus_GetText(status);
+    }
+    return status == NATS_OK;
 }
 
 void NatsConnection::flush(milliseconds longest) {

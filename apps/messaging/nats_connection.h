@@ -62,7 +62,8 @@ private:
     std::unique_ptr<natsSubscription, Destroy> _subscription;
 };
 
-/// A connection that is made again for ever when it is lost. Only one thread may use it.
+/// A connection that is made again for ever when it is lost. Only one thread may use it, but
+/// another one may ask().
 class NatsConnection {
 public:
     enum class News { All, Errors };
@@ -76,7 +77,8 @@ public:
     NatsConnection& operator=(const NatsConnection&) = delete;
     ~NatsConnection();
 
-    /// Reports what happened, and gives whether it is connected. Call it often.
+    /// Reports what happened, and gives whether it is connected. Call it often. Throws InputFailure
+    /// when the server refuses this client for good.
     bool poll();
 
     /// Changes with each new connection.
@@ -93,6 +95,9 @@ public:
     bool publish(const std::string& subject, std::string_view bytes, const char* replyTo = nullptr,
                  const char* id = nullptr);
 
+    /// Why the last message could not be sent.
+    const std::string& refusal() const { return _refusal; }
+
     /// Waits until the server has got all, or so long.
     void flush(std::chrono::milliseconds longest);
 
@@ -105,6 +110,7 @@ private:
 
     std::unique_ptr<Events> _events; ///< what the threads of the library tell
     natsConnection* _connection = nullptr;
+    std::string _refusal;
     std::function<void(const std::string&)> _report;
 };
 

@@ -138,7 +138,8 @@ private:
             beginPlain();
         } else if (_isRebuilt) {
             follow();
-        } else if (isNewConnection || _phase != Phase::Rebuilding) {
+        } else if (isNewConnection || _phase != Phase::Rebuilding ||
+                   Clock::now() - _lastMessage > betweenChecks) {
             beginRebuilding();
         }
         if (_phase != Phase::Waiting) {
@@ -303,6 +304,7 @@ private:
     }
 
     void take(const NatsMessage& message) {
+        _lastMessage = Clock::now();
         const StoredMessage stored(message.replyTo());
         u64 newest = 0;
         const std::string_view reason = readBatch(message.bytes(), _batch);
@@ -367,6 +369,7 @@ private:
     unsigned _connections = 0; ///< of the server, when it was prepared
     Clock::time_point _nextNothing;
     Clock::time_point _nextAttempt;
+    Clock::time_point _lastMessage;
     std::vector<NatsSubscription> _incoming;
     std::size_t _turn = 0;               ///< of those
     std::map<unsigned, u64> _rebuilding; ///< by partition, up to which stored message

@@ -1,12 +1,13 @@
 #include "apps/messaging/reply_publisher.h"
 
-#include "apps/common/interruption.h"
+#include "apps/common/failure.h"
 #include "apps/common/partition.h"
 #include "apps/common/system_time.h"
 #include "apps/messaging/stream.h"
 
 #include <algorithm>
 #include <charconv>
+#include <future>
 #include <map>
 #include <optional>
 #include <set>
@@ -70,11 +71,18 @@ public:
                 close(i);
             }
         }
-        if (_server.poll() && findStore(now)) {
-            takeAnswers();
-            send(now);
+        try {
+            if (!_hasEnded && _server.poll() && findStore(now)) {
+                takeAnswers();
+                send(now);
+            }
+        } catch (const InputFailure& failure) {
+            _hasEnded = true;
+            _report(failure.what());
         }
     }
+
+    bool hasEnded() const { return _hasEnded; }
 
     bool isFull() const { return _bytes + ReplyBatch::mostBytes > _options.backlog; }
 
@@ -86,7 +94,7 @@ public:
             }
         }
         poll();
-        while (!_backlog.empty() && Clock::now() < end) {
+        while (!_backlog.empty() && !_hasEnded && Clock::now() < end) {
             std::this_thread::sleep_for(milliseconds(5));
             poll();
         }
@@ -148,7 +156,14 @@ private:
             _nextQuestion = now;
         }
         if (_store == StreamState::Unknown && now >= _nextQuestion) {
-            const StreamAnswer answer = openReplyStream(_server);
+            if (!_question.valid()) { // in a thread, since an answer may take seconds
+                _question =
+                    std::async(std::launch::async, [this] { return openReplyStream(_server); });
+            }
+            if (_question.wait_for(milliseconds(0)) != std::future_status::ready) {
+                return false;
+            }
+            const StreamAnswer answer = _question.get();
             _store = answer.state;
             _nextQuestion = now + betweenQuestions;
             sayStore(answer);
@@ -198,10 +213,8 @@ private:
         }
         const auto json = nlohmann::json::parse(answer.bytes(), nullptr, false);
         if (!json.is_object() || json.contains("error")) {
-            const std::string error = json.is_object() ? storeError(json) : "it is not JSON";
-            if (_saidErrors.size() < mostErrors && _saidErrors.insert(error).second) {
-                _report("the store does not take a batch: " + error);
-            }
+            sayError("the store does not take a batch: " +
+                     (json.is_object() ? storeError(json) : "its answer is not JSON"));
             return; // it is sent again
         }
         const std::string_view subject = answer.subject();
@@ -212,6 +225,13 @@ private:
         if (found != _backlog.end()) {
             noteSent(found->second);
             remove(found);
+        }
+    }
+
+    /// Each text once.
+    void sayError(const std::string& text) {
+        if (_saidErrors.size() < mostErrors && _saidErrors.insert(text).second) {
+            _report(text);
         }
     }
 
@@ -226,7 +246,10 @@ private:
             Batch& batch = one->second;
             if (!batch.sent || now - *batch.sent > longestAnswer) {
                 if (!publish(one->first, batch)) {
-                    return;
+                    sayError("a batch cannot be sent: " + _server.refusal());
+                    ++unanswered;
+                    ++one;
+                    continue;
                 }
                 batch.sent = now;
             }
@@ -259,7 +282,8 @@ private:
     std::string _inbox; ///< where the store says what it has
     std::optional<NatsSubscription> _answers;
     StreamState _store = StreamState::Unknown;
-    unsigned _connections = 0; ///< that were made when the store was looked for
+    std::future<StreamAnswer> _question; ///< while it is not known
+    unsigned _connections = 0;           ///< that were made when the store was looked for
     Clock::time_point _nextQuestion;
     Clock::time_point _lastPoll;
     std::vector<Filling> _filling; ///< by partition
@@ -271,6 +295,7 @@ private:
     std::string _saidStore;
     std::set<std::string> _saidErrors;
     bool _saidFull = false;
+    bool _hasEnded = false;
 };
 
 bool canMessage() {
@@ -289,6 +314,10 @@ void ReplyPublisher::add(const GradedReply& reply, u32 address) {
 
 void ReplyPublisher::poll() {
     _sending->poll();
+}
+
+bool ReplyPublisher::hasEnded() const {
+    return _sending->hasEnded();
 }
 
 bool ReplyPublisher::isFull() const {

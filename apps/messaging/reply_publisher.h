@@ -47,6 +47,9 @@ public:
     /// Sends what is due. Call it ten times a second at least; more often costs little.
     void poll();
 
+    /// Whether the server has refused this client for good, which was reported.
+    bool hasEnded() const;
+
     /// Whether the next batch would drop another one.
     bool isFull() const;
 

@@ -534,6 +534,7 @@ refuse 1 "ondrel: cannot open nothing: No such file or directory" track two.txt 
 refuse 2 "ondrel track: SOURCE: expected tcp://HOST:PORT, not 'tcp://nowhere'" track tcp://nowhere
 refuse 2 "ondrel track: SOURCE: standard input cannot be read beside other sources" track - two.txt
 refuse 2 "ondrel track: SOURCE: --record would write over 'two.txt'" track --record two.txt two.txt
+refuse 2 "ondrel track: --worker: it is for a message server: nats://HOST:PORT" track --worker a two.txt
 refuse 2 "ondrel track: SOURCE: --record would write over './two.txt'" track --record two.txt ./two.txt
 refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
     track --pace 1 tcp://127.0.0.1:1

@@ -92,6 +92,19 @@ TEST_F(ReplyMergerTest, TellsWhenABatchIsThrough) {
     EXPECT_TRUE(merger.hasGivenAllTo(99999));
 }
 
+// A site that repeats one reply delays no other: the time for each stays the same.
+TEST_F(ReplyMergerTest, TakesAnyNumberOfEqualReplies) {
+    constexpr unsigned many = 300000;
+    for (unsigned i = 0; i < many; ++i) {
+        add("a", 0, 5000 + i / 1000);
+    }
+    unsigned given = 0;
+    now += ReplyMerger::longestWait;
+    for (; merger.take(merged, now); ++given) {
+    }
+    EXPECT_EQ(given, many);
+}
+
 // Each of three sites hears each of many replies, more than the filter keeps at a time.
 TEST_F(ReplyMergerTest, ForgetsNothingWithinTheWindow) {
     unsigned given = 0;
