@@ -1,7 +1,6 @@
 #include "apps/commands/run_status.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <fstream>
 #include <unistd.h>
 
@@ -33,7 +32,7 @@ std::size_t lostSources(const std::vector<SourceState>& sources) {
 }
 
 void addProcess(JsonObject& status, const std::vector<SourceState>& sources) {
-    status.whole("memory_kb", static_cast<std::int64_t>(residentMemory() / 1024));
+    status.count("memory_kb", residentMemory() / 1024);
     status.list("sources", sources, [](JsonObject& source, const SourceState& state) {
         source.words("name", state.name);
         source.flag("up", state.isUp);

@@ -20,7 +20,6 @@
 #include "apps/web/web_view.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <memory>
@@ -102,11 +101,6 @@ Exit status:
        tracked
   2    the command line is wrong
   130  interrupted)";
-
-/// Those of a message server.
-constexpr std::array<const char*, 7> networkOptions = {"--partitions",  "--worker", "--rebuild",
-                                                       "--credentials", "--tls-ca", "--tls-cert",
-                                                       "--tls-key"};
 
 constexpr const char* never = "never";
 constexpr const char* modified = "mtime";
@@ -225,10 +219,8 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
         if (_options.isView) {
             checkViewOptions();
         }
-        for (const char* name : networkOptions) {
-            if (!isNetwork(_input) && line().count(name) > 0) {
-                throw CLI::ValidationError(name, "it is for a message server: nats://HOST:PORT");
-            }
+        if (!isNetwork(_input)) {
+            checkOtherOptions();
         }
     });
     line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + liveHelp +
@@ -365,6 +357,16 @@ void TrackCommand::addTrackingOptions() {
         ->check(CLI::Validator(altitudeCheckError, ""));
 }
 
+/// Options that fit no source but a message server.
+void TrackCommand::checkOtherOptions() {
+    for (const char* name : {"--partitions", "--worker", "--rebuild", "--credentials", "--tls-ca",
+                             "--tls-cert", "--tls-key"}) {
+        if (line().count(name) > 0) {
+            throw CLI::ValidationError(name, "it is for a message server: nats://HOST:PORT");
+        }
+    }
+}
+
 /// Options that do not fit reports of workers.
 void TrackCommand::checkViewOptions() {
     if (!isNetwork(_input)) {
@@ -373,7 +375,7 @@ void TrackCommand::checkViewOptions() {
     for (const std::string name :
          {"--sbs", "--partitions", "--worker", "--rebuild", "--pace", "--start", "--max-speed",
           "--altitude-check", "--record", "--clock", "--log"}) {
-        if (line().get_option(name)->count() > 0) {
+        if (line().count(name) > 0) {
             throw CLI::ValidationError(
                 "--view", name + " is for replies; a viewer gets only reports of aircraft");
         }

@@ -66,6 +66,7 @@ private:
 
     void addOutputOptions();
     void addTrackingOptions();
+    void checkOtherOptions();
     void checkViewOptions();
     void checkLiveOptions();
     int track(Output& output, Console& console);

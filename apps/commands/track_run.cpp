@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <utility>
 
 namespace tolvarin::ondrel::client {
@@ -122,21 +121,19 @@ LiveTableState TrackRun::tableState() const {
 }
 
 std::string TrackRun::statusJson() const {
-    const TrackingCounts tracking = _tracking.counts();
+    const TrackRunCounts all = counts();
+    const TrackingCounts& tracking = all.tracking;
     std::string text;
     JsonObject status(text);
-    const auto whole = [&status](std::string_view key, u64 number) {
-        status.whole(key, static_cast<std::int64_t>(number));
-    };
-    whole("schema", jsonSchema);
-    whole("time_ms", _tracking.now());
-    whole("aircraft", tracking.aircraft);
-    whole("replies", _replies);
+    status.count("schema", jsonSchema);
+    status.count("time_ms", _tracking.now());
+    status.count("aircraft", tracking.aircraft);
+    status.count("replies", _replies);
     status.decimal("replies_per_second", std::round(_speed.perSecond()));
-    whole("tracked", tracking.tracked);
-    whole("heard_elsewhere", counts().duplicates);
-    whole("not_readable", _input.leftOut().unreadable);
-    whole("positions_refused", tracking.positions.refused);
+    status.count("tracked", tracking.tracked);
+    status.count("heard_elsewhere", all.duplicates);
+    status.count("not_readable", all.leftOut.unreadable);
+    status.count("positions_refused", tracking.positions.refused);
     addProcess(status, _input.states());
     status.end();
     return text + '\n';

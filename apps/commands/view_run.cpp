@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 #include <utility>
 
 namespace tolvarin::ondrel::client {
@@ -119,17 +118,14 @@ std::string ViewRun::statusJson() const {
     const ReportCounts& counts = _sky.counts();
     std::string text;
     JsonObject status(text);
-    const auto whole = [&status](std::string_view key, u64 number) {
-        status.whole(key, static_cast<std::int64_t>(number));
-    };
-    whole("schema", jsonSchema);
-    whole("time_ms", _sky.now());
-    whole("aircraft", _sky.size());
-    whole("reports", counts.taken);
+    status.count("schema", jsonSchema);
+    status.count("time_ms", _sky.now());
+    status.count("aircraft", _sky.size());
+    status.count("reports", counts.taken);
     status.decimal("reports_per_second", std::round(_speed.perSecond()));
-    whole("not_readable", _unreadable);
-    whole("ahead", counts.ahead);
-    whole("no_room", counts.noRoom);
+    status.count("not_readable", _unreadable);
+    status.count("ahead", counts.ahead);
+    status.count("no_room", counts.noRoom);
     addProcess(status, {_reports.state()});
     status.end();
     return text + '\n';

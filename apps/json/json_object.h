@@ -23,6 +23,7 @@ public:
     explicit JsonObject(std::string& text) : _text(text) { _text += '{'; }
 
     void whole(std::string_view key, std::int64_t value);
+    void count(std::string_view key, u64 value) { whole(key, static_cast<std::int64_t>(value)); }
 
     /// The shortest digits that give the same number again; infinities and NaN are left out, since
     /// JSON has none.

@@ -110,7 +110,7 @@ std::string aircraftMapJson(const std::vector<TrackedAircraft>& aircraft, const 
     // Before the first reply, the run has no time.
     const u64 nowMs = showing.timeMs > 0 ? showing.timeMs : systemMilliseconds();
     object.rounded("now", secondsOf(nowMs), 3);
-    object.whole("messages", static_cast<std::int64_t>(messages));
+    object.count("messages", messages);
     object.list("aircraft", aircraft, [&showing](JsonObject& form, const TrackedAircraft& one) {
         addAircraft(form, one, showing);
     });

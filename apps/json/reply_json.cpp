@@ -296,7 +296,7 @@ void appendReplyJson(std::string& text, const DecodedReply& decoded,
     JsonObject object(text);
     object.whole("schema", jsonSchema);
     if (const auto& stamp = decoded.reply.stampMs) {
-        object.whole("stamp_ms", static_cast<std::int64_t>(*stamp));
+        object.count("stamp_ms", *stamp);
     }
     if (decoded.reply.source != 0) {
         object.whole("source", decoded.reply.source);

@@ -20,8 +20,9 @@ u64 apart(u64 one, u64 other) {
 
 } // namespace
 
+ReplyMerger::ReplyMerger() : _slots(slots) {}
+
 u64& ReplyMerger::slotOf(const std::string& bytes) {
-    _slots.resize(slots);
     return _slots[std::hash<std::string>()(bytes) % slots];
 }
 

@@ -29,6 +29,8 @@ public:
     static constexpr u64 longestWait = 1000;     ///< ms
     static constexpr u64 sameTransmission = 500; ///< ms between the stamps of two sites
 
+    ReplyMerger();
+
     /// `nowMs` is the time at which the reply came, by the clock that take() is asked with.
     void add(const GradedReply& reply, unsigned site, u64 nowMs);
 

@@ -94,17 +94,15 @@ private:
     bool consume() {
         const std::string inbox = NatsConnection::newInbox();
         auto incoming = _server.subscribe(inbox);
-        const auto made = _server.ask("CONSUMER.CREATE." + aircraftStream,
-                                      {{"stream_name", aircraftStream},
-                                       {"config",
-                                        {{"deliver_subject", inbox},
-                                         {"filter_subject", allAircraftSubjects()},
-                                         {"deliver_policy", "last_per_subject"},
-                                         {"ack_policy", "none"},
-                                         {"inactive_threshold", longestUnused}}}});
-        if (!incoming || !made || made->is_null() || made->contains("error")) {
-            reportOnce("the store makes no consumer: " +
-                       (made && !made->is_null() ? storeError(*made) : "no answer"));
+        const ConsumerAnswer made =
+            makeConsumer(_server, "CONSUMER.CREATE." + aircraftStream, aircraftStream,
+                         {{"deliver_subject", inbox},
+                          {"filter_subject", allAircraftSubjects()},
+                          {"deliver_policy", "last_per_subject"},
+                          {"ack_policy", "none"},
+                          {"inactive_threshold", longestUnused}});
+        if (!incoming || made.consumer.is_null()) {
+            reportOnce(made.reason);
             return false;
         }
         _incoming = std::move(incoming);

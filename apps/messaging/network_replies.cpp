@@ -151,7 +151,7 @@ private:
         if (_phase == Phase::Plain) {
             return;
         }
-        reportOnce("the server has no store (JetStream): what is lost on the way stays lost");
+        reportOnce(noStoreText);
         _incoming.clear();
         for (const unsigned partition : _options.partitions.numbers) {
             listen(replySubject(partition));
@@ -187,14 +187,11 @@ private:
 
     /// Gives what the store says of the new consumer; null if it cannot be made.
     json makeConsumer(const std::string& command, const json& settings) {
-        const auto answer =
-            _server.ask(command, {{"stream_name", replyStream}, {"config", settings}});
-        if (!answer || answer->is_null() || answer->contains("error")) {
-            reportOnce("the store makes no consumer: " +
-                       (answer && !answer->is_null() ? storeError(*answer) : "no answer"));
-            return {};
+        const ConsumerAnswer answer = client::makeConsumer(_server, command, replyStream, settings);
+        if (!answer.reason.empty()) {
+            reportOnce(answer.reason);
         }
-        return *answer;
+        return answer.consumer;
     }
 
     /// Reads again what came in the last minutes and was delivered before, for the table.

@@ -174,10 +174,8 @@ private:
 
     void sayStore(const StreamAnswer& answer) {
         const std::string text = answer.state == StreamState::Ready ? "the server stores replies"
-                                 : answer.state == StreamState::NoStore
-                                     ? "the server has no store (JetStream): what is "
-                                       "lost on the way stays lost"
-                                     : answer.reason;
+                                 : answer.state == StreamState::NoStore ? noStoreText
+                                                                        : answer.reason;
         if (text != std::exchange(_saidStore, text)) {
             _report(text);
         }

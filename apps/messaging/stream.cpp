@@ -67,6 +67,8 @@ StreamAnswer openStream(NatsConnection& server, const json& settings) {
 
 } // namespace
 
+const std::string noStoreText =
+    "the server has no store (JetStream): what is lost on the way stays lost";
 const std::string replyStream = "ONDREL_REPLIES";
 const std::string aircraftStream = "ONDREL_AIRCRAFT";
 
@@ -87,6 +89,17 @@ std::optional<unsigned> partitionOfSubject(std::string_view subject) {
     const bool isNumber = result.ec == std::errc() && result.ptr == digits.data() + digits.size();
     return subject.substr(0, replies.size()) == replies && isNumber ? std::optional(partition)
                                                                     : std::nullopt;
+}
+
+ConsumerAnswer makeConsumer(NatsConnection& server, const std::string& command,
+                            const std::string& stream, const json& settings) {
+    const auto answer = server.ask(command, {{"stream_name", stream}, {"config", settings}});
+    if (!answer || answer->is_null() || answer->contains("error")) {
+        return {{},
+                "the store makes no consumer: " +
+                    (answer && !answer->is_null() ? storeError(*answer) : "no answer")};
+    }
+    return {*answer, ""};
 }
 
 u64 deliveredUpTo(const json& consumer) {

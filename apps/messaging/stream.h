@@ -31,6 +31,9 @@ struct StreamAnswer {
     std::string reason; ///< why it is unknown
 };
 
+/// What is said of a server that keeps nothing.
+extern const std::string noStoreText;
+
 extern const std::string replyStream;    ///< its name
 extern const std::string aircraftStream; ///< its name
 
@@ -39,6 +42,16 @@ StreamAnswer openReplyStream(NatsConnection& server);
 
 /// The stream that keeps the last report of each aircraft. Makes it if it is not there.
 StreamAnswer openAircraftStream(NatsConnection& server);
+
+/// A new consumer of a stream.
+struct ConsumerAnswer {
+    nlohmann::json consumer; ///< null if it cannot be made
+    std::string reason;      ///< why
+};
+
+/// Makes a consumer with a command such as "CONSUMER.CREATE.STREAM".
+ConsumerAnswer makeConsumer(NatsConnection& server, const std::string& command,
+                            const std::string& stream, const nlohmann::json& settings);
 
 /// Of what the store says of a consumer: the number of the last message that it delivered, 0 if
 /// there is none; and how many messages wait for it.
