@@ -14,7 +14,9 @@ bool Stamping::stamp(Reply& reply) {
         begin(reply);
     }
     if (_bySites) {
-        noteTime(*reply.stampMs);
+        if (*reply.stampMs > _newest.now()) {
+            _newest.note(*reply.stampMs, _clock());
+        }
         return true;
     }
     if (_byClock) {
@@ -46,19 +48,11 @@ void Stamping::passTo(u64 timeMs) {
         return;
     }
     if (_bySites) {
-        _clocked = std::max(_clocked, timeMs - _behind);
+        _newest.passTo(timeMs);
     } else if (_byClock) {
         _clocked = timeMs;
     } else {
         _time.follow(timeMs);
-    }
-}
-
-/// Of a site.
-void Stamping::noteTime(u64 stampMs) {
-    if (stampMs > _clocked) {
-        _clocked = stampMs;
-        _behind = _clock() - std::min(_clock(), stampMs);
     }
 }
 

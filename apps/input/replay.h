@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/common/newest_time.h"
 #include "apps/common/reply.h"
 #include "apps/common/system_time.h"
 #include "apps/input/run_clock.h"
@@ -40,7 +41,7 @@ public:
     void passTo(u64 timeMs);
 
     /// The time of the run.
-    u64 now() const { return _byClock || _bySites ? _clocked : _time.now(); }
+    u64 now() const { return _bySites ? _newest.now() : _byClock ? _clocked : _time.now(); }
 
     /// Whether the last stamp moved the time of the run out of its course.
     bool jumped() const { return _jumped; }
@@ -60,7 +61,6 @@ public:
 private:
     void begin(const Reply& first);
     void noteRefused();
-    void noteTime(u64 stampMs);
     void noteUnused(const Reply& reply);
     u64 timeAfter(RunClock::Step step, u64 before, u64 stampMs);
     void reportDoubt(u64 stampMs);
@@ -75,9 +75,9 @@ private:
     bool _wentBack = false;  ///< the time of the run, at least once
     bool _wentAhead = false; ///< the same
     bool _bySites = false;
-    u64 _clocked = 0; ///< the time that does not follow single stamps
-    u64 _behind = 0;  ///< ms from the newest stamp of sites to the clock when it came
-    u64 _offset = 0;  ///< from counter stamps to times, modulo 2^64
+    NewestTime _newest; ///< of sites
+    u64 _clocked = 0;   ///< the last stamp of the clock
+    u64 _offset = 0;    ///< from counter stamps to times, modulo 2^64
     u64 _replies = 0;
     u64 _doubted = 0;
     u64 _unused = 0;

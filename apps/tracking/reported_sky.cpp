@@ -1,6 +1,5 @@
 #include "apps/tracking/reported_sky.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace tolvarin::ondrel::client {
@@ -21,11 +20,7 @@ bool ReportedSky::take(TrackedAircraft aircraft, u64 clockMs) {
         return false;
     }
     ++_counts.taken;
-    const u64 stampMs = aircraft.lastUpdate();
-    if (stampMs > _now) {
-        _now = stampMs;
-        _behind = clockMs - std::min(clockMs, stampMs);
-    }
+    _time.note(aircraft.lastUpdate(), clockMs);
     _aircraft.insert_or_assign(aircraft.icaoAddress(), std::move(aircraft));
     return true;
 }
@@ -43,12 +38,6 @@ u64* ReportedSky::reasonAgainst(const TrackedAircraft& aircraft, u64 clockMs) {
         return _aircraft.size() == mostAircraft ? &_counts.noRoom : nullptr;
     }
     return isNewer(aircraft, found->second) ? nullptr : &_counts.known;
-}
-
-void ReportedSky::passTo(u64 clockMs) {
-    if (_now > 0) {
-        _now = std::max(_now, clockMs - std::min(clockMs, _behind));
-    }
 }
 
 std::vector<TrackedAircraft> ReportedSky::removeSilent() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/common/newest_time.h"
 #include "apps/tracking/tracked_aircraft.h"
 
 #include <ondrel/types.h>
@@ -35,10 +36,10 @@ public:
     /// minute ahead of the clock.
     bool take(TrackedAircraft aircraft, u64 clockMs);
 
-    void passTo(u64 clockMs);
+    void passTo(u64 clockMs) { _time.passTo(clockMs); }
 
     /// In milliseconds since 1970; 0 before the first report.
-    u64 now() const { return _now; }
+    u64 now() const { return _time.now(); }
 
     /// Removes the aircraft that were not heard for so long, and gives them.
     std::vector<TrackedAircraft> removeSilent();
@@ -51,14 +52,13 @@ public:
 
 private:
     bool isSilent(const TrackedAircraft& aircraft) const {
-        return _silentMs && aircraft.lastUpdate() + *_silentMs <= _now;
+        return _silentMs && aircraft.lastUpdate() + *_silentMs <= now();
     }
     u64* reasonAgainst(const TrackedAircraft& aircraft, u64 clockMs);
 
     std::optional<u64> _silentMs;
     std::map<u32, TrackedAircraft> _aircraft; ///< by address
-    u64 _now = 0;
-    u64 _behind = 0; ///< ms from the newest report to the clock when it came
+    NewestTime _time;
     ReportCounts _counts;
 };
 
