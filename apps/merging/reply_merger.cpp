@@ -43,9 +43,10 @@ void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
     added.cameMs = nowMs;
     added.older = std::exchange(slot, _end);
     added.isGiven = false;
-    _waiting.push_back({reply.stampMs, _end});
+    const u64 place = std::min(reply.stampMs, nowMs);
+    _waiting.push_back({place, _end});
     std::push_heap(_waiting.begin(), _waiting.end());
-    _newest = std::max(_newest, reply.stampMs);
+    _newest = std::max(_newest, place);
     ++_end;
 }
 

@@ -22,8 +22,10 @@ struct MergedReply {
 /// site hears twice was sent twice.
 ///
 /// A reply waits until one came that is a second newer, or until nothing new came for a second. One
-/// that comes later than that is taken out of order. Time and memory are bounded: some hundred
-/// thousand transmissions wait or are known at most, then the oldest no longer wait.
+/// that comes later than that is taken out of order. A stamp ahead of the clock counts as the
+/// clock's, so that a site whose clock is ahead does not end the wait of the others. Time and
+/// memory are bounded: some hundred thousand transmissions wait or are known at most, then the
+/// oldest no longer wait.
 class ReplyMerger {
 public:
     static constexpr u64 longestWait = 1000;     ///< ms
@@ -37,7 +39,8 @@ public:
     /// Takes the oldest reply whose time has come. False if there is none.
     bool take(MergedReply& merged, u64 nowMs);
 
-    /// Whether all replies with this stamp or an older one that were added have been taken.
+    /// Whether all replies with this stamp or an older one that were added have been taken. For
+    /// stamps ahead of the clock, `stampMs` is what the clock was when they were added.
     bool hasGivenAllTo(u64 stampMs) const {
         return _waiting.empty() || stampMs + sameTransmission < _waiting.front().stampMs;
     }
@@ -54,7 +57,7 @@ private:
         bool isGiven;
     };
     struct Waiting {
-        u64 stampMs;
+        u64 stampMs; ///< or the clock's
         u64 number;
 
         /// For a heap with the oldest one on top.
@@ -76,7 +79,7 @@ private:
     u64 _first = 1;
     u64 _end = 1;
     std::vector<Waiting> _waiting; ///< a heap
-    u64 _newest = 0;               ///< stamp
+    u64 _newest = 0;               ///< stamp, or the clock's
     u64 _lastAdd = 0;
     u64 _duplicates = 0;
 };

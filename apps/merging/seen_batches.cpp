@@ -1,6 +1,6 @@
 #include "apps/merging/seen_batches.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace tolvarin::ondrel::client {
 
@@ -14,33 +14,40 @@ std::optional<unsigned> SeenBatches::siteOf(const ReplyBatch& batch) {
     }
     const auto site = static_cast<unsigned>(_sites.size());
     _numbers.emplace(batch.site, site);
-    _sites.push_back({batch.site, batch.started, 0, {}});
+    _sites.push_back({batch.site, {}, {}});
     return site;
 }
 
 bool SeenBatches::note(unsigned site, const ReplyBatch& batch) {
     Site& known = _sites[site];
-    if (batch.started > known.started) {
-        known = {std::move(known.name), batch.started, 0, {}};
+    if (batch.started != known.last.time) {
+        std::swap(known.last, known.other);
+        if (batch.started != known.last.time) {
+            known.last = {batch.started, 0, {}};
+        }
     }
-    // Those of an earlier start, and those too far back to be known, may come twice.
-    if (batch.started < known.started || batch.number + window <= known.newest) {
+    return known.last.note(batch.number);
+}
+
+/// False if it came before.
+bool SeenBatches::Start::note(u64 number) {
+    if (newest >= window && number <= newest - window) {
         return true;
     }
-    if (batch.number > known.newest) {
-        if (batch.number - known.newest >= window) {
-            known.seen.reset();
+    if (number > newest) {
+        if (number - newest >= window) {
+            seen.reset();
         } else {
-            for (u64 i = known.newest + 1; i <= batch.number; ++i) {
-                known.seen.reset(i % window);
+            for (u64 i = newest; i != number;) {
+                seen.reset(++i % window);
             }
         }
-        known.newest = batch.number;
+        newest = number;
     }
-    if (known.seen.test(batch.number % window)) {
+    if (seen.test(number % window)) {
         return false;
     }
-    known.seen.set(batch.number % window);
+    seen.set(number % window);
     return true;
 }
 

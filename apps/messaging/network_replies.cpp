@@ -327,7 +327,8 @@ private:
         }
     }
 
-    /// Adds the replies of the batch if it is new. Gives its newest stamp.
+    /// Adds the replies of the batch if it is new. Gives its newest stamp, or the clock's if that
+    /// is ahead.
     u64 take(unsigned site, bool isNew) {
         u64 newest = 0;
         for (const GradedReply& reply : _batch.replies) {
@@ -340,7 +341,7 @@ private:
                 }
                 continue;
             }
-            newest = std::max(newest, reply.stampMs);
+            newest = std::max(newest, std::min(reply.stampMs, _nowMs));
             if (isNew) {
                 _clocks.note(reply, site);
                 _merger.add(reply, site, _nowMs);

@@ -46,6 +46,20 @@ TEST_F(ReplyMergerTest, GivesRepliesInTheOrderOfTheirStamps) {
     EXPECT_EQ(taken(), "e1") << "later than any wait";
 }
 
+TEST_F(ReplyMergerTest, WaitsForOthersWhereASiteIsAhead) {
+    add("a", 0, now - 300);
+    add("x", 1, now + 30000);
+    EXPECT_EQ(taken(), "");
+    now += 100;
+    add("b", 2, now - 500);
+    EXPECT_FALSE(merger.hasGivenAllTo(now));
+    now += 900;
+    add("y", 1, now + 30000);
+    EXPECT_EQ(taken(), "b1 a1 x1");
+    EXPECT_TRUE(merger.hasGivenAllTo(now - 1000)) << "that of x";
+    EXPECT_EQ(rest(), "y1");
+}
+
 TEST_F(ReplyMergerTest, MakesOneOfWhatSeveralSitesHeard) {
     add("a", 0, 5000, ModeSMessage::Low, 50);
     add("a", 1, 5500, ModeSMessage::High, 20);

@@ -32,6 +32,10 @@ TEST(SeenBatches, RecognisesABatchThatCameBefore) {
     }
     EXPECT_TRUE(seen.note(0, batch("a", 1, 30000)));
     EXPECT_FALSE(seen.note(0, batch("a", 1, 30000)));
+    for (const u64 number : {~u64{0} - 1, ~u64{0}}) {
+        EXPECT_TRUE(seen.note(0, batch("a", 1, number)));
+        EXPECT_FALSE(seen.note(0, batch("a", 1, number)));
+    }
 }
 
 TEST(SeenBatches, CountsAnewWhenASiteStartsAnew) {
@@ -41,6 +45,18 @@ TEST(SeenBatches, CountsAnewWhenASiteStartsAnew) {
     EXPECT_TRUE(seen.note(0, batch("a", 2000, 1)));
     EXPECT_FALSE(seen.note(0, batch("a", 2000, 1)));
     EXPECT_TRUE(seen.note(0, batch("a", 1000, 2))) << "from its backlog";
+    EXPECT_FALSE(seen.note(0, batch("a", 2000, 1)));
+    EXPECT_FALSE(seen.note(0, batch("a", 1000, 1))) << "from the store once more";
+}
+
+// A batch that anyone sent in the name of a site, say.
+TEST(SeenBatches, GoesOnAfterAStartThatTellsAnyTime) {
+    SeenBatches seen;
+    seen.siteOf(batch("a", 1000, 1));
+    EXPECT_TRUE(seen.note(0, batch("a", 1000, 1)));
+    EXPECT_TRUE(seen.note(0, batch("a", ~u64{0}, 1)));
+    EXPECT_FALSE(seen.note(0, batch("a", 1000, 1)));
+    EXPECT_TRUE(seen.note(0, batch("a", 2000, 1)));
     EXPECT_FALSE(seen.note(0, batch("a", 2000, 1)));
 }
 
