@@ -3,7 +3,8 @@
 #include "apps/commands/options.h"
 #include "apps/merging/reply_batch.h"
 
-#include <sstream>
+#include <cstddef>
+#include <regex>
 
 namespace tolvarin::ondrel::client {
 
@@ -11,22 +12,21 @@ namespace {
 
 constexpr u64 longestRebuild = 60; // minutes; the store keeps fewer unless told
 
-/// "0-3/16"; nothing if the text is not of that form.
+/// "0-3/16"; nothing if the text is not of the form FIRST[-LAST][/N].
 std::optional<Partitions> partitionsOf(const std::string& text) {
+    static const std::regex form("([0-9]{1,2})(-([0-9]{1,2}))?(/([0-9]{1,2}))?");
     constexpr unsigned usual = 8;
-    unsigned first = 0;
-    unsigned last = 0;
-    unsigned count = usual;
-    std::istringstream stream(text);
-    char dash = 0;
-    char slash = '/';
-    stream >> first >> dash >> last;
-    if (stream && !stream.eof()) {
-        stream >> slash >> count;
+    std::smatch parts;
+    if (!std::regex_match(text, parts, form)) {
+        return std::nullopt;
     }
-    const bool isWhole = stream && stream.eof();
-    if (!isWhole || dash != '-' || slash != '/' || first > last || last >= count ||
-        count > mostPartitions) {
+    const auto numberAt = [&parts](std::size_t group, unsigned otherwise) {
+        return parts[group].matched ? static_cast<unsigned>(std::stoul(parts[group])) : otherwise;
+    };
+    const unsigned first = numberAt(1, 0);
+    const unsigned last = numberAt(3, first);
+    const unsigned count = numberAt(5, usual);
+    if (first > last || last >= count || count > mostPartitions) {
         return std::nullopt;
     }
     Partitions partitions{{}, count};
@@ -66,10 +66,10 @@ void addWorkerOptions(CLI::App& command, WorkerOptions& worker) {
             [&worker](const std::string& text) { worker.partitions = *partitionsOf(text); },
             "From a message server: track these parts of all aircraft;\n"
             "N: how many parts the sites make")
-        ->type_name("FIRST-LAST[/N]=0-7/8")
+        ->type_name("FIRST[-LAST][/N]=0-7/8")
         ->check(CLI::Validator(
             [](const std::string& text) -> std::string {
-                return partitionsOf(text) ? "" : "expected FIRST-LAST[/N], not '" + text + "'";
+                return partitionsOf(text) ? "" : "expected FIRST[-LAST][/N], not '" + text + "'";
             },
             ""));
     command

@@ -222,6 +222,10 @@ TrackCommand::TrackCommand(CLI::App& program) : Command(program, "track", descri
         if (!isNetwork(_input)) {
             checkOtherOptions();
         }
+        if (isLive(_input) && (_options.pace || _options.start)) {
+            throw CLI::ValidationError(_options.pace ? "--pace" : "--start",
+                                       "it is for recordings; a feed has the time of the clock");
+        }
     });
     line().footer(replySourceHelp() + tableHelp + aircraftColumnHelp() + terminalHelp() + liveHelp +
                   footer);
@@ -382,12 +386,8 @@ void TrackCommand::checkViewOptions() {
     }
 }
 
-/// Options that do not fit feeds, and those that feeds have unless told.
-void TrackCommand::checkLiveOptions() {
-    if (_options.pace || _options.start) {
-        throw Failure(std::string(_options.pace ? "--pace" : "--start") +
-                      " is for recordings; a feed has the time of the clock");
-    }
+/// What runs without an end have unless told.
+void TrackCommand::setLiveOptions() {
     if (!_options.silentMs && !_options.keepAll) {
         _options.silentMs = Tracking::shortestSilence;
     }
@@ -455,7 +455,7 @@ int TrackCommand::run() {
 int TrackCommand::track(Output& output, Console& console) {
     ReplyInput input(_input, console);
     if (isLive(_input)) {
-        checkLiveOptions();
+        setLiveOptions();
     }
     std::unique_ptr<LiveScreen> screen = openScreen();
     if (isNetwork(_input)) {
@@ -483,7 +483,7 @@ int TrackCommand::track(Output& output, Console& console) {
 
 int TrackCommand::view(Output& output, Console& console) {
     noteInterruption();
-    checkLiveOptions();
+    setLiveOptions();
     std::unique_ptr<LiveScreen> screen = openScreen();
     const MessageServer from = server();
     TrackOutput display(_options, from.url, true, output, console);

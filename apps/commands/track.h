@@ -68,7 +68,7 @@ private:
     void addTrackingOptions();
     void checkOtherOptions();
     void checkViewOptions();
-    void checkLiveOptions();
+    void setLiveOptions();
     int track(Output& output, Console& console);
     int view(Output& output, Console& console);
     std::unique_ptr<LiveScreen> openScreen();

@@ -132,6 +132,10 @@ std::string TrackRun::statusJson() const {
     status.decimal("replies_per_second", std::round(_speed.perSecond()));
     status.count("tracked", tracking.tracked);
     status.count("heard_elsewhere", all.duplicates);
+    if (_options.isMerged) {
+        status.count("too_late", all.late);
+        status.count("ahead", all.leftOut.ahead);
+    }
     status.count("not_readable", all.leftOut.unreadable);
     status.count("positions_refused", tracking.positions.refused);
     addProcess(status, _input.states());

@@ -20,6 +20,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::milliseconds betweenPolls(100);
 constexpr std::chrono::seconds betweenQuestions(10); // to a store that did not answer
+constexpr std::chrono::seconds betweenChecks(60);    // of a stream that someone may remove
 
 } // namespace
 
@@ -99,16 +100,16 @@ private:
     /// Makes the stream that keeps the reports, where there is a store.
     void openStream() {
         const auto now = Clock::now();
-        if (_server.connections() == _opened || now < _nextQuestion) {
+        if (_server.connections() == _opened && now < _nextQuestion) {
             return;
         }
+        _opened = _server.connections();
         const StreamAnswer answer = openAircraftStream(_server);
-        if (answer.state != StreamState::Unknown) {
-            _opened = _server.connections();
-        } else if (answer.reason != std::exchange(_said, answer.reason)) {
+        const bool isKnown = answer.state != StreamState::Unknown;
+        if (!isKnown && answer.reason != std::exchange(_said, answer.reason)) {
             tell(answer.reason);
         }
-        _nextQuestion = now + betweenQuestions;
+        _nextQuestion = now + (isKnown ? betweenChecks : betweenQuestions);
     }
 
     /// Nobody else changes a batch that is not empty.
@@ -131,7 +132,7 @@ private:
     bool _ends = false;
 
     // Of the thread alone.
-    unsigned _opened = 0; ///< the connection with which the stream was opened
+    unsigned _opened = 0; ///< the connection with which the stream was last asked for
     Clock::time_point _nextQuestion;
     std::string _said;
     NatsConnection _server;

@@ -57,6 +57,9 @@ void setCredentials(natsOptions* options, const std::string& path) {
                 "use the credentials in " + path);
         return;
     }
+    if (!line.empty() && line.back() == '\r') {
+        line.pop_back();
+    }
     const std::size_t colon = line.find(':');
     if (colon == std::string::npos || line.size() > longestSecret) {
         throw Failure("the first line of " + path + " is not USER:PASSWORD");

@@ -75,6 +75,7 @@ public:
             if (!_hasEnded && _server.poll() && findStore(now)) {
                 takeAnswers();
                 send(now);
+                sayRoom();
             }
         } catch (const InputFailure& failure) {
             _hasEnded = true;
@@ -143,6 +144,13 @@ private:
         }
     }
 
+    void sayRoom() {
+        if (_bytes <= _options.backlog / 2 && std::exchange(_saidFull, false)) {
+            _report("the backlog has room again; " + std::to_string(_counts.dropped) +
+                    " replies were dropped so far");
+        }
+    }
+
     std::map<u64, Batch>::iterator remove(std::map<u64, Batch>::iterator batch) {
         _bytes -= batch->second.bytes.size();
         return _backlog.erase(batch);
@@ -178,9 +186,6 @@ private:
                                                                         : answer.reason;
         if (text != std::exchange(_saidStore, text)) {
             _report(text);
-        }
-        if (answer.state != StreamState::Unknown && std::exchange(_saidFull, false)) {
-            _report("dropped " + std::to_string(_counts.dropped) + " replies so far");
         }
     }
 

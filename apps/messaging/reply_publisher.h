@@ -25,7 +25,7 @@ struct PublisherOptions {
 struct PublisherCounts {
     u64 sent = 0;    ///< replies that the server has, or got if it keeps nothing
     u64 batches = 0; ///< in which they went
-    u64 dropped = 0; ///< replies, since the backlog was full
+    u64 dropped = 0; ///< replies, since the backlog was full; the server may have got some
     u64 waiting = 0; ///< replies
 };
 

@@ -536,8 +536,14 @@ refuse 2 "ondrel track: SOURCE: standard input cannot be read beside other sourc
 refuse 2 "ondrel track: SOURCE: --record would write over 'two.txt'" track --record two.txt two.txt
 refuse 2 "ondrel track: --worker: it is for a message server: nats://HOST:PORT" track --worker a two.txt
 refuse 2 "ondrel track: SOURCE: --record would write over './two.txt'" track --record two.txt ./two.txt
-refuse 1 "ondrel: --pace is for recordings; a feed has the time of the clock" \
-    track --pace 1 tcp://127.0.0.1:1
+for source in tcp://127.0.0.1:1 nats://127.0.0.1:1; do
+    refuse 2 "ondrel track: --pace: it is for recordings; a feed has the time of the clock" \
+        track --pace 1 $source
+done
+for parts in 8 3-2 0-7/65 0- 0-3/ "0-3 " 0-3/8x; do
+    refuse 2 "ondrel track: --partitions: expected FIRST\\[-LAST\\]\\[/N\\], not '$parts'" \
+        track --partitions "$parts" nats://127.0.0.1:1
+done
 refuse 2 "ondrel track: --view: it shows what is on a message server: nats://..." \
     track --view two.txt
 for option in "--sbs 127.0.0.1:0" "--partitions 0-3" "--pace 1"; do
