@@ -7,6 +7,7 @@
 #include "apps/input/replay.h"
 #include "apps/input/reply_source.h"
 #include "apps/json/reply_json.h"
+#include "apps/merging/reply_merger.h"
 #include "apps/terminal/reply_text.h"
 #include "apps/tracking/tracking.h"
 
@@ -26,12 +27,12 @@
 namespace tolvarin::ondrel::bench {
 namespace {
 
-/// Twenty seconds of 200 aircraft: as a file, which the system keeps in memory, and as replies.
+/// Twenty seconds of traffic: as a file, which the system keeps in memory, and as replies.
 class Recording {
 public:
-    Recording() {
+    explicit Recording(unsigned aircraft = 200) {
         simulator::TrafficOptions options;
-        options.aircraft = 200;
+        options.aircraft = aircraft;
         options.seconds = 20;
         options.damage.oneBit = 0.05;
         options.damage.manyBits = 0.02;
@@ -174,6 +175,46 @@ void decodeRecordingToJson(benchmark::State& state) {
 }
 
 BENCHMARK(decodeRecordingToJson)->Apply(inTurns);
+
+const InTable
+    mergeRows({"mergeSites",
+               "replies that two sites heard, brought into order and made one; the second "
+               "site sends them so many seconds of their time later.",
+               "the same replies decoded without their payloads."});
+
+void mergeSites(benchmark::State& state) {
+    constexpr unsigned aircraft = 1500;
+    const Recording recording(aircraft);
+    const auto& replies = recording.replies();
+    const u64 later = static_cast<u64>(state.range(0)) * 1000;
+    std::vector<client::GradedReply> graded;
+    for (const client::Reply& reply : replies) {
+        graded.push_back({reply.bytes, *reply.stampMs, ModeSMessage::High, 0});
+    }
+    client::ReplyMerger merger;
+    client::MergedReply merged;
+    std::size_t second = 0;
+    ModeSDecoder floorDecoder;
+    const u64 now = *replies.back().stampMs;
+    compare(
+        state, replies.size(),
+        [&](std::size_t i) {
+            if (i == 0) {
+                merger = client::ReplyMerger();
+                second = 0;
+            }
+            merger.add(graded[i], 0, now);
+            for (; graded[second].stampMs + later < graded[i].stampMs; ++second) {
+                merger.add(graded[second], 1, now);
+            }
+            while (merger.take(merged, now)) {
+            }
+            benchmark::DoNotOptimize(merged);
+        },
+        [&](std::size_t i) { benchmark::DoNotOptimize(decodedAlone(floorDecoder, replies[i])); });
+}
+
+BENCHMARK(mergeSites)->Arg(0)->Arg(10)->Apply(inTurns);
 
 } // namespace
 } // namespace tolvarin::ondrel::bench

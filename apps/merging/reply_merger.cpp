@@ -8,40 +8,38 @@ namespace tolvarin::ondrel::client {
 
 namespace {
 
-constexpr std::size_t slots = std::size_t{1} << 16U;
 constexpr std::size_t fewestKept = std::size_t{1} << 14U;
 constexpr std::size_t mostKept = std::size_t{1} << 19U;
 constexpr unsigned mostCompared = 64;                      // those of one slot
+constexpr u64 second = 1000;                               // ms
 constexpr u64 longestKnown = 2 * ReplyMerger::longestWait; // ms
 
 u64 apart(u64 one, u64 other) {
     return std::max(one, other) - std::min(one, other);
 }
 
-} // namespace
-
-ReplyMerger::ReplyMerger() : _slots(slots) {}
-
-u64& ReplyMerger::slotOf(const std::string& bytes) {
-    return _slots[std::hash<std::string>()(bytes) % slots];
+std::size_t hashOf(const std::string& bytes, u64 time) {
+    return std::hash<std::string>()(bytes) + time * 0x9E3779B97F4A7C15; // 2^64 by the golden ratio
 }
+
+} // namespace
 
 void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
     _lastAdd = nowMs;
-    u64& slot = slotOf(reply.bytes);
-    if (Transmission* same = sameFrom(slot, reply, site)) {
+    makeRoom();
+    if (Transmission* same = sameAs(reply, site)) {
         ++_duplicates;
         same->sites += static_cast<char16_t>(site);
         same->reply.confidence = std::max(same->reply.confidence, reply.confidence);
         same->reply.signalAmplitude = std::max(same->reply.signalAmplitude, reply.signalAmplitude);
         return;
     }
-    makeRoom();
     Transmission& added = at(_end);
+    added.hash = hashOf(reply.bytes, reply.stampMs / second);
+    added.older = std::exchange(slotOf(added.hash), _end);
     added.reply = reply;
     added.sites = static_cast<char16_t>(site);
     added.cameMs = nowMs;
-    added.older = std::exchange(slot, _end);
     added.isGiven = false;
     const u64 place = std::min(reply.stampMs, nowMs);
     _waiting.push_back({place, _end});
@@ -51,14 +49,22 @@ void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
 }
 
 /// The transmission that the site can have heard now. It hears the older ones first.
-ReplyMerger::Transmission* ReplyMerger::sameFrom(u64 newest, const GradedReply& reply,
-                                                 unsigned site) {
+ReplyMerger::Transmission* ReplyMerger::sameAs(const GradedReply& reply, unsigned site) {
+    static_assert(2 * sameTransmission <= second);
+    const u64 own = reply.stampMs / second;
+    const u64 nearest = reply.stampMs % second < second / 2 ? own - 1 : own + 1;
+    Transmission* one = sameIn(hashOf(reply.bytes, std::min(own, nearest)), reply, site);
+    return one != nullptr ? one : sameIn(hashOf(reply.bytes, std::max(own, nearest)), reply, site);
+}
+
+ReplyMerger::Transmission* ReplyMerger::sameIn(std::size_t hash, const GradedReply& reply,
+                                               unsigned site) {
     Transmission* oldest = nullptr;
     unsigned compared = 0;
-    for (u64 number = newest; number >= _first && compared < mostCompared;
+    for (u64 number = slotOf(hash); number >= _first && compared < mostCompared;
          number = at(number).older, ++compared) {
         Transmission& one = at(number);
-        if (one.reply.bytes == reply.bytes &&
+        if (one.hash == hash && one.reply.bytes == reply.bytes &&
             apart(one.reply.stampMs, reply.stampMs) <= sameTransmission &&
             one.sites.find(static_cast<char16_t>(site)) == std::u16string::npos) {
             oldest = &one;
@@ -74,8 +80,11 @@ void ReplyMerger::makeRoom() {
         return;
     }
     std::vector<Transmission> larger(std::max(2 * size, fewestKept));
+    _slots.assign(larger.size(), 0);
     for (u64 number = _first; number < _end; ++number) {
-        larger[number % larger.size()] = std::move(at(number));
+        Transmission& one = larger[number % larger.size()];
+        one = std::move(at(number));
+        one.older = std::exchange(slotOf(one.hash), number);
     }
     _transmissions.swap(larger);
 }

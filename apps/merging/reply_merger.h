@@ -31,8 +31,6 @@ public:
     static constexpr u64 longestWait = 1000;     ///< ms
     static constexpr u64 sameTransmission = 500; ///< ms between the stamps of two sites
 
-    ReplyMerger();
-
     /// `nowMs` is the time at which the reply came, by the clock that take() is asked with.
     void add(const GradedReply& reply, unsigned site, u64 nowMs);
 
@@ -50,10 +48,11 @@ public:
 
 private:
     struct Transmission {
+        std::size_t hash; ///< of the bytes and the second
+        u64 older;        ///< number of the one before in the same slot
         GradedReply reply;
         std::u16string sites; ///< the short form of a string holds seven without more memory
         u64 cameMs;
-        u64 older; ///< number of the one before in the same slot
         bool isGiven;
     };
     struct Waiting {
@@ -67,13 +66,15 @@ private:
     };
 
     Transmission& at(u64 number) { return _transmissions[number % _transmissions.size()]; }
-    u64& slotOf(const std::string& bytes);
-    Transmission* sameFrom(u64 newest, const GradedReply& reply, unsigned site);
+    u64& slotOf(std::size_t hash) { return _slots[hash % _slots.size()]; }
+    Transmission* sameAs(const GradedReply& reply, unsigned site);
+    Transmission* sameIn(std::size_t hash, const GradedReply& reply, unsigned site);
     void makeRoom();
     void forget(u64 nowMs);
 
     // Transmissions have numbers in the order in which they came. Those from _first to _end - 1 are
-    // kept, in a ring. Each slot has the newest of those whose bytes have one hash.
+    // kept, in a ring. Each of as many slots has the newest of those whose hashes belong to it.
+    // The hash is that of the bytes and the second, since many replies have the same bytes.
     std::vector<Transmission> _transmissions;
     std::vector<u64> _slots;
     u64 _first = 1;
