@@ -3,8 +3,10 @@
 #include "apps/commands/options.h"
 #include "apps/merging/reply_batch.h"
 
+#include <charconv>
 #include <cstddef>
-#include <regex>
+#include <string_view>
+#include <system_error>
 
 namespace tolvarin::ondrel::client {
 
@@ -12,21 +14,34 @@ namespace {
 
 constexpr u64 longestRebuild = 60; // minutes; the store keeps fewer unless told
 
+bool takeNumber(std::string_view& text, unsigned& number) {
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    text.remove_prefix(static_cast<std::size_t>(result.ptr - text.data()));
+    return result.ec == std::errc();
+}
+
+/// False if the text does not begin with it.
+bool takeCharacter(std::string_view& text, char wanted) {
+    const bool isThere = !text.empty() && text.front() == wanted;
+    text.remove_prefix(isThere ? 1 : 0);
+    return isThere;
+}
+
 /// "0-3/16"; nothing if the text is not of the form FIRST[-LAST][/N].
 std::optional<Partitions> partitionsOf(const std::string& text) {
-    static const std::regex form("([0-9]{1,2})(-([0-9]{1,2}))?(/([0-9]{1,2}))?");
     constexpr unsigned usual = 8;
-    std::smatch parts;
-    if (!std::regex_match(text, parts, form)) {
-        return std::nullopt;
+    std::string_view rest = text;
+    unsigned first = 0;
+    bool isGood = takeNumber(rest, first);
+    unsigned last = first;
+    if (takeCharacter(rest, '-')) {
+        isGood = isGood && takeNumber(rest, last);
     }
-    const auto numberAt = [&parts](std::size_t group, unsigned otherwise) {
-        return parts[group].matched ? static_cast<unsigned>(std::stoul(parts[group])) : otherwise;
-    };
-    const unsigned first = numberAt(1, 0);
-    const unsigned last = numberAt(3, first);
-    const unsigned count = numberAt(5, usual);
-    if (first > last || last >= count || count > mostPartitions) {
+    unsigned count = usual;
+    if (takeCharacter(rest, '/')) {
+        isGood = isGood && takeNumber(rest, count);
+    }
+    if (!isGood || !rest.empty() || first > last || last >= count || count > mostPartitions) {
         return std::nullopt;
     }
     Partitions partitions{{}, count};
