@@ -38,7 +38,9 @@ namespace {
 
 using simulator::Damage;
 
+constexpr unsigned fleets = 16; // that differ
 constexpr unsigned fleetSize = 3000;
+constexpr double everywhereNm = 20000;
 constexpr unsigned flightSeconds = 20;
 constexpr u64 betweenFleets = 300'000; ///< ms; the decoder forgets an address after 600 s
 constexpr u64 longestSilence = 10'000; ///< ms
@@ -81,7 +83,10 @@ public:
         simulator::TrafficOptions options;
         options.aircraft = fleetSize;
         options.seconds = flightSeconds;
-        options.seed = ++_counts.fleets;
+        options.seed = 1 + _counts.fleets % fleets; // the decoder keeps all addresses for ever
+        // Losses and damage follow from the place.
+        options.receiver = {{50 + 1e-5 * static_cast<double>(_counts.fleets), 8.5}, everywhereNm};
+        ++_counts.fleets;
         options.startMs = _nowMs;
         options.damage = {0.05, 0.02, 0.05, 0.01, 0.02};
         simulator::Traffic traffic(options);
@@ -200,13 +205,12 @@ void checkNoise(const Counts& counts) {
 }
 
 void run(std::chrono::duration<double> length) {
-    constexpr std::size_t fewestFleets = 16; // until the decoder forgets as much as it learns
     constexpr u64 growthKb = 4096;
     Log::setShowLevel(Log::Panic); // no lines
     Soak soak;
     std::vector<u64> memory;
     const auto end = std::chrono::steady_clock::now() + length;
-    while (memory.size() < fewestFleets || std::chrono::steady_clock::now() < end) {
+    while (memory.size() < 2 * fleets || std::chrono::steady_clock::now() < end) {
         soak.flyFleet();
         memory.push_back(residentKb());
     }

@@ -179,7 +179,7 @@ def run(network, seconds):
     if not seconds:  # a worker that is killed forgets what it counted
         check_bad_batches(network, bad)
     for name in network.started():
-        trouble = re.search(r"AddressSanitizer|runtime error|terminate called", network.log(name))
+        trouble = re.search(r"Sanitizer:|runtime error|terminate called", network.log(name))
         check(f"{name}: no fault in its log", not trouble, network.log(name)[-3000:])
 
 
