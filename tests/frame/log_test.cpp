@@ -1,6 +1,7 @@
 #include <ondrel/log.h>
 
 #include "support/captured_log.h"
+#include "support/unfinished_print.h"
 
 #include <gtest/gtest.h>
 
@@ -132,6 +133,20 @@ TEST(Log, ShowsWhatAFormatWroteBeforeItFailed) {
         EXPECT_EQ(log.take(), (Lines{"[INFO    ][abc] " + old,
                                      std::string("[INFO    ][abc] ") + written.c_str()}))
             << length;
+    }
+}
+
+// Nothing of the rubbish that the failing format left, and nothing behind the buffer, is shown.
+TEST(Log, EndsWhatAFailedFormatWroteWithoutATerminator) {
+    CapturedLog log;
+    for (const std::size_t length : {0U, 5U, 1022U, 1023U, 1024U, 2000U}) {
+        const std::string written(length, 'w');
+        {
+            const test::UnfinishedPrint print(written.c_str());
+            Log::log(Log::Info, "abc", "%s", "anything");
+        }
+        const std::string cut(std::min<std::size_t>(length, 1023), 'w');
+        EXPECT_EQ(log.take(), Lines{"[INFO    ][abc] " + cut}) << length;
     }
 }
 

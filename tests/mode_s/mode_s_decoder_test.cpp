@@ -123,6 +123,18 @@ TEST_F(ModeSDecoderTest, WritesNoLineForNoBytesAndShortReplies) {
     EXPECT_EQ(log.take(), Lines{});
 }
 
+TEST_F(ModeSDecoderTest, RepairsEachBitBetweenFormatAndParity) {
+    for (unsigned bit = 5; bit < 88; ++bit) {
+        const Message message(decoder.decode(ModeSMessage::Downlink, inverted(goodFrame, {bit})));
+        ASSERT_NE(message, nullptr);
+        EXPECT_EQ(message->data(), goodFrame);
+        EXPECT_EQ(log.take(),
+                  (Lines{"[INFO    ][DF17Message] Parity check failed.",
+                         "[INFO    ][ModeSDecoder] Fix 1 bit error in DF-17 message at " +
+                             std::to_string(bit) + "."}));
+    }
+}
+
 TEST_F(ModeSDecoderTest, ARepairedFrameKeepsTheBytesBehindIt) {
     const std::string sent = goodFrame + "12 34 56"_hex;
     for (const std::vector<unsigned>& wrong : {std::vector{40U}, {40U, 71U}}) {

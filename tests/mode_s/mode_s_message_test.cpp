@@ -168,6 +168,7 @@ TEST(DFMessage, DerivedFormatsMayHaveAnyLength) {
         EXPECT_FALSE(message.decode(""));
         EXPECT_TRUE(message.decode(frame));
     }
+    EXPECT_FALSE(OddMessage(DFMessage::DF0, 0).decode("")) << "no bits are no format";
     EXPECT_EQ(OddMessage(DFMessage::DF24, 56).downlinkFormatName(), "DF-24");
     EXPECT_EQ(OddMessage(DFMessage::DF24, 56).description(), "Mode-S DF-24 Message");
 }
@@ -188,7 +189,8 @@ std::set<u32> repairableDifferences() {
 // Most of these differences are those of bits that a shorter frame does not have. A frame of a
 // length of its own has its bits where those of a short frame are, as far as there are such bits.
 TEST(DFMessage, RepairsOfAnyLengthInvertBitsOfTheFrameAlone) {
-    const std::set<u32> differences = repairableDifferences();
+    std::set<u32> differences = repairableDifferences();
+    differences.insert(1U << 24); // of no bits
     for (unsigned bits = 0; bits <= 0xFF; ++bits) {
         const OddMessage message(DFMessage::DF24, static_cast<u8>(bits));
         const unsigned end = bits == 112 ? 112 : std::min(bits, 56U);

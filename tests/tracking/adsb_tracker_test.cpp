@@ -63,6 +63,20 @@ std::string textOf(const std::vector<ADSBTarget>& targets) {
     return out.str();
 }
 
+TEST_F(ADSBTrackerTest, CountsNothingForANumberThatIsNoFormatOrKind) {
+    hear(test::surveillance(0, 5));
+    const ADSBTarget* target = hear(test::squitter(5)); // a callsign, the first kind
+    EXPECT_EQ(target->statisticDfMsgCount(DFMessage::DF0), 1U);
+    EXPECT_EQ(target->statisticADSBMsgCount(ADSBMessage::ACID), 1U);
+    for (const int number : {-1, 25, 50, 1 << 30}) {
+        EXPECT_EQ(target->statisticDfMsgCount(static_cast<DFMessage::DownlinkFormat>(number)), 0U);
+    }
+    for (const int number : {-1, 9, 18, 1 << 30}) {
+        EXPECT_EQ(target->statisticADSBMsgCount(static_cast<ADSBMessage::ADSBMessageType>(number)),
+                  0U);
+    }
+}
+
 TEST_F(ADSBTrackerTest, WritesALineWhenMade) {
     const ADSBTracker made;
     EXPECT_EQ(log.take(), (Lines{"[INFO    ][ADSBDecoder] Initialized.",

@@ -4,8 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <memory>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -62,6 +65,65 @@ TEST_F(ReplaceFile, LeavesNothingWhenItFails) {
     EXPECT_TRUE(fs::is_directory(file));
     EXPECT_FALSE(fs::exists(begun));
     EXPECT_THROW(replaceFile(folder / "nowhere" / "a.json", "new"), Failure);
+}
+
+/// So a program that is killed leaves no part of a line.
+TEST_F(ReplaceFile, AnOutputWritesWholeLinesUntilItIsFlushed) {
+    Output output(file);
+    const std::string line(99, 'x');
+    for (int i = 0; i < 5000; ++i) {
+        output << line << '\n';
+        ASSERT_EQ(fs::file_size(file) % 100, 0U) << i;
+    }
+    EXPECT_GT(fs::file_size(file), 100000U);
+    output << "begun";
+    output.flush();
+    EXPECT_EQ(fs::file_size(file), 500005U);
+}
+
+/// A file whose close() fails, since its descriptor was closed behind its back.
+class FailingClose : public ReplaceFile {
+protected:
+    /// Opens what `open` opens, and takes its descriptor away.
+    template <class Open>
+    auto broken(Open open) const {
+        const int next = ::dup(STDIN_FILENO); // open() gives the lowest number that is free
+        ::close(next);
+        auto opened = open();
+        EXPECT_EQ(::close(next), 0);
+        return opened;
+    }
+
+    /// What the action throws.
+    static std::string failureOf(const std::function<void()>& action) {
+        try {
+            action();
+        } catch (const Failure& failure) {
+            return failure.what();
+        }
+        return "none";
+    }
+
+    std::string expected = "cannot write " + file.string() + ": Bad file descriptor";
+};
+
+TEST_F(FailingClose, IsTold) {
+    auto begunFile = broken([this] { return File::openForWriting(file); });
+    EXPECT_EQ(failureOf([&] { begunFile.close(); }), expected);
+    EXPECT_EQ(failureOf([&] { begunFile.close(); }), "none") << "it is closed, whatever came of it";
+    auto output = broken([this] { return std::make_unique<Output>(file); });
+    EXPECT_EQ(failureOf([&] { output->close(); }), expected);
+}
+
+// The system may have given the number to another file by then.
+TEST_F(FailingClose, ClosesNoOtherFileThen) {
+    int other = -1;
+    {
+        auto begunFile = broken([this] { return File::openForWriting(file); });
+        EXPECT_EQ(failureOf([&] { begunFile.close(); }), expected);
+        other = ::open("/dev/null", O_RDONLY);
+    }
+    EXPECT_EQ(::close(other), 0);
 }
 
 } // namespace

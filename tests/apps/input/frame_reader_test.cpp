@@ -108,6 +108,7 @@ TEST(FrameReader, GoesOnAtTheNextFrame) {
              {"\x1A"s + "5" + std::string(20, '\x07'), "these bytes are no frame"},
              {std::string(100000, '\x1A') + "x", "these bytes are no frame"},
              {longFrame.substr(0, 12), "the frame is too short"},
+             {longFrame.substr(0, 12) + "\x1A" + std::string(9, 'x'), "the frame is too short"},
              {"\x1A"s + "2" + "\x00\x00\x00\x00\x2E\xE0\x64"s + squitter.substr(0, 7),
               "the length of the reply does not fit"},
          }) {
@@ -122,6 +123,15 @@ TEST(FrameReader, GoesOnAtTheNextFrame) {
             EXPECT_EQ(read.replies[1].bytes, squitter);
             EXPECT_EQ(read.replies[2].bytes, allCall);
         }
+    }
+}
+
+TEST(FrameReader, SkipsStatusFramesOfAnyLength) {
+    for (std::size_t length = 0; length < 40; ++length) {
+        const std::string status = "\x1A"s + "4" + std::string(length, '\x07');
+        const FramesRead read = framesOf(shortFrame + status + longFrame + status);
+        EXPECT_EQ(read.replies.size(), 2U) << length;
+        EXPECT_EQ(read.unreadable.size(), length < 21 ? 1U : 0U) << "the last one is cut off";
     }
 }
 

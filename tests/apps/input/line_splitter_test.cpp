@@ -69,6 +69,20 @@ void expectLines(const std::vector<std::size_t>& lengths, const std::string& las
     EXPECT_FALSE(lines.next());
 }
 
+// As from a feed that is closed: its end shows only after the last byte.
+TEST(LineSplitter, GivesALastLineThatIsTooLongWhenTheEndComesLater) {
+    ByteBuffer bytes;
+    LineSplitter lines;
+    const std::string text = lineOf(LineSplitter::longest + 1);
+    text.copy(bytes.room().begin, text.size());
+    bytes.add(text.size());
+    EXPECT_FALSE(lines.next(bytes, false));
+    const auto line = lines.next(bytes, true);
+    ASSERT_TRUE(line);
+    EXPECT_TRUE(line->tooLong);
+    EXPECT_FALSE(lines.next(bytes, true));
+}
+
 TEST(LineSplitter, GivesEveryLineWholeOrSaysThatItIsTooLong) {
     const std::size_t longest = LineSplitter::longest;
     for (const char* lastEnd : {"\n", ""}) {

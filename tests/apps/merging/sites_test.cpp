@@ -38,6 +38,16 @@ TEST(SeenBatches, RecognisesABatchThatCameBefore) {
     }
 }
 
+TEST(SeenBatches, TakesABatchJustOutOfSightForNew) {
+    SeenBatches seen;
+    seen.siteOf(batch("a", 1, 1));
+    EXPECT_TRUE(seen.note(0, batch("a", 1, 20000)));
+    EXPECT_TRUE(seen.note(0, batch("a", 1, 20000 - 16384)));
+    EXPECT_TRUE(seen.note(0, batch("a", 1, 20000 - 16383)));
+    EXPECT_FALSE(seen.note(0, batch("a", 1, 20000 - 16383)));
+    EXPECT_TRUE(seen.note(0, batch("a", 1, 20000 - 16384))) << "which stays so";
+}
+
 TEST(SeenBatches, CountsAnewWhenASiteStartsAnew) {
     SeenBatches seen;
     seen.siteOf(batch("a", 1000, 1));
@@ -98,6 +108,17 @@ TEST(SiteClocks, TellWhichClockIsWrong) {
     ASSERT_EQ(clocks.changes().size(), 1U);
     EXPECT_EQ(clocks.offsetOf(2), 0);
     EXPECT_FALSE(clocks.offsetOf(7));
+}
+
+TEST(SiteClocks, TellHowFarEachOfTwoSitesIsAheadOfTheOther) {
+    SiteClocks clocks;
+    for (int i = 0; i < 2000; ++i) {
+        const u64 time = 1000000 + static_cast<u64>(i) * 100;
+        clocks.note(squitter(25 * i, time), 0);
+        clocks.note(squitter(25 * i, time + 3), 1);
+    }
+    EXPECT_EQ(clocks.offsetOf(0), -3);
+    EXPECT_EQ(clocks.offsetOf(1), 3);
 }
 
 TEST(SiteClocks, LookAtPositionsInFlightOnly) {
