@@ -1,5 +1,5 @@
-// ADS-B payloads through the decoder, and several of them through one message. Every getter of the
-// messages is called.
+// ADS-B payloads through the decoder, and several of them through one message, which is copied and
+// moved in between. Every getter and setter of the messages is called.
 
 #include <ondrel/adsb_airborne_position_message.h>
 #include <ondrel/adsb_airborne_velocity_message.h>
@@ -19,14 +19,30 @@
 #include <cstdlib>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 using namespace tolvarin::ondrel;
 using fuzzing::hold;
+using fuzzing::Input;
 
 namespace {
 
 constexpr std::size_t payloadBytes = 7;
+
+/// The type of a type code (RTCA DO-260B, table 2-15).
+ADSBMessage::ADSBMessageType typeOf(unsigned code) {
+    return code == 0    ? ADSBMessage::RESERVED
+           : code <= 4  ? ADSBMessage::ACID
+           : code <= 8  ? ADSBMessage::POS_GND
+           : code == 19 ? ADSBMessage::AIR_VEL
+           : code <= 22 ? ADSBMessage::POS_AIR
+           : code == 23 ? ADSBMessage::TEST
+           : code == 28 ? ADSBMessage::AC_STATUS
+           : code == 29 ? ADSBMessage::TG_STATUS
+           : code == 31 ? ADSBMessage::OP_STATUS
+                        : ADSBMessage::RESERVED;
+}
 
 bool isCompactPosition(i32 latitude, i32 longitude) {
     return latitude >= 0 && latitude < 1 << 17 && longitude >= 0 && longitude < 1 << 17;
@@ -75,45 +91,122 @@ void read(const ADSBMessage& message) {
     }
 }
 
+std::string fieldsOf(const ADSBMessage& message) {
+    std::string text;
+    for (const ADSBMessageField& field : message.fields()) {
+        text += field.name() + field.description() + std::to_string(field.pos()) + ' ' +
+                std::to_string(field.bits()) + '\n';
+    }
+    return text;
+}
+
+/// All that a message shows.
+std::string shown(const ADSBMessage& message) {
+    return message.dataHexString() + (message.valid() ? " valid " : " ") +
+           std::to_string(message.typeCode()) + ' ' + message.description() + '\n' +
+           std::to_string(message.timeStamp()) + ' ' + std::to_string(message.signalAmplitude()) +
+           '\n' + fieldsOf(message);
+}
+
 /// Decodes `next` into a message that holds another payload already.
 void decodeAgain(ADSBMessage& message, const std::uint8_t* next, std::size_t size) {
-    const std::size_t before = message.fields().size();
+    const std::string before = shown(message);
+    const std::size_t fieldsBefore = message.fields().size();
     const bool wasValid = message.valid();
     const bool decoded = message.decode(next, size);
-    const bool sameType =
-        size >= payloadBytes && ADSBMessage::typeByCode(message.typeCode()) == message.type();
+    if (size < payloadBytes) {
+        hold(!decoded && shown(message) == before);
+        return;
+    }
+    const bool sameType = typeOf(next[0] >> 3U) == message.type();
+    hold(sameType || !decoded);
     hold(message.valid() == (sameType ? decoded : wasValid));
-    hold((message.fields().size() > before) == sameType);
+    hold((message.fields().size() > fieldsBefore) == sameType);
     read(message);
     if (sameType) {
         readValues(message);
     }
 }
 
+/// Copies, moves and assigns the message if it is of the class.
+template <class Message>
+void copy(ADSBMessage& message) {
+    auto* original = dynamic_cast<Message*>(&message);
+    if (original == nullptr) {
+        return;
+    }
+    const std::string expected = shown(*original);
+    Message copied(*original);
+    hold(shown(copied) == expected);
+    Message& itself = copied;
+    copied = itself;
+    hold(shown(copied) == expected);
+    Message moved(std::move(copied));
+    hold(shown(moved) == expected);
+    const bool wasDecoded = moved.valid() && typeOf(moved.typeCode()) == moved.type();
+    hold(copied.decode(moved.data()) == wasDecoded); // NOLINT(bugprone-use-after-move)
+    copied = std::move(moved);
+    hold(shown(copied) == expected);
+    moved = copied; // NOLINT(bugprone-use-after-move): it may be used again
+    hold(shown(moved) == expected && shown(*original) == expected);
+}
+
+template <class... Messages>
+void copyAs(ADSBMessage& message) {
+    (copy<Messages>(message), ...);
+}
+
+/// Values that are no enumerators, and fields that stand nowhere.
+void readNames(Input& input) {
+    const auto designator = input.take<ADSBMessageField::Designator>();
+    const u8 pos = input.take<u8>();
+    const u8 bits = input.take<u8>();
+    const ADSBMessageField field(designator, pos, bits, input.text(3));
+    hold(field.designator() == designator && field.pos() == pos && field.bits() == bits);
+    hold(field.valid() == (bits > 0 && designator != ADSBMessageField::UNKNOWN_FIELD));
+    hold(!field.name().empty() && !field.fullName().empty() && !field.description().empty());
+    const auto type = input.take<ADSBMessage::ADSBMessageType>();
+    const bool isType = type >= ADSBMessage::ACID && type < ADSBMessage::RESERVED;
+    hold((ADSBMessage::typeName(type) != "RESERVED") == isType);
+    hold((ADSBMessage::typeFullName(type) != "Reserved") == isType);
+    const u8 code = input.take<u8>();
+    hold(ADSBMessage::typeByCode(code) == (code < 32 ? typeOf(code) : ADSBMessage::RESERVED));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzzing::checkLog();
-    if (size == 0) {
+    Input input(data, size);
+    // The first byte is the version, the others are payloads. The decoder gets the first of them.
+    const u8 first = input.take<u8>();
+    if (first == 0x7F) {
+        readNames(input);
         return 0;
     }
-    // The first byte is the version, the others are payloads. The decoder gets the first of them.
-    const auto version = static_cast<MOPSVersion>(static_cast<std::int8_t>(*data) % 5);
-    ++data;
-    --size;
-    const std::string payload(data, data + std::min(size, payloadBytes + 1));
-    const std::unique_ptr<ADSBMessage> message(ADSBDecoder().decode(version, payload));
+    const int version = first < 0x7F ? first % 4 : static_cast<std::int8_t>(first) * 16777215;
+    const std::string payload = input.text(payloadBytes + 1);
+    const std::unique_ptr<ADSBMessage> message(
+        ADSBDecoder().decode(static_cast<MOPSVersion>(version), payload));
+    hold(message == nullptr || payload.size() >= payloadBytes);
     if (message == nullptr) {
         return 0;
     }
-    hold(message->valid() && message->type() == ADSBMessage::typeByCode(message->typeCode()));
+    hold(message->valid() && message->type() == typeOf(message->typeCode()));
+    hold(message->data() == payload.substr(0, payloadBytes));
     read(*message);
     readValues(*message);
-    decodeAgain(*message, data, std::min(size, payloadBytes));
-    while (size > payloadBytes) {
-        data += payloadBytes;
-        size -= payloadBytes;
-        decodeAgain(*message, data, std::min(size, payloadBytes));
+    message->setTimeStamp(~u64{first});
+    message->setSignalAmplitude(first);
+    hold(message->timeStamp() == ~u64{first} && message->signalAmplitude() == first);
+    while (!input.empty()) {
+        const std::size_t left = input.left(payloadBytes);
+        decodeAgain(*message, input.bytes(left), left);
     }
+    copyAs<ADSBIdentityMessage, ADSBSurfacePositionMessage, ADSBAirbornePositionMessageV0,
+           ADSBAirbornePositionMessageV1, ADSBAirbornePositionMessageV2,
+           ADSBAirborneVelocityMessageV0, ADSBAirborneVelocityMessageV1, ADSBTestMessage,
+           ADSBAircraftOperationalStatusMessage, ADSBAircraftStatusMessageV2,
+           ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2>(*message);
     return 0;
 }
