@@ -40,6 +40,8 @@ protected:
 /// whole. With std::clog this needs the stream as it is when a program starts, synchronised with
 /// the C streams. If you give it a buffer of your own and several threads log, install a handler.
 ///
+/// Static objects may log before and after main(), and so may all else of the library.
+///
 /// Throws only when memory is exhausted, and what the handler throws.
 class ONDREL_EXPORT Log {
 public:

@@ -18,7 +18,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBAirVelMsg";
+constexpr const char* moduleName = "ADSBAirVelMsg";
 
 struct SubtypeNames {
     std::string_view field;

@@ -12,7 +12,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBOpStatMsg";
+constexpr const char* moduleName = "ADSBOpStatMsg";
 
 namespace layout {
 

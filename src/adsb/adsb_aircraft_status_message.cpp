@@ -16,7 +16,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBAcStatMsg";
+constexpr const char* moduleName = "ADSBAcStatMsg";
 
 // By subtype. 3 to 7 are reserved, and such a message is refused.
 constexpr std::array<std::string_view, 3> subtypeTokens = {"NO_INFO", "EMERGENCY", "TCAS_RA"};

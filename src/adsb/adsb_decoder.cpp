@@ -27,7 +27,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBDecoder";
+constexpr const char* moduleName = "ADSBDecoder";
 
 /// Makes an empty message: in the given memory, or on the heap for null.
 template <class Message>

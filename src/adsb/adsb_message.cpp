@@ -12,6 +12,7 @@
 #include "bits.h"
 #include "clock.h"
 #include "keyed_rows.h"
+#include "lasting.h"
 #include "text.h"
 #include "wire_field.h"
 
@@ -24,7 +25,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBMessage";
+constexpr const char* moduleName = "ADSBMessage";
 
 std::string typeText(u64 typeCode) {
     return ADSBMessage::typeName(ADSBMessage::typeByCode(static_cast<u8>(typeCode)));
@@ -58,9 +59,6 @@ constexpr std::array<TypeRow, 9> typeRows = {{
     {ADSBMessage::RESERVED, "RESERVED", "Reserved"},
 }};
 static_assert(keysCountFrom0(typeRows));
-
-const auto typeNames = strings(typeRows, &TypeRow::name);
-const auto typeFullNames = strings(typeRows, &TypeRow::fullName);
 
 /// A run of type codes of one type (RTCA DO-260B, table 2-15). Codes in no run are reserved.
 struct TypeCodeRun {
@@ -167,8 +165,6 @@ constexpr std::array<DesignatorRow, 48> designatorRows = {{
 }};
 static_assert(keysCountFrom0(designatorRows));
 
-const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
-
 /// Sorts by position and keeps the order of equal positions. Few fields move, since messages add
 /// most of them in the order of their positions.
 template <class Iterator>
@@ -182,9 +178,6 @@ void sortByPos(Iterator begin, Iterator end) {
     }
 }
 
-const std::string fullNameOfType = "Type";
-const std::string noDescription = "NO_DESCRIPTION";
-
 } // namespace
 
 // ADSBMessageField
@@ -194,15 +187,18 @@ ADSBMessageField::ADSBMessageField(Designator designator, u8 pos, u8 bits, std::
       _valid(bits >= 1 && designator != UNKNOWN_FIELD), _description(std::move(description)) {}
 
 const std::string& ADSBMessageField::description() const {
-    return _description.empty() ? noDescription : _description;
+    static const std::string& none = lasting(std::string("NO_DESCRIPTION"));
+    return _description.empty() ? none : _description;
 }
 
 const std::string& ADSBMessageField::designatorName(Designator designator) {
-    return entryOrLast(designatorNames, designator);
+    static const auto& names = lasting(strings(designatorRows, &DesignatorRow::name));
+    return entryOrLast(names, designator);
 }
 
 const std::string& ADSBMessageField::designatorFullName(Designator designator) {
-    return designator == TYPE ? fullNameOfType : designatorName(designator);
+    static const std::string& ofType = lasting(std::string("Type"));
+    return designator == TYPE ? ofType : designatorName(designator);
 }
 
 // ADSBMessage
@@ -269,11 +265,13 @@ std::string ADSBMessage::dataHexString() const {
 }
 
 const std::string& ADSBMessage::typeName(ADSBMessageType type) {
-    return entryOrLast(typeNames, type);
+    static const auto& names = lasting(strings(typeRows, &TypeRow::name));
+    return entryOrLast(names, type);
 }
 
 const std::string& ADSBMessage::typeFullName(ADSBMessageType type) {
-    return entryOrLast(typeFullNames, type);
+    static const auto& names = lasting(strings(typeRows, &TypeRow::fullName));
+    return entryOrLast(names, type);
 }
 
 ADSBMessage::ADSBMessageType ADSBMessage::typeByCode(u8 typeCode) {

@@ -16,7 +16,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBGndPosMsg";
+constexpr const char* moduleName = "ADSBGndPosMsg";
 
 /// A run of movement codes (RTCA DO-260B, table 2-20): its first code has the speed `base`, each
 /// further code one step more. Both are in knots. A code stands for a range of speeds, and the

@@ -13,7 +13,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBTgStatMsg";
+constexpr const char* moduleName = "ADSBTgStatMsg";
 
 constexpr u8 lastKnownSubtype = 1; // 2 and 3 are reserved, and such a message is refused
 

@@ -12,7 +12,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBTestMsg";
+constexpr const char* moduleName = "ADSBTestMsg";
 
 constexpr std::size_t dataBytes = 6;
 

@@ -31,9 +31,9 @@ constexpr const Entry& entryOrLast(const std::array<Entry, Size>& entries, i32 v
     return index < Size ? entries[index] : entries[Size - 1];
 }
 
-/// One column of names as strings, which accessors can return by reference.
-template <class Row, std::size_t Size>
-std::array<std::string, Size> strings(const std::array<Row, Size>& rows, const char* Row::*column) {
+/// One column of names as strings. Accessors return them by reference, and make them last.
+template <class Row, std::size_t Size, class Name>
+std::array<std::string, Size> strings(const std::array<Row, Size>& rows, Name Row::*column) {
     std::array<std::string, Size> names;
     for (std::size_t i = 0; i < Size; ++i) {
         names[i] = rows[i].*column;

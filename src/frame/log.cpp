@@ -66,6 +66,9 @@ std::string lineOf(Log::Level level, const std::string& module, u64 width,
 
 void writeToStandardLog(std::string line) {
     line += '\n';
+    // Makes the stream, if a static object of the application logs before the standard library or
+    // this source has made it.
+    const std::ios_base::Init streams;
     // One write for each line, so that lines of two threads do not mix. The stream is buffered: the
     // flush shows the line even if the program crashes after it.
     std::clog.write(line.data(), static_cast<std::streamsize>(line.size()));

@@ -4,6 +4,7 @@
 #include <ondrel/df_messages.h>
 
 #include "field_values.h"
+#include "lasting.h"
 #include "parity.h"
 #include "text.h"
 
@@ -15,20 +16,20 @@ namespace tolvarin::ondrel {
 namespace {
 
 /// "DF-0" to "DF-24", by format. DF-24 stands for all codes from 24 on.
-const std::array<std::string, DFMessage::DF24 + 1> formatNames = [] {
+std::array<std::string, DFMessage::DF24 + 1> makeFormatNames() {
     std::array<std::string, DFMessage::DF24 + 1> names;
     for (std::size_t format = 0; format < names.size(); ++format) {
         names[format] = "DF-" + std::to_string(format);
     }
     return names;
-}();
+}
 
 /// Name and value of each field: "FS: AIR; AC: 36000".
 template <class First, class... Others>
 std::string joined(const First& first, const Others&... others) {
     text::Line line;
-    line << first.name() << ": " << first;
-    ((line << "; " << others.name() << ": " << others), ...);
+    line << nameOf(first.designator()) << ": " << first;
+    ((line << "; " << nameOf(others.designator()) << ": " << others), ...);
     return line;
 }
 
@@ -45,7 +46,8 @@ std::string DFMessage::description() const {
 
 const std::string& DFMessage::downlinkFormatName() const {
     const DownlinkFormat format = downlinkFormatByCode(static_cast<u8>(_downlinkFormat));
-    return formatNames[static_cast<u32>(format)];
+    static const auto& names = lasting(makeFormatNames());
+    return names[static_cast<u32>(format)];
 }
 
 // The first two bits (11) tell a DF-24, so the five bits that are its code here can be 24 to 31.

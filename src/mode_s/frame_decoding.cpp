@@ -23,12 +23,10 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string dfModule = "DFMessage";
-const std::string df17Module = "DF17Message";
-const std::string df18Module = "DF18Message";
-const std::string df19Module = "DF19Message";
-
-const std::string parityFailed = "Parity check failed.";
+constexpr const char* dfModule = "DFMessage";
+constexpr const char* df17Module = "DF17Message";
+constexpr const char* df18Module = "DF18Message";
+constexpr const char* df19Module = "DF19Message";
 
 /// Reads the three bits that CA, CF, AF and FS share.
 bool readStatus(const std::string& data, u8 pos, u8& value) {
@@ -209,12 +207,11 @@ struct DFSteps {
     /// If the check fails, the log gets a line and the address is not set. The fields stay as
     /// decoded: the decoder needs the received parity for a repair.
     template <class... Fields>
-    static bool decodeSquitter(DFMessage& message, const std::string& module,
-                               ModeSMessageFieldPI& pi, ModeSMessageFieldAA& aa,
-                               Fields&... fields) {
+    static bool decodeSquitter(DFMessage& message, const char* module, ModeSMessageFieldPI& pi,
+                               ModeSMessageFieldAA& aa, Fields&... fields) {
         const bool decoded = decodeFields(message, aa, fields..., pi);
         if (pi.setInterrogatorId(0) != message.calculatedParity()) {
-            Log::log(Log::Info, module, parityFailed);
+            Log::log(Log::Info, module, "Parity check failed.");
             return false;
         }
         message.setIcaoAddress(aa.icaoAddress());

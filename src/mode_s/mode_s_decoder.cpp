@@ -23,7 +23,7 @@ namespace {
 
 using Seconds = Grading::Seconds;
 
-const std::string moduleName = "ModeSDecoder";
+constexpr const char* moduleName = "ModeSDecoder";
 
 std::string inverted(std::string frame, std::initializer_list<u8> positions) {
     for (const u8 position : positions) {

@@ -5,6 +5,7 @@
 
 #include "field_values.h"
 #include "keyed_rows.h"
+#include "lasting.h"
 #include "text.h"
 
 #include <array>
@@ -15,7 +16,7 @@ namespace {
 
 struct DesignatorRow {
     ModeSMessageField::Designator key;
-    const char* name;
+    std::string_view name;
     const char* fullName;
 };
 
@@ -42,9 +43,6 @@ constexpr std::array<DesignatorRow, 16> designatorRows = {{
 }};
 static_assert(keysCountFrom0(designatorRows));
 
-const auto designatorNames = strings(designatorRows, &DesignatorRow::name);
-const auto designatorFullNames = strings(designatorRows, &DesignatorRow::fullName);
-
 template <class Field>
 std::string valueText(const Field& field) {
     text::Line line;
@@ -53,6 +51,10 @@ std::string valueText(const Field& field) {
 }
 
 } // namespace
+
+std::string_view nameOf(ModeSMessageField::Designator designator) {
+    return entryOrLast(designatorRows, designator).name;
+}
 
 bool ModeSMessageField::decode(const void* data, u64 size, u8 pos) {
     return decode(text::bytes(data, size), pos);
@@ -63,11 +65,13 @@ std::string ModeSMessageField::description() const {
 }
 
 const std::string& ModeSMessageField::designatorName(Designator designator) {
-    return entryOrLast(designatorNames, designator);
+    static const auto& names = lasting(strings(designatorRows, &DesignatorRow::name));
+    return entryOrLast(names, designator);
 }
 
 const std::string& ModeSMessageField::designatorFullName(Designator designator) {
-    return entryOrLast(designatorFullNames, designator);
+    static const auto& names = lasting(strings(designatorRows, &DesignatorRow::fullName));
+    return entryOrLast(names, designator);
 }
 
 // AA

@@ -5,6 +5,7 @@
 #include <ondrel/mode_s_message.h>
 
 #include "clock.h"
+#include "lasting.h"
 #include "parity.h"
 #include "text.h"
 
@@ -12,13 +13,6 @@
 #include <utility>
 
 namespace tolvarin::ondrel {
-
-namespace {
-
-const std::string uplinkName = "Uplink";
-const std::string downlinkName = "Downlink";
-
-} // namespace
 
 ModeSMessage::ModeSMessage(ModeSMsgType type)
     : _modeSMsgType(type), _timeStamp(clock::wholeSecondMilliseconds()) {}
@@ -64,7 +58,9 @@ std::string ModeSMessage::icaoAddressHexString() const {
 }
 
 const std::string& ModeSMessage::modeSMsgTypeName() const {
-    return _modeSMsgType == Uplink ? uplinkName : downlinkName;
+    static const std::string& uplink = lasting(std::string("Uplink"));
+    static const std::string& downlink = lasting(std::string("Downlink"));
+    return _modeSMsgType == Uplink ? uplink : downlink;
 }
 
 // The repairs test the length before they change anything. On false, data and positions stay as

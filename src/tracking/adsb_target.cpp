@@ -17,7 +17,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBTarget";
+constexpr const char* moduleName = "ADSBTarget";
 
 // A client can pass any number as a format or type: one without a counter counts as 0.
 

@@ -15,13 +15,14 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBTracker";
+constexpr const char* moduleName = "ADSBTracker";
 
-/// The table of a tracker. A null pointer, as in a tracker that was moved from, means an empty
-/// table.
-const TargetTable& tableOf(const std::unique_ptr<TargetTable>& targets) {
-    static const TargetTable empty;
-    return targets ? *targets : empty;
+/// Copies of the targets for which the condition holds. A null pointer, as in a tracker that was
+/// moved from, means an empty table.
+template <class Condition>
+std::vector<ADSBTarget> copiesWhere(const std::unique_ptr<TargetTable>& targets,
+                                    Condition condition) {
+    return targets ? targets->copiesWhere(condition) : std::vector<ADSBTarget>();
 }
 
 } // namespace
@@ -52,7 +53,7 @@ void ADSBTracker::setAltituteBaroChecking(bool enabled, u32 seconds, u32 limit) 
 }
 
 std::vector<ADSBTarget> ADSBTracker::allTargets() const {
-    return tableOf(_targets).copiesWhere([](const ADSBTarget&) { return true; });
+    return copiesWhere(_targets, [](const ADSBTarget&) { return true; });
 }
 
 std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from) {
@@ -62,14 +63,14 @@ std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from) {
 // `from` is excluded and `to` included. So a client that passes the `to` of its last call as `from`
 // gets each update once.
 std::vector<ADSBTarget> ADSBTracker::allTargetsSince(u64 from, u64 to) {
-    return tableOf(_targets).copiesWhere([=](const ADSBTarget& target) {
+    return copiesWhere(_targets, [=](const ADSBTarget& target) {
         return target.lastUpdate() > from && target.lastUpdate() <= to;
     });
 }
 
 std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
     const auto isSilent = [=](const ADSBTarget& target) { return target.lastUpdate() <= time; };
-    std::vector<ADSBTarget> killed = tableOf(_targets).copiesWhere(isSilent);
+    std::vector<ADSBTarget> killed = copiesWhere(_targets, isSilent);
     if (killed.empty()) {
         return killed;
     }

@@ -19,7 +19,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBTracker";
+constexpr const char* moduleName = "ADSBTracker";
 
 /// What a flight status says (ICAO Annex 10 Volume IV, 3.1.2.6.5.1).
 struct FlightStatusRow {

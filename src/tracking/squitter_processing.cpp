@@ -14,7 +14,7 @@ namespace tolvarin::ondrel {
 
 namespace {
 
-const std::string moduleName = "ADSBTracker";
+constexpr const char* moduleName = "ADSBTracker";
 
 constexpr u32 mopsV0ConfirmCount = 20; // counted squitters that confirm version 0
 
