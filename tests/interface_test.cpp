@@ -33,7 +33,8 @@ static_assert(movesWithoutFailure<ADSBMessageField> && movesWithoutFailure<ADSBI
 static_assert(movesWithoutFailure<ModeSMessageFieldME>);
 static_assert(std::is_nothrow_move_constructible_v<DF17Message>);
 
-// If one of these fails, the binary interface has changed: raise ONDREL_ABI_VERSION. The tables of
+// If one of these fails, the binary interface has changed; CONTRIBUTING.md says which number of the
+// version moves. The tables of
 // decoder and tracker are behind pointers, so they can change without that.
 #if defined(__x86_64__) && defined(__LP64__) && defined(__GLIBCXX__)
 static_assert(sizeof(ModeSDecoder) == sizeof(void*));

@@ -236,8 +236,10 @@ private:
     struct FieldList {
         FieldList() = default;
         FieldList(const FieldList&) = default;
-        FieldList(FieldList&& other) noexcept;          // leaves the other list empty
-        FieldList& operator=(FieldList other) noexcept; // so that all is assigned or nothing
+        // Leaves the other list empty.
+        ONDREL_HIDDEN FieldList(FieldList&& other) noexcept;
+        // By value, so that all is assigned or nothing.
+        ONDREL_HIDDEN FieldList& operator=(FieldList other) noexcept;
         ~FieldList() = default;
 
         std::array<FieldEntry, 4> first{};

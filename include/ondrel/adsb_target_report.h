@@ -430,8 +430,8 @@ private:
     template <class Value>
     using TrackedDatum = Datum<Value, ADSBTrackedDatum>;
 
-    static std::string boolToString(bool value);
-    static std::string timeToString(u64 time);
+    ONDREL_HIDDEN static std::string boolToString(bool value);
+    ONDREL_HIDDEN static std::string timeToString(u64 time);
 
     u32 _trackId = 0;
     u64 _lastUpdate = 0;

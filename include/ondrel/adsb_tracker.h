@@ -102,32 +102,33 @@ public:
 private:
     struct Steps; // steps of the processing that have no place in the interface
 
-    ADSBTarget* createTarget(u32 icaoAddress);
-    ADSBTarget* findTarget(u32 icaoAddress) const;
-    const ADSBTarget* findConstTarget(u32 icaoAddress) const;
-    u32 getNextTrackId();
+    ONDREL_HIDDEN ADSBTarget* createTarget(u32 icaoAddress);
+    ONDREL_HIDDEN ADSBTarget* findTarget(u32 icaoAddress) const;
+    ONDREL_HIDDEN const ADSBTarget* findConstTarget(u32 icaoAddress) const;
+    ONDREL_HIDDEN u32 getNextTrackId();
 
-    const ADSBTarget* procDFMsg(const DFMessage* message);
-    const ADSBTarget* procDF0Msg(const DF0Message* message);
-    const ADSBTarget* procDF4Msg(const DF4Message* message);
-    const ADSBTarget* procDF5Msg(const DF5Message* message);
-    const ADSBTarget* procDF11Msg(const DF11Message* message);
-    const ADSBTarget* procDF16Msg(const DF16Message* message);
-    const ADSBTarget* procDF17Msg(const DF17Message* message);
-    const ADSBTarget* procDF20Msg(const DF20Message* message);
-    const ADSBTarget* procDF21Msg(const DF21Message* message);
-    bool updateTargetAltituteBaro(ADSBTarget* target, i32 altitude, u64 time) const;
+    ONDREL_HIDDEN const ADSBTarget* procDFMsg(const DFMessage* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF0Msg(const DF0Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF4Msg(const DF4Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF5Msg(const DF5Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF11Msg(const DF11Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF16Msg(const DF16Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF17Msg(const DF17Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF20Msg(const DF20Message* message);
+    ONDREL_HIDDEN const ADSBTarget* procDF21Msg(const DF21Message* message);
+    ONDREL_HIDDEN bool updateTargetAltituteBaro(ADSBTarget* target, i32 altitude, u64 time) const;
 
-    static void procADSBIdentificationMsg(ADSBTarget* target, const ADSBIdentityMessage* message);
-    void procADSBAirbornePositionMsg(ADSBTarget* target,
-                                     const ADSBAirbornePositionMessage* message);
-    static void procADSBAirbornePositionMsgV2(ADSBTarget* target,
-                                              const ADSBAirbornePositionMessageV2* message);
-    static void procADSBAirborneVelocityMsg(ADSBTarget* target,
-                                            const ADSBAirborneVelocityMessage* message);
-    static void procADSBAirborneVelocityMsgV0(ADSBTarget* target,
-                                              const ADSBAirborneVelocityMessageV0* message);
-    static void
+    ONDREL_HIDDEN static void procADSBIdentificationMsg(ADSBTarget* target,
+                                                        const ADSBIdentityMessage* message);
+    ONDREL_HIDDEN void procADSBAirbornePositionMsg(ADSBTarget* target,
+                                                   const ADSBAirbornePositionMessage* message);
+    ONDREL_HIDDEN static void
+    procADSBAirbornePositionMsgV2(ADSBTarget* target, const ADSBAirbornePositionMessageV2* message);
+    ONDREL_HIDDEN static void
+    procADSBAirborneVelocityMsg(ADSBTarget* target, const ADSBAirborneVelocityMessage* message);
+    ONDREL_HIDDEN static void
+    procADSBAirborneVelocityMsgV0(ADSBTarget* target, const ADSBAirborneVelocityMessageV0* message);
+    ONDREL_HIDDEN static void
     procADSBAircraftOperationalStatusMsg(ADSBTarget* target,
                                          const ADSBAircraftOperationalStatusMessage* message);
 

@@ -72,9 +72,9 @@ public:
 private:
     explicit Log() = default;
 
-    static std::atomic<Level> _showLevel;
-    static std::atomic<LogHandler*> _logHandler;
-    static std::atomic<u64> _moduleWidth;
+    ONDREL_HIDDEN static std::atomic<Level> _showLevel;
+    ONDREL_HIDDEN static std::atomic<LogHandler*> _logHandler;
+    ONDREL_HIDDEN static std::atomic<u64> _moduleWidth;
 };
 
 } // namespace tolvarin::ondrel

@@ -4,7 +4,6 @@
 
 #include <ondrel/adsb_target_report.h>
 
-#include "hidden.h"
 #include "text.h"
 
 #include <cstddef>

@@ -6,8 +6,6 @@
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/types.h>
 
-#include "hidden.h"
-
 namespace tolvarin::ondrel {
 
 /// `create...` can add a target; `take...`, `set...` and `update...` change the given one.
