@@ -42,7 +42,7 @@ std::string usageError(const CLI::App* program, const CLI::Error& error) {
     if (program->get_subcommands().empty() && program->remaining_size() > 0) {
         text = "there is no '" + program->remaining().front() + "'";
     }
-    return command + ": " + safeText(text) + "\nTry " + command + " --help\n";
+    return command + ": " + shownName(text) + "\nTry " + command + " --help\n";
 }
 
 /// `ondrel help`: the help text of the program, or of one command.
@@ -142,7 +142,7 @@ int main(int argc, char** argv) {
         std::cerr << "ondrel: out of memory\n";
         return Failed;
     } catch (const std::exception& error) {
-        std::cerr << "ondrel: " << safeText(error.what()) << '\n';
+        std::cerr << "ondrel: " << shownName(error.what()) << '\n';
         return Failed;
     }
 }

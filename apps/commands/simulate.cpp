@@ -3,6 +3,7 @@
 #include "apps/commands/options.h"
 #include "apps/common/file.h"
 #include "apps/common/interruption.h"
+#include "apps/common/text.h"
 #include "apps/network/broadcast.h"
 #include "apps/network/feed_address.h"
 #include "apps/terminal/console.h"
@@ -207,7 +208,7 @@ int SimulateCommand::write() {
         output << recorded(*reply, form, traffic.startMs);
     }
     output.close();
-    tellEnd(console, _path == "-" ? "<stdout>" : _path, replies);
+    tellEnd(console, _path == "-" ? "<stdout>" : shownName(_path), replies);
     return interrupted() ? interruptedStatus : 0;
 }
 

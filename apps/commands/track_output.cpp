@@ -1,6 +1,7 @@
 #include "apps/commands/track_output.h"
 
 #include "apps/common/failure.h"
+#include "apps/common/text.h"
 #include "apps/display/aircraft_columns.h"
 #include "apps/json/aircraft_json.h"
 #include "apps/terminal/aircraft_text.h"
@@ -136,7 +137,7 @@ void TrackOutput::writeLivePages(const Sky& sky) {
 void TrackOutput::writePages(const Sky& sky) const {
     if (_pages) {
         _pages->write({_name, showingOf(sky), sky.aircraft, sky.history});
-        _console.write("pages for a browser: " + _pages->indexPath());
+        _console.write("pages for a browser: " + shownName(_pages->indexPath()));
     }
 }
 

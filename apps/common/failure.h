@@ -1,5 +1,7 @@
 #pragma once
 
+#include "apps/common/text.h"
+
 #include <exception>
 #include <stdexcept>
 #include <string>
@@ -8,14 +10,15 @@
 /// The ways in which a run ends early.
 namespace tolvarin::ondrel::client {
 
-/// Ends the program with a message and status 1. The text says what could not be done, and why.
+/// Ends the program with a message and status 1. The text says what could not be done, and why, in
+/// one line: it may have the name of a file, which can have any bytes.
 class Failure : public std::runtime_error {
 public:
-    explicit Failure(const std::string& text) : std::runtime_error(text) {}
+    explicit Failure(const std::string& text) : std::runtime_error(shownName(text)) {}
 
     /// "cannot open x: No such file or directory"; `error` is an errno value.
     Failure(const std::string& text, int error)
-        : std::runtime_error(text + ": " + std::generic_category().message(error)) {}
+        : Failure(text + ": " + std::generic_category().message(error)) {}
 };
 
 /// The input cannot be read any further. What was read before counts.

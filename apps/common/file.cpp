@@ -2,6 +2,7 @@
 
 #include "apps/common/failure.h"
 #include "apps/common/interruption.h"
+#include "apps/common/text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -130,8 +131,8 @@ File File::openNew(const std::string& path, int flag, const std::string& name) {
     return {descriptor, name, true};
 }
 
-File::File(int descriptor, std::string name, bool owned)
-    : _descriptor(descriptor), _name(std::move(name)), _owned(owned), _isPipe(isPipe(descriptor)) {}
+File::File(int descriptor, const std::string& name, bool owned)
+    : _descriptor(descriptor), _name(shownName(name)), _owned(owned), _isPipe(isPipe(descriptor)) {}
 
 File::File(File&& other) noexcept
     : _descriptor(other._descriptor), _name(std::move(other._name)),
@@ -237,6 +238,24 @@ std::vector<std::string> namesIn(const std::string& folder) {
     }
     throwIf(error, "read " + folder);
     return names;
+}
+
+std::string startOfFile(const std::string& path, std::size_t size) {
+    // Neither a link is followed nor a pipe waited for.
+    constexpr int flags = O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+    const int descriptor = uninterrupted([&] { return ::open(path.c_str(), flags); });
+    if (descriptor < 0) {
+        return "";
+    }
+    std::string start;
+    struct stat status = {};
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+        start.resize(size);
+        const ssize_t count = uninterrupted([&] { return ::read(descriptor, start.data(), size); });
+        start.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    ::close(descriptor);
+    return start;
 }
 
 void replaceFile(const std::string& path, std::string_view text) {

@@ -51,14 +51,14 @@ public:
     /// ignores them.
     void close();
 
-    /// The path, or "<stdin>" or "<stdout>".
+    /// The path as shownName(), or "<stdin>" or "<stdout>".
     const std::string& name() const { return _name; }
 
     /// Bytes from the current position to the end of a regular file; 0 for any other.
     u64 remaining() const;
 
 private:
-    File(int descriptor, std::string name, bool owned);
+    File(int descriptor, const std::string& name, bool owned);
 
     static File openNew(const std::string& path, int flag, const std::string& name);
     void takeBackBegunLine(std::string_view written) const;
@@ -76,6 +76,9 @@ void createFolder(const std::string& path);
 
 /// The names of all that is in a folder. Throws Failure.
 std::vector<std::string> namesIn(const std::string& folder);
+
+/// The first bytes of a regular file, `size` at most; empty for anything else, such as a link.
+std::string startOfFile(const std::string& path, std::size_t size);
 
 /// Writes a file under a temporary name in its folder and renames it: whoever reads it finds the
 /// old or the new text, whole. Throws a Failure that names it, and then leaves the old file.

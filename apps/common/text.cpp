@@ -27,6 +27,37 @@ constexpr std::array<u8, 256> digitValues = [] {
     return values;
 }();
 
+/// How many bytes the first character of UTF-8 has; 0 if the text, which is not empty, begins with
+/// none.
+std::size_t sizeOfCharacter(std::string_view text) {
+    const auto byteAt = [text](std::size_t place) { return static_cast<u8>(text[place]); };
+    const u8 first = byteAt(0);
+    if (first < 0x80) {
+        return 1;
+    }
+    const std::size_t size = first < 0xC2 ? 0 : first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+    if (size == 0 || first > 0xF4 || text.size() < size) {
+        return 0;
+    }
+    for (std::size_t i = 1; i < size; ++i) {
+        if ((byteAt(i) & 0xC0) != 0x80) {
+            return 0;
+        }
+    }
+    // More bytes than the character needs are another way to write it, which is not allowed.
+    const bool isTooLong =
+        (first == 0xE0 && byteAt(1) < 0xA0) || (first == 0xF0 && byteAt(1) < 0x90);
+    return isTooLong ? 0 : size;
+}
+
+/// Whether a character of UTF-8 is a control character; those from 0x80 to 0x9F follow the byte
+/// 0xC2.
+bool isControl(std::string_view character) {
+    const auto last = static_cast<u8>(character.back());
+    return character.size() == 1 ? last < ' ' || last == 0x7F
+                                 : character.size() == 2 && character[0] == '\xC2' && last < 0xA0;
+}
+
 } // namespace
 
 std::optional<u8> hexDigit(char character) {
@@ -147,22 +178,26 @@ std::string listText(const std::vector<std::string>& words, std::string_view las
 
 std::string safeText(std::string_view text) {
     std::string safe;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const auto byte = static_cast<u8>(text[i]);
-        // In UTF-8, the control characters from 0x80 to 0x9F follow the byte 0xC2.
-        const bool isHigh = byte == 0xC2 && i + 1 < text.size() &&
-                            static_cast<u8>(text[i + 1]) >= 0x80 &&
-                            static_cast<u8>(text[i + 1]) < 0xA0;
-        if (isHigh) {
-            ++i;
-        }
-        if (isHigh || (byte < ' ' && byte != '\n') || byte == 0x7F) {
-            safe += "\\x" + hexBytes(text.substr(i, 1));
+    while (!text.empty()) {
+        const std::size_t size = sizeOfCharacter(text);
+        const std::string_view character = text.substr(0, std::max(size, std::size_t{1}));
+        if (character == "\n" || (size > 0 && !isControl(character))) {
+            safe += character;
         } else {
-            safe += text[i];
+            safe += "\\x" + hexBytes(character.substr(character.size() - 1));
         }
+        text.remove_prefix(character.size());
     }
     return safe;
+}
+
+std::string shownName(std::string_view name) {
+    std::string shown = safeText(name);
+    for (std::size_t end = shown.find('\n'); end != std::string::npos;
+         end = shown.find('\n', end)) {
+        shown.replace(end, 1, "\\x0A");
+    }
+    return shown;
 }
 
 std::string wrapped(std::string_view text, std::size_t width) {

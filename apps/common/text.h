@@ -56,9 +56,12 @@ std::string toTheLeft(std::string_view text, std::size_t width);
 /// A list for people: "a, b or c" if `last` is "or".
 std::string listText(const std::vector<std::string>& words, std::string_view last);
 
-/// The text with a form that is safe on a terminal for each control character, such as `\x1B`, but
-/// line ends as they are.
+/// The text with a form that is safe on a terminal, such as `\x1B`, for each control character and
+/// each byte that belongs to no character of UTF-8, but line ends as they are.
 std::string safeText(std::string_view text);
+
+/// The name of a file, or a message, as it is shown: safeText() in one line.
+std::string shownName(std::string_view name);
 
 /// The text in lines of at most `width` characters, one at least, broken at blanks; a word longer
 /// than that is cut.

@@ -5,10 +5,8 @@
 #include "apps/pages/aircraft_page.h"
 #include "apps/pages/html.h"
 
-#include <algorithm>
-#include <array>
+#include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <set>
 #include <system_error>
 #include <vector>
@@ -25,17 +23,10 @@ bool isPageName(std::string_view name) {
                                  name.find_first_not_of("0123456789ABCDEF") == 6);
 }
 
-/// The head of each page has the tag.
+/// The head of each page has the tag. A link is not followed, even if it leads to a page.
 bool isMadeHere(const std::string& path) {
-    std::error_code error;
-    if (!fs::is_regular_file(fs::symlink_status(path, error))) {
-        return false;
-    }
-    std::array<char, 512> start{};
-    std::ifstream file(path, std::ios::binary);
-    file.read(start.data(), start.size());
-    const std::string_view text(start.data(), static_cast<std::size_t>(file.gcount()));
-    return text.find(generatorTag) != std::string_view::npos;
+    constexpr std::size_t headSize = 512;
+    return startOfFile(path, headSize).find(generatorTag) != std::string::npos;
 }
 
 void removeFile(const std::string& path) {

@@ -11,7 +11,8 @@ namespace tolvarin::ondrel::client {
 /// the system reports an error.
 ///
 /// A file with the name of a page is replaced or removed only if the client made it, which a tag in
-/// it tells. With `force`, any file but a directory is replaced.
+/// it tells. With `force`, any file but a directory is replaced. The folder itself may be a
+/// symbolic link; one inside it is never followed, and is taken for a file of somebody else.
 class PageFolder {
 public:
     /// Creates the folder as createFolder() does. Throws also if a file that may not be replaced

@@ -71,7 +71,7 @@ void Console::write(std::string_view text) {
     }
     _output.flushQuietly();
     _status.hide();
-    std::cerr << safeText(text) + '\n'; // a file may have any name
+    std::cerr << safeText(text) + '\n';
 }
 
 void Console::keep(std::string_view text) {

@@ -311,13 +311,25 @@ for arguments in --help --version "decode --help" "track --help" "simulate --hel
     expect "$arguments" "0 0" "$status $(wc -c <err)"
 done
 
-escape=$'\e[2J.txt'
-refuse 1 'ondrel: cannot open \\x1B\[2J.txt: No such file or directory' decode "$escape"
-refuse 2 'ondrel: there is no .\\x1B\[2J.txt.' "$escape"
-echo bad >"$escape"
+escape=$'\e[2J\x9b\n.txt'
+shown='\\x1B\[2J\\x9B\\x0A\.txt'
+refuse 1 "ondrel: cannot open $shown: No such file or directory" decode "$escape"
+refuse 2 "ondrel: there is no .$shown." "$escape"
+refuse 2 "ondrel decode: .*$shown.*" decode --record "$escape" "$escape"
+printf 'bad\n%s\n' "$good" >"$escape"
 run decode "$escape"
-expect_line "a name with control characters" err '\\x1B\[2J.txt:1: .*'
-rm "$escape"
+expect_line "a name with control characters" err "$shown:1: .*"
+run track --min-messages 1 --html "pages$escape" --json-dir "json$escape" "$escape" "$escape"
+expect_line "such names: messages" err "$shown, $shown: the first reply has no time stamp; .*"
+expect_line "such names: pages" err "pages for a browser: pages$shown/index.html"
+run track --min-messages 1 --html pages "$escape"
+expect "such names: in a page" "0 1" "$status $(grep -c "$shown" pages/index.html)"
+for file in out err pages/index.html; do
+    expect "such names: raw in $file" 0 "$(tr -d '[\n -~]' <"$file" | LC_ALL=C grep -c $'[\x01-\x1f\x9b]')"
+done
+run simulate --seconds 10 -o "$escape"
+expect_line "such names: the simulator" err "$shown: .*"
+rm -r "$escape" pages "pages$escape" "json$escape"
 
 for command in "" decode track simulate; do
     # shellcheck disable=SC2086

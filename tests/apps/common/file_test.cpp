@@ -67,6 +67,18 @@ TEST_F(ReplaceFile, LeavesNothingWhenItFails) {
     EXPECT_THROW(replaceFile(folder / "nowhere" / "a.json", "new"), Failure);
 }
 
+TEST_F(ReplaceFile, IsToldOnlyTheStartOfRegularFiles) {
+    std::ofstream(file) << "a page";
+    EXPECT_EQ(startOfFile(file, 3), "a p");
+    EXPECT_EQ(startOfFile(file, 99), "a page");
+    fs::create_symlink(file, folder / "link");
+    ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+    for (const fs::path& other :
+         {folder / "link", folder / "pipe", folder / "nowhere", folder, fs::path("/dev/zero")}) {
+        EXPECT_EQ(startOfFile(other, 3), "") << other;
+    }
+}
+
 /// So a program that is killed leaves no part of a line.
 TEST_F(ReplaceFile, AnOutputWritesWholeLinesUntilItIsFlushed) {
     Output output(file);

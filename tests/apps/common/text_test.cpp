@@ -57,10 +57,40 @@ TEST(Text, IsBrokenAtBlanksIntoLinesOfItsWidth) {
 }
 
 TEST(Text, IsSafeWithoutControlCharacters) {
-    EXPECT_EQ(safeText("a b~\nK\u00F6ln \u00C2"), "a b~\nK\u00F6ln \u00C2");
-    EXPECT_EQ(safeText("\x1B[2J\r\x7F\u009B"), "\\x1B[2J\\x0D\\x7F\\x9B");
-    EXPECT_EQ(safeText("\xC2"), "\xC2");
+    const std::string plain = "a b~\nK\u00F6ln \u00C2\u00A0\u015B\u0800\u201B\U0001F6EB\U0010FFFD";
+    EXPECT_EQ(safeText(plain), plain);
+    EXPECT_EQ(safeText("\x1B[2J\r\x7F\u009B\u0080"), "\\x1B[2J\\x0D\\x7F\\x9B\\x80");
     EXPECT_EQ(safeText(std::string(1, '\0')), "\\x00");
+}
+
+TEST(Text, IsSafeWithoutBytesThatAreNoUtf8) {
+    const struct {
+        std::string text;
+        std::string safe;
+    } rows[] = {
+        {"\x9B"
+         "2J",
+         "\\x9B2J"},
+        {"\xC2", "\\xC2"},
+        {"\xC2\n", "\\xC2\n"},
+        {"\xE2\x80", "\\xE2\\x80"},
+        {"\xE2\x80"
+         "a",
+         "\\xE2\\x80"
+         "a"},
+        {"\xC1\x9B", "\\xC1\\x9B"}, // too long
+        {"\xE0\x82\x9B", "\\xE0\\x82\\x9B"},
+        {"\xF0\x80\x82\x9B", "\\xF0\\x80\\x82\\x9B"},
+        {"\xF5\x80\x80\x80", "\\xF5\\x80\\x80\\x80"},
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(safeText(row.text), row.safe);
+    }
+}
+
+TEST(Text, OfANameIsOneLine) {
+    EXPECT_EQ(shownName("a\nb\n\x1B"), "a\\x0Ab\\x0A\\x1B");
+    EXPECT_EQ(shownName("K\u00F6ln.txt"), "K\u00F6ln.txt");
 }
 
 TEST(Text, OfAListNamesItsLastWordDifferently) {

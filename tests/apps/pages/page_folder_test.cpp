@@ -130,6 +130,33 @@ TEST_F(PageFolderTest, WritesThroughNoLinkAndIntoNoDirectory) {
     EXPECT_EQ(names(), (Names{"index.html", "40621D.html", "mine"}));
 }
 
+TEST_F(PageFolderTest, LeavesLinksToPagesAlone) {
+    write(first);
+    fs::create_directory(path + "/elsewhere");
+    fs::rename(path + "/40621D.html", path + "/elsewhere/40621D.html");
+    const std::string page = textOf("elsewhere/40621D.html");
+    fs::create_symlink("elsewhere/40621D.html", path + "/40621D.html");
+    EXPECT_EQ(failureOf(first), "will not replace " + path +
+                                    "/40621D.html, which ondrel did not make; choose another "
+                                    "folder, or replace it with --force");
+    write(second, true); // has no page of that name
+    EXPECT_TRUE(fs::is_symlink(path + "/40621D.html"));
+    write(first, true);
+    EXPECT_FALSE(fs::is_symlink(path + "/40621D.html"));
+    EXPECT_EQ(textOf("elsewhere/40621D.html"), page);
+}
+
+TEST_F(PageFolderTest, MayItselfBeALink) {
+    fs::create_directory(path);
+    const std::string link = path + ".link";
+    fs::remove(link);
+    fs::create_directory_symlink(path, link);
+    const TrackedLines tracked(first);
+    PageFolder(link, false).write({"", {0}, tracked.tracking.aircraft(), TrackHistory()});
+    EXPECT_EQ(names(), (Names{"index.html", "40621D.html"}));
+    EXPECT_TRUE(fs::remove(link));
+}
+
 TEST_F(PageFolderTest, NeedsAFolder) {
     std::ofstream(path) << "a file";
     EXPECT_EQ(failureOf(first), "cannot create " + path + ": Not a directory");
