@@ -43,6 +43,18 @@ struct DestroyMessage {
 };
 using Message = std::unique_ptr<natsMsg, DestroyMessage>;
 
+/// Empty if it is not known.
+std::string lastError(natsConnection* connection) {
+    const char* reason = nullptr;
+    natsConnection_GetLastError(connection, &reason);
+    return reason != nullptr ? reason : "";
+}
+
+/// " (TEXT)"; nothing of an empty text.
+std::string inBrackets(const std::string& text) {
+    return text.empty() ? "" : " (" + text + ")";
+}
+
 /// A credentials file as the server's tools make it has several lines and PEM marks; any other is
 /// USER:PASSWORD.
 void setCredentials(natsOptions* options, const std::string& path) {
@@ -113,31 +125,29 @@ struct NatsConnection::Events {
     unsigned connections = 0;
     bool isConnected = false;
     bool isClosed = false;
+    std::string whyClosed;
 
     static void connected(natsConnection* /*connection*/, void* events) {
         static_cast<Events*>(events)->note(true, "connected");
     }
 
     static void disconnected(natsConnection* connection, void* events) {
-        const char* reason = nullptr;
-        natsConnection_GetLastError(connection, &reason);
-        const bool isKnown = reason != nullptr && *reason != '\0';
-        static_cast<Events*>(events)->note(
-            false, "the connection was lost" + (isKnown ? std::string(" (") + reason + ")" : "") +
-                       "; trying again each second");
+        static_cast<Events*>(events)->note(false, "the connection was lost" +
+                                                      inBrackets(lastError(connection)) +
+                                                      "; trying again each second");
     }
 
     static void failed(natsConnection* connection, natsSubscription* /*subscription*/,
                        natsStatus error, void* events) {
-        const char* reason = nullptr;
-        natsConnection_GetLastError(connection, &reason);
-        const bool isKnown = reason != nullptr && *reason != '\0';
-        static_cast<Events*>(events)->noteError(isKnown ? reason : natsStatus_GetText(error));
+        const std::string reason = lastError(connection);
+        static_cast<Events*>(events)->noteError(reason.empty() ? natsStatus_GetText(error)
+                                                               : reason);
     }
 
-    static void closed(natsConnection* /*connection*/, void* events) {
+    static void closed(natsConnection* connection, void* events) {
         auto* self = static_cast<Events*>(events);
         const std::lock_guard<std::mutex> lock(self->mutex);
+        self->whyClosed = lastError(connection);
         self->isConnected = false;
         self->isClosed = true;
         self->changed.notify_all();
@@ -193,11 +203,9 @@ NatsConnection::NatsConnection(const MessageServer& server, const std::string& c
     }
     const natsStatus status = natsConnection_Connect(&_connection, made);
     if (status == NATS_NOT_YET_CONNECTED) {
-        const char* reason = nullptr;
-        natsConnection_GetLastError(_connection, &reason);
-        const bool isKnown = reason != nullptr && *reason != '\0';
+        const std::string reason = lastError(_connection);
         if (_events->tellsState) {
-            _report(std::string(isKnown ? reason : "no answer") + "; trying again each second");
+            _report((reason.empty() ? "no answer" : reason) + "; trying again each second");
         }
         return;
     }
@@ -221,17 +229,20 @@ bool NatsConnection::poll() {
     std::vector<std::string> news;
     bool isConnected = false;
     bool isClosed = false;
+    std::string whyClosed;
     {
         const std::lock_guard<std::mutex> lock(_events->mutex);
         news.swap(_events->news);
         isConnected = _events->isConnected;
         isClosed = _events->isClosed;
+        whyClosed = _events->whyClosed;
     }
     for (const std::string& text : news) {
         _report(text);
     }
     if (isClosed) {
-        throw InputFailure("the message server ended the connection for good");
+        throw InputFailure("the message server ended the connection for good" +
+                           inBrackets(whyClosed));
     }
     return isConnected;
 }
