@@ -34,8 +34,7 @@ static_assert(movesWithoutFailure<ModeSMessageFieldME>);
 static_assert(std::is_nothrow_move_constructible_v<DF17Message>);
 
 // If one of these fails, the binary interface has changed; CONTRIBUTING.md says which number of the
-// version moves. The tables of
-// decoder and tracker are behind pointers, so they can change without that.
+// version moves. The tables of decoder and tracker are behind pointers, so they can change.
 #if defined(__x86_64__) && defined(__LP64__) && defined(__GLIBCXX__)
 static_assert(sizeof(ModeSDecoder) == sizeof(void*));
 static_assert(sizeof(ADSBTracker) == 2 * sizeof(void*) + 4 * sizeof(u32));

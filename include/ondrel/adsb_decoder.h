@@ -11,7 +11,7 @@
 namespace tolvarin::ondrel {
 
 /// Picks the message class for a type code and MOPS version, and decodes. It holds no state; any
-/// number of threads may use one decoder. Only exhausted memory throws.
+/// number of threads may use one decoder. Only exhausted memory throws; there is no message then.
 class ONDREL_EXPORT ADSBDecoder {
 public:
     /// Writes "Initialized." into the log.

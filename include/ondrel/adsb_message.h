@@ -14,7 +14,7 @@ namespace tolvarin::ondrel {
 
 /// One bit field of an ADS-B payload with its value as text. A field may show a value that is
 /// worked out from the bits, so that two fields can cover the same bits. Only exhausted memory
-/// throws.
+/// throws; the field is then as it was.
 class ONDREL_EXPORT ADSBMessageField {
 public:
     /// What a field holds. A meaning with "as sent" is the number in the bits.
@@ -73,6 +73,16 @@ public:
     /// Neither is checked against the 56 bits of the ME field.
     ADSBMessageField(Designator designator, u8 pos, u8 bits, std::string description);
 
+    /// Copies and moves take all members.
+    ///@{
+    ADSBMessageField(const ADSBMessageField&) = default;
+    ADSBMessageField(ADSBMessageField&&) noexcept = default;
+    ADSBMessageField& operator=(const ADSBMessageField& other) {
+        return *this = ADSBMessageField(other);
+    }
+    ADSBMessageField& operator=(ADSBMessageField&&) noexcept = default;
+    ///@}
+
     /// What the field holds.
     Designator designator() const { return _designator; }
     /// ME position of the first bit, 0 to 55; DO-260B counts the same bits from 1.
@@ -120,7 +130,9 @@ struct FieldGroup;
 /// The payload of an extended squitter's ME field (RTCA DO-260B, 2.2.3.2). A message decodes seven
 /// bytes into its members and lists them bit field by bit field.
 ///
-/// A message belongs to one thread at a time. Only exhausted memory throws.
+/// A message belongs to one thread at a time. Only exhausted memory throws. A decode() that it ends
+/// leaves the message as it was, or not valid with each value as it was or as decoded, and can have
+/// added fields to the list. Any other operation that it ends changes nothing.
 class ONDREL_EXPORT ADSBMessage {
 public:
     /// The kinds of payload, by type code.

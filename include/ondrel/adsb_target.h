@@ -21,7 +21,7 @@ namespace tolvarin::ondrel {
 /// with your own time. A datum that was never received is 0, false or empty.
 ///
 /// A copy belongs to one thread at a time and follows its target no further. Only exhausted memory
-/// throws.
+/// throws; the record is then as it was.
 class ONDREL_EXPORT ADSBTarget {
 public:
     /// Where the aircraft says it is.
@@ -33,6 +33,14 @@ public:
 
     /// A record that knows the address and nothing else. The tracker makes those of its table.
     explicit ADSBTarget(u32 icaoAddress);
+
+    /// Copies and moves take all data.
+    ///@{
+    ADSBTarget(const ADSBTarget&) = default;
+    ADSBTarget(ADSBTarget&&) noexcept = default;
+    ADSBTarget& operator=(const ADSBTarget& other) { return *this = ADSBTarget(other); }
+    ADSBTarget& operator=(ADSBTarget&&) noexcept = default;
+    ///@}
 
     /// Track number, 1 to 4095; 0 before the tracker gave one. A report can put in any number.
     u32 trackId() const { return _trackId; }

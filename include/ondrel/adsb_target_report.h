@@ -19,9 +19,22 @@ namespace tolvarin::ondrel {
 /// One that a target made has the target's flags; the ranges below are those of its values. A
 /// setter stores any value. Times are milliseconds since 1970-01-01 UTC; 0 means never.
 ///
-/// Plain data: copy it between threads. Only exhausted memory throws.
+/// Plain data: copy it between threads. Only exhausted memory throws; the report is then as it was.
 class ONDREL_EXPORT ADSBTargetReport {
 public:
+    /// A report without data.
+    ADSBTargetReport() = default;
+
+    /// Copies and moves take all data.
+    ///@{
+    ADSBTargetReport(const ADSBTargetReport&) = default;
+    ADSBTargetReport(ADSBTargetReport&&) noexcept = default;
+    ADSBTargetReport& operator=(const ADSBTargetReport& other) {
+        return *this = ADSBTargetReport(other);
+    }
+    ADSBTargetReport& operator=(ADSBTargetReport&&) noexcept = default;
+    ///@}
+
     /// Whether a tracker would take the report in: it has an address and was updated at least once.
     bool valid() const { return _lastUpdate > 0 && _icaoAddressValid; }
 

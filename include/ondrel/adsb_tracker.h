@@ -26,8 +26,12 @@ class TargetTable;
 ///
 /// The tracker has no clock: times come with messages and calls, in milliseconds since 1970-01-01
 /// UTC, and nothing expires by itself. It keeps no pointer to a message. A tracker belongs to one
-/// thread at a time, together with its copies: copies share their targets. Only exhausted memory
-/// throws.
+/// thread at a time, together with its copies: copies share their targets.
+///
+/// Only exhausted memory throws. A message or report that it interrupts can be taken in part, but
+/// each datum whole: with its times it is as it was, or as after the call, and so is the number of
+/// the target. Every other operation that it interrupts changes nothing. Lines that are in the log
+/// stay.
 class ONDREL_EXPORT ADSBTracker {
 public:
     /// A tracker without targets, its altitude check off. Writes two lines to the log.

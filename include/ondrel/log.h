@@ -42,7 +42,8 @@ protected:
 ///
 /// Static objects may log before and after main(), and so may all else of the library.
 ///
-/// Throws only when memory is exhausted, and what the handler throws.
+/// Throws only when memory is exhausted, and what the handler throws. Without memory for it, a line
+/// is not written.
 class ONDREL_EXPORT Log {
 public:
     /// How serious a line is, the least serious first. A value that is none shows as "UNKNOWN".

@@ -22,7 +22,7 @@ class Grading;
 /// reply by that. Both times are of the system clock: stamps that a caller passes do not count.
 ///
 /// A decoder belongs to one thread at a time; different decoders are independent. Only exhausted
-/// memory throws.
+/// memory throws: the decoder then knows what it knew before. The log can have lines of the reply.
 class ONDREL_EXPORT ModeSDecoder {
 public:
     /// A decoder that knows no address and no interrogator. Writes a line to the log.

@@ -12,7 +12,8 @@ namespace tolvarin::ondrel {
 /// One field of a Mode S message: its designator, its place in the frame and whether it decoded.
 /// Fields live by value inside their message, which decodes them; they may also be used alone.
 ///
-/// The value of a field means something only while valid() is true. Only exhausted memory throws.
+/// The value of a field means something only while valid() is true. Only exhausted memory throws;
+/// the field is then as it was.
 class ONDREL_EXPORT ModeSMessageField {
 public:
     /// The standard's abbreviations. DR and UM have names but no field class.

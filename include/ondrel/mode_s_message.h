@@ -17,7 +17,10 @@ class ModeSMessageField;
 /// classes are in df_messages.h.
 ///
 /// A std::string of raw bytes is a counted buffer. Byte 0 is first on the wire; in each byte the
-/// top bit is first. A message belongs to one thread at a time. Only exhausted memory throws.
+/// top bit is first. A message belongs to one thread at a time.
+///
+/// Only exhausted memory throws. A decode() that it ends leaves the message as it was, or not valid
+/// with each value as it was or as decoded. Any other operation that it ends changes nothing.
 class ONDREL_EXPORT ModeSMessage {
 public:
     /// The direction of a message.

@@ -208,9 +208,20 @@ ADSBMessage::ADSBMessage(ADSBMessageType type)
 
 ADSBMessage::ADSBMessage(const ADSBMessage&) = default;
 ADSBMessage::ADSBMessage(ADSBMessage&&) noexcept = default;
-ADSBMessage& ADSBMessage::operator=(const ADSBMessage&) = default;
 ADSBMessage& ADSBMessage::operator=(ADSBMessage&&) noexcept = default;
 ADSBMessage::~ADSBMessage() = default;
+
+ADSBMessage& ADSBMessage::operator=(const ADSBMessage& other) {
+    _fields = other._fields; // first: nothing else can run out of memory
+    _data = other._data;
+    _payload = other._payload;
+    _valid = other._valid;
+    _typeCode = other._typeCode;
+    _type = other._type;
+    _timeStamp = other._timeStamp;
+    _signalAmplitude = other._signalAmplitude;
+    return *this;
+}
 
 bool ADSBMessage::decode(const std::string& data) {
     if (data.size() < payloadBytes) {
@@ -223,6 +234,7 @@ bool ADSBMessage::decode(const std::string& data) {
         Log::log(Log::Critical, moduleName, "Type code mismatch.");
         return false;
     }
+    _valid = false; // in case of an exception
     PayloadAccess(*this).list(layout::fields);
     _valid = decodeImpl();
     _fields.ordered = _fields.count;

@@ -44,12 +44,14 @@ ModeSMessage::Confidence Grading::gradeAllCall(u32 address, u32 interrogator, Se
     if (!addressRecent && !wasReliable) {
         return ModeSMessage::None;
     }
+    // A reply makes at most one new entry: an unknown address needs a reliable interrogator, which
+    // has one. So if memory runs out, nothing has been learnt.
+    InterrogatorRecord& record = _interrogators[interrogator];
     if (proved != nullptr) {
         *proved = now;
     } else {
         refresh(address, now);
     }
-    InterrogatorRecord& record = _interrogators[interrogator];
     record.lastSeen = now;
     if (!interrogatorRecent) { // a new run begins
         record.hitCount = 1;

@@ -17,7 +17,8 @@
 namespace tolvarin::ondrel {
 
 /// The two tables and the rules of grading. An entry that is too old counts as no entry. Entries
-/// are never removed: there are at most 2^24 addresses and 80 interrogators.
+/// are never removed: there are at most 2^24 addresses and 80 interrogators. If memory runs out,
+/// nothing is learnt.
 class Grading {
 public:
     using Seconds = ProvedAddresses::Seconds;

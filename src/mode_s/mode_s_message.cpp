@@ -37,6 +37,7 @@ bool ModeSMessage::decode(std::string&& data) {
         return false;
     }
     _calculatedParity = parity::sum(_data, frameBits);
+    _valid = false; // in case of an exception
     _valid = decodeImpl();
     return _valid;
 }

@@ -74,8 +74,7 @@ std::vector<ADSBTarget> ADSBTracker::killTargets(u64 time) {
     if (killed.empty()) {
         return killed;
     }
-    // Everything that can run out of memory comes before the first line in the log. So no line
-    // reports a removal that did not happen.
+    // The log is the last that can run out of memory, and nothing is removed before.
     TargetTable kept = _targets->without(isSilent);
     for (const ADSBTarget& target : killed) {
         Log::log(Log::Debug, moduleName, "Target #%u killed.", target.trackId());
@@ -102,6 +101,7 @@ ADSBTarget* ADSBTracker::createTarget(u32 icaoAddress) {
     target->_trackId = trackId;
     ADSBTarget* created = target.get();
     _targets->enter(std::move(target));
+    _nextTrackId = trackId + 1; // last, so that no number is lost if memory runs out
     return created;
 }
 
@@ -118,11 +118,7 @@ u32 ADSBTracker::getNextTrackId() {
     if (!_targets) {
         _targets = std::make_unique<TargetTable>();
     }
-    const u32 trackId = _targets->freeTrackId(_nextTrackId);
-    if (trackId != 0) {
-        _nextTrackId = trackId + 1;
-    }
-    return trackId;
+    return _targets->freeTrackId(_nextTrackId);
 }
 
 } // namespace tolvarin::ondrel

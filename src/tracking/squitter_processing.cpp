@@ -173,8 +173,8 @@ void ADSBTracker::Steps::updateMOPSVersion0Certainty(ADSBTarget& target, u64 tim
         }
     } else if (target.statisticDfMsgCount(DFMessage::DF17) >= mopsV0ConfirmCount &&
                !laterVersionSeen && target.statisticADSBMsgCount(ADSBMessage::OP_STATUS) == 0) {
-        target.setMOPSVersionConfirmed(time);
         Log::log(Log::Debug, moduleName, "Track #%u MOPS version 0 confirmed.", target.trackId());
+        target.setMOPSVersionConfirmed(time);
     }
 }
 

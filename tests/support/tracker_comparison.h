@@ -60,9 +60,9 @@ struct ReportAsTarget : ADSBTargetReport {
     bool nicSupplementCValid() const { return nicSuppCValid(); }
 };
 
-/// Compares what target and report both have. The one list of an aircraft's data in the tests.
-template <class Record>
-void compareData(Differences& is, const Record& r) {
+/// Visits what target and report both have. The one list of an aircraft's data in the tests.
+template <class Visitor, class Record>
+void visitData(Visitor& is, const Record& r) {
     is('-', "address", r.icaoAddr());
     is('-', "target", r.trackId(), r.lastUpdate());
     is('-', "callsign", 0, r.callsignLastUpdate(), r.callsignLastChange());
@@ -97,15 +97,10 @@ void compareData(Differences& is, const Record& r) {
     is('C', "sil", r.sil(), r.silLastUpdate(), r.silLastChange(), r.silValid());
 }
 
-/// Lists what differs from the model in a target and its report. Empty if nothing does.
-inline std::string differences(ADSBTarget target, const ADSBTargetReport& report,
-                               AircraftModel& craft) {
-    craft.data["onGround"] = craft.data["groundStatus"];
-    const double onGround = ADSBTarget::OnGround;
-    craft.value("onGround") = craft.value("groundStatus") == onGround ? 1 : 0;
-
-    Differences is(craft);
-    compareData(is, target);
+/// Visits what a target has.
+template <class Visitor>
+void visitTarget(Visitor& is, ADSBTarget target) {
+    visitData(is, target);
     is('U', "groundStatus", target.groundStatus(), target.groundStatusLastUpdate(),
        target.groundStatusLastChange(), target.groundStatusValid());
     is('U', "capability", target.transponderCommCapability(),
@@ -121,9 +116,20 @@ inline std::string differences(ADSBTarget target, const ADSBTargetReport& report
     }
     is('U', "replies", target.statisticDfMsgCount(), target.statisticLastUpdate(), 0,
        target.statisticValid());
+}
+
+/// Lists what differs from the model in a target and its report. Empty if nothing does.
+inline std::string differences(const ADSBTarget& target, const ADSBTargetReport& report,
+                               AircraftModel& craft) {
+    craft.data["onGround"] = craft.data["groundStatus"];
+    const double onGround = ADSBTarget::OnGround;
+    craft.value("onGround") = craft.value("groundStatus") == onGround ? 1 : 0;
+
+    Differences is(craft);
+    visitTarget(is, target);
 
     Differences ofReport(craft);
-    compareData(ofReport, ReportAsTarget(report));
+    visitData(ofReport, ReportAsTarget(report));
     const bool sameNames = target.callsign() == craft.callsign &&
                            report.callsign() == craft.callsign &&
                            report.callsignValid() != craft.callsign.empty() &&
