@@ -145,6 +145,9 @@ void copy(ADSBMessage& message) {
     hold(shown(moved) == expected);
     const bool wasDecoded = moved.valid() && typeOf(moved.typeCode()) == moved.type();
     hold(copied.decode(moved.data()) == wasDecoded); // NOLINT(bugprone-use-after-move)
+    Message fresh;
+    fresh.decode(moved.data());
+    hold(copied.fields().size() == fresh.fields().size());
     copied = std::move(moved);
     hold(shown(copied) == expected);
     moved = copied; // NOLINT(bugprone-use-after-move): it may be used again
@@ -156,7 +159,7 @@ void copyAs(ADSBMessage& message) {
     (copy<Messages>(message), ...);
 }
 
-/// Values that are no enumerators, and fields that stand nowhere.
+/// Values that are no enumerators, log lines of such levels, and fields that stand nowhere.
 void readNames(Input& input) {
     const auto designator = input.take<ADSBMessageField::Designator>();
     const u8 pos = input.take<u8>();
@@ -171,6 +174,9 @@ void readNames(Input& input) {
     hold((ADSBMessage::typeFullName(type) != "Reserved") == isType);
     const u8 code = input.take<u8>();
     hold(ADSBMessage::typeByCode(code) == (code < 32 ? typeOf(code) : ADSBMessage::RESERVED));
+    Log::setShowLevel(input.take<Log::Level>());
+    Log::log(input.take<Log::Level>(), std::string(code, 'm'), "a line of any level");
+    Log::log(input.take<Log::Level>(), "module", "%s of any level", "a line");
 }
 
 } // namespace

@@ -10,6 +10,7 @@
 #include "support/decoder_model.h"
 #include "support/messages.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -234,7 +235,8 @@ public:
         // The upper bits tell how much time passes and whether there is a stamp. The others are the
         // length of a frame, or something else.
         const u8 control = input.take<u8>();
-        now += (control >> 6U) * 200;
+        constexpr std::array<int, 4> steps = {0, 30, 300, 601}; // seconds
+        now += steps.at(control >> 6U);
         const u64 stamp = control >> 5U & 1U;
         const unsigned what = control & 0x1FU;
         switch (what) {

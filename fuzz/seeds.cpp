@@ -78,9 +78,11 @@ Inputs modeS() {
     Inputs inputs;
     for (unsigned seed = 1; seed <= 6; ++seed) {
         std::string input;
+        unsigned step = 0;
         for (const Reply& reply : first(hear(seed, 0.1), 30)) {
             const std::size_t size = reply.bytes.size();
-            input += byte((seed % 2 << 5) + (size == 14 ? 16 : size));
+            const unsigned pause = ++step % 5 == 0 ? step % 4 : 0;
+            input += byte((pause << 6) + (seed % 2 << 5) + (size == 14 ? 16 : size));
             input += reply.bytes;
         }
         inputs.push_back(input + "\x18\x19\x1A\x1B");
@@ -102,6 +104,7 @@ Inputs adsb() {
     Inputs inputs;
     for (const auto& entry : byType) {
         inputs.push_back(entry.second);
+        inputs.push_back("\x7F" + entry.second); // names and log lines in place of payloads
     }
     return inputs;
 }
@@ -181,29 +184,34 @@ std::string batch(const Replies& replies) {
     return bytes;
 }
 
-Inputs messages() {
-    const Replies replies = hear(3, 0);
+Inputs batches() {
+    const std::string bytes = batch(first(hear(3, 0)));
+    return {
+        std::string(1, '\0') + bytes,
+        "\x01" + bytes,
+        "\x02" + bytes.substr(20, 20),
+        "\x03stream.consumer.1.5.2.3.9",
+        std::string("\x03") + "domain.account.stream.consumer.1.5.2.3.9",
+    };
+}
+
+Inputs reports() {
     std::string tracked;
-    for (const std::string& payload : payloads(replies)) {
+    for (const std::string& payload : payloads(hear(3, 0))) {
         tracked += tracked.size() < 400 ? "\x03" + payload : "";
     }
-    const std::string zero(1, '\0');
-    return {
-        zero + batch(first(replies)),
-        "\x01" + batch(first(replies)),
-        "\x02"
+    const std::string report =
         R"({"schema":1,"address":"4840D6","last_update_ms":1700000000000,"track_number":7,)"
         R"("callsign":["KLM 10?3",true,2,3],"category":[7,true,4,5],"squawk":[4095,true,6,7],)"
         R"("altitude_ft":[38000,true,19],"position":[52.3,4.8,true,17],"mops_version":[2,true,1,1],)"
         R"("accepted_position":[52.3,4.8,1700000000000],"told":[true,false,true,true],)"
-        R"("ground_speed_kt":[0.3,true,20],"messages_by_format":[1,0,0,0,2]})",
-        "\x04" + batch(first(replies)),
-        "\x05" + tracked,
-        "\xF5" + tracked,
-        "\x06" + tracked.substr(0, 20),
-        "\x07stream.consumer.1.5.2.3.9",
-        "\x07"
-        "domain.account.stream.consumer.1.5.2.3.9",
+        R"("ground_speed_kt":[0.3,true,20],"messages_by_format":[1,0,0,0,2]})";
+    return {
+        std::string(1, '\0') + tracked,
+        "\x01" + tracked,
+        "\x02" + report,
+        "\xF1" + tracked,
+        "\xF2" + report, // with pages
     };
 }
 
@@ -211,7 +219,7 @@ Inputs messages() {
 
 int main(int argc, char** argv) {
     const std::map<std::string, Inputs (*)()> makers = {
-        {"adsb", adsb},    {"input", input},   {"messages", messages},
+        {"adsb", adsb},    {"input", input},   {"batches", batches},   {"reports", reports},
         {"mode_s", modeS}, {"packed", packed}, {"tracking", tracking},
     };
     const auto maker = argc == 3 ? makers.find(argv[1]) : makers.end();

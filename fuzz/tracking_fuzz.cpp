@@ -138,6 +138,10 @@ void read(const ADSBTarget& target) {
     hold(taken == nullptr || fuzzing::same(taken->report(), passedOn(report)));
     const ADSBTarget copy(target);
     hold(same(copy, target));
+    for (const int number : {-1, 25, 1 << 30}) {
+        hold(target.statisticDfMsgCount(static_cast<DFMessage::DownlinkFormat>(number)) == 0);
+        hold(target.statisticADSBMsgCount(static_cast<ADSBMessage::ADSBMessageType>(number)) == 0);
+    }
 }
 
 /// What holds for each target that no report has changed.
@@ -188,6 +192,9 @@ ADSBTargetReport takeReport(Input& input) {
     hold(report.positionValid() == (std::abs(latitude) <= 90));
     report.setLastUpdate(input.take<u32>());
     hold(report.valid() == (report.lastUpdate() != 0 && report.icaoAddressValid()));
+    if (input.take<bool>()) {
+        report.setTrackId(input.take<u8>() & 7U); // which new targets get too
+    }
     const ADSBTargetReport copy(report);
     hold(fuzzing::same(copy, report));
     readTexts(report);
@@ -238,7 +245,7 @@ public:
         }
         switch (control & 0x0FU) {
         case 0:
-            kill(input.take<u32>());
+            kill(takeTime(input, _all.first));
             break;
         case 1:
             inBoth([](World& world) { world.first.reset(); });
@@ -338,6 +345,15 @@ private:
         }
     }
 
+    /// Any time, or the last update of a target.
+    static u64 takeTime(Input& input, const ADSBTracker& tracker) {
+        const u32 number = input.take<u32>();
+        const std::vector<ADSBTarget> targets = tracker.allTargets();
+        return targets.empty() || number % 2 == 0
+                   ? number
+                   : targets[(number >> 8U) % targets.size()].lastUpdate();
+    }
+
     /// Those that are silent leave, in the order of the list, and the others stay.
     void kill(u64 time) {
         std::vector<ADSBTarget> silent;
@@ -351,8 +367,8 @@ private:
     }
 
     void checkSince(Input& input) {
-        const u64 from = input.take<u32>();
-        const u64 to = from + input.take<std::uint16_t>();
+        const u64 from = takeTime(input, _all.second);
+        const u64 to = std::max(from, takeTime(input, _all.second));
         std::vector<ADSBTarget> expected;
         for (const ADSBTarget& target : _all.second.allTargets()) {
             if (target.lastUpdate() > from && target.lastUpdate() <= to) {
@@ -419,6 +435,11 @@ private:
             return; // the other world does not hear it
         }
         hold(_spared.first.procModeSMsg(&message) != nullptr);
+        const bool isNumberFree =
+            std::none_of(before.begin(), before.end(), [&](const ADSBTarget& other) {
+                return other.trackId() == target->trackId();
+            });
+        hold(isKnown || isNumberFree);
         hold(target->lastUpdate() == message.timeStamp());
         hold(target->icaoAddr() == message.icaoAddress());
         if (!_crowded) {
