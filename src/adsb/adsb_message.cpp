@@ -212,6 +212,9 @@ ADSBMessage& ADSBMessage::operator=(ADSBMessage&&) noexcept = default;
 ADSBMessage::~ADSBMessage() = default;
 
 ADSBMessage& ADSBMessage::operator=(const ADSBMessage& other) {
+    if (this == &other) {
+        return *this;
+    }
     _fields = other._fields; // first: nothing else can run out of memory
     _data = other._data;
     _payload = other._payload;
