@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <cstdlib>
 #include <limits>
 #include <optional>
 #include <sstream>
@@ -21,11 +22,20 @@ template <class Number>
 std::optional<Number> parsed(const std::string& text) {
     Number value{};
     const char* end = text.data() + text.size();
-    const auto result = std::from_chars(text.data(), end, value);
-    if (result.ec != std::errc() || result.ptr != end) {
-        return std::nullopt;
+    if constexpr (std::is_integral_v<Number>) {
+        const auto result = std::from_chars(text.data(), end, value);
+        return result.ec == std::errc() && result.ptr == end ? std::optional(value) : std::nullopt;
+    } else {
+        // Not every standard library has from_chars() for this. strtod() alone takes more: blanks,
+        // a plus sign, hexadecimal digits and words.
+        if (text.empty() || text[0] == '+' ||
+            text.find_first_not_of("0123456789.eE+-") != std::string::npos) {
+            return std::nullopt;
+        }
+        char* read = nullptr;
+        value = std::strtod(text.c_str(), &read);
+        return read == end ? std::optional(value) : std::nullopt;
     }
-    return value;
 }
 
 template <class Number>
@@ -35,7 +45,7 @@ CLI::Validator range(const std::string& kind, Number low, Number high) {
     expected << kind << " from " << low << " to " << high;
     const auto check = [low, high, wanted = expected.str()](std::string& text) -> std::string {
         const auto value = parsed<Number>(text);
-        if (!value || !(*value >= low && *value <= high)) { // not a number fails both comparisons
+        if (!value || *value < low || *value > high) {
             return "expected " + wanted + ", not '" + text + "'";
         }
         if constexpr (std::is_integral_v<Number>) {
