@@ -223,11 +223,14 @@ void TrackRun::noteHistory(const ADSBTarget& aircraft) {
         aircraft.altitudeBaroLastUpdate() == aircraft.lastUpdate()) {
         _history.noteAltitude(address, aircraft.altitudeBaro(), aircraft.lastUpdate());
     }
-    if (_tracking.verdict() == PositionCheck::Verdict::Overruled) {
+    const auto verdict = _tracking.verdict();
+    if (!verdict) {
+        return;
+    }
+    if (*verdict == PositionCheck::Verdict::Overruled) {
         _history.forgetPath(address);
     }
-    const auto position = _tracking.positionOf(aircraft);
-    if (_tracking.verdict() && position) {
+    if (const auto position = _tracking.positionOf(aircraft)) {
         _history.notePosition(address, *position);
     }
 }

@@ -35,6 +35,11 @@ struct Case {
     std::string shown;
 };
 
+/// GoogleTest would print the bytes, padding included.
+void PrintTo(const Case& example, std::ostream* out) {
+    *out << example.name;
+}
+
 class FreshLogDeathTest : public testing::TestWithParam<Case> {};
 
 TEST_P(FreshLogDeathTest, WritesExactly) {
