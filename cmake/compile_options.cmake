@@ -6,6 +6,10 @@ set(gnu_like $<CXX_COMPILER_ID:GNU,Clang,AppleClang>)
 add_library(ondrel_options INTERFACE)
 target_compile_features(ondrel_options INTERFACE cxx_std_17)
 
+# The same numbers on every machine, to the last bit. A fused multiply-add rounds once where two
+# operations round twice, so machines that have it must not use it.
+target_compile_options(ondrel_options INTERFACE $<${gnu_like}:-ffp-contract=off>)
+
 # Warnings are for those who work on ondrel, not for those who use it.
 if(PROJECT_IS_TOP_LEVEL)
     set(warnings

@@ -35,6 +35,11 @@ std::string shown(u64 time) {
     return page.substr(start, page.find('<', start) - start);
 }
 
+/// Whether the C library can print the time: a time_t of 32 bits ends in 2038.
+bool isPrintable(u64 time) {
+    return time / 1000 <= static_cast<u64>(std::numeric_limits<std::time_t>::max());
+}
+
 /// "2023-11-14T22:13:20.123Z" by the C library, from milliseconds since 1970.
 std::string printedTime(u64 time) {
     const auto seconds = static_cast<std::time_t>(time / 1000);
@@ -120,7 +125,7 @@ TEST(ReportText, WritesTimes) {
 
 TEST(ReportText, WritesTimesLikeTheCLibrary) {
     constexpr u64 day = 86400000;
-    for (u64 time = day - 1; time < 161000 * day;
+    for (u64 time = day - 1; time < 161000 * day && isPrintable(time + 1);
          time += 17 * day) { // first and last millisecond of days until 2410
         ASSERT_EQ(shown(time), printedTime(time));
         ASSERT_EQ(shown(time + 1), printedTime(time + 1));
@@ -128,7 +133,9 @@ TEST(ReportText, WritesTimesLikeTheCLibrary) {
     std::mt19937_64 random(1);
     for (int i = 0; i < 3000; ++i) {
         const u64 time = random() >> random() % 40 | 1;
-        ASSERT_EQ(shown(time), printedTime(time));
+        if (isPrintable(time)) {
+            ASSERT_EQ(shown(time), printedTime(time));
+        }
     }
 }
 

@@ -1,6 +1,7 @@
 #include "cpr.h"
 
 #include "simulator/wire.h"
+#include "support/same_number.h"
 
 #include <gtest/gtest.h>
 
@@ -51,8 +52,8 @@ const Example examples[] = {
 void expectSame(const Solution& found, const Solution& expected, const char* what) {
     ASSERT_EQ(found.has_value(), expected.has_value()) << what;
     if (found) {
-        EXPECT_EQ(found->latitude, expected->latitude) << what;
-        EXPECT_EQ(found->longitude, expected->longitude) << what;
+        EXPECT_PRED2(test::sameNumber, found->latitude, expected->latitude) << what;
+        EXPECT_PRED2(test::sameNumber, found->longitude, expected->longitude) << what;
     }
 }
 
