@@ -386,7 +386,7 @@ void TrackCommand::checkViewOptions() {
     }
 }
 
-/// What runs without an end have unless told.
+/// Sets what is usual for sources without an end, where the user did not say otherwise.
 void TrackCommand::setLiveOptions() {
     if (!_options.silentMs && !_options.keepAll) {
         _options.silentMs = Tracking::shortestSilence;

@@ -18,8 +18,9 @@ u64 apart(u64 one, u64 other) {
     return std::max(one, other) - std::min(one, other);
 }
 
-std::size_t hashOf(const std::string& bytes, u64 time) {
-    return std::hash<std::string>()(bytes) + time * 0x9E3779B97F4A7C15; // 2^64 by the golden ratio
+/// Of the bytes and the second in which they were sent.
+std::size_t hashOf(std::size_t bytesHash, u64 time) {
+    return bytesHash + time * 0x9E3779B97F4A7C15; // 2^64 by the golden ratio
 }
 
 } // namespace
@@ -27,7 +28,8 @@ std::size_t hashOf(const std::string& bytes, u64 time) {
 void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
     _lastAdd = nowMs;
     makeRoom();
-    if (Transmission* same = sameAs(reply, site)) {
+    const std::size_t bytesHash = std::hash<std::string>()(reply.bytes);
+    if (Transmission* same = sameAs(reply, bytesHash, site)) {
         ++_duplicates;
         same->sites += static_cast<char16_t>(site);
         same->reply.confidence = std::max(same->reply.confidence, reply.confidence);
@@ -35,7 +37,7 @@ void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
         return;
     }
     Transmission& added = at(_end);
-    added.hash = hashOf(reply.bytes, reply.stampMs / second);
+    added.hash = hashOf(bytesHash, reply.stampMs / second);
     added.older = std::exchange(slotOf(added.hash), _end);
     added.reply = reply;
     added.sites = static_cast<char16_t>(site);
@@ -49,14 +51,16 @@ void ReplyMerger::add(const GradedReply& reply, unsigned site, u64 nowMs) {
 }
 
 /// The transmission that the site can have heard now. It hears the older ones first.
-ReplyMerger::Transmission* ReplyMerger::sameAs(const GradedReply& reply, unsigned site) {
+ReplyMerger::Transmission* ReplyMerger::sameAs(const GradedReply& reply, std::size_t bytesHash,
+                                               unsigned site) {
     static_assert(2 * sameTransmission <= second);
     const u64 own = reply.stampMs / second;
     const u64 nearest = reply.stampMs % second < second / 2 ? own - 1 : own + 1;
-    Transmission* one = sameIn(hashOf(reply.bytes, std::min(own, nearest)), reply, site);
-    return one != nullptr ? one : sameIn(hashOf(reply.bytes, std::max(own, nearest)), reply, site);
+    Transmission* one = sameIn(hashOf(bytesHash, std::min(own, nearest)), reply, site);
+    return one != nullptr ? one : sameIn(hashOf(bytesHash, std::max(own, nearest)), reply, site);
 }
 
+/// The oldest one of those with the hash.
 ReplyMerger::Transmission* ReplyMerger::sameIn(std::size_t hash, const GradedReply& reply,
                                                unsigned site) {
     Transmission* oldest = nullptr;

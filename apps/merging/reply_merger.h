@@ -67,7 +67,7 @@ private:
 
     Transmission& at(u64 number) { return _transmissions[number % _transmissions.size()]; }
     u64& slotOf(std::size_t hash) { return _slots[hash % _slots.size()]; }
-    Transmission* sameAs(const GradedReply& reply, unsigned site);
+    Transmission* sameAs(const GradedReply& reply, std::size_t bytesHash, unsigned site);
     Transmission* sameIn(std::size_t hash, const GradedReply& reply, unsigned site);
     void makeRoom();
     void forget(u64 nowMs);

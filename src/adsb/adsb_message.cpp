@@ -215,7 +215,7 @@ ADSBMessage& ADSBMessage::operator=(const ADSBMessage& other) {
     if (this == &other) {
         return *this;
     }
-    _fields = other._fields; // first: nothing else can run out of memory
+    _fields = other._fields; // first, as it alone needs memory: seven bytes of _data need none
     _data = other._data;
     _payload = other._payload;
     _valid = other._valid;
