@@ -217,8 +217,9 @@ u64 File::remaining() const {
 void createFolder(const std::string& path) {
     std::error_code error;
     fs::create_directories(path, error);
-    if (!error && !fs::is_directory(path, error)) {
-        error = std::make_error_code(std::errc::not_a_directory);
+    std::error_code absent;
+    if (fs::exists(path, absent) && !fs::is_directory(path, absent)) {
+        error = std::make_error_code(std::errc::not_a_directory); // whatever the library calls it
     }
     throwIf(error, "create " + path);
     for (const std::string& name : namesIn(path)) {
