@@ -33,6 +33,7 @@ TEST(Text, OfNumbersHasNoNegativeZeroAndTellsTheTime) {
     EXPECT_EQ(timeText(1641427457080), "2022-01-06T00:04:17.080Z");
     EXPECT_EQ(timeText(946684799999), "946684799.999"); // no date before 2000
     EXPECT_EQ(timeText(946684800000), "2000-01-01T00:00:00.000Z");
+    EXPECT_EQ(timeText(4102444800000), "2100-01-01T00:00:00.000Z"); // no seconds of 32 bits
     EXPECT_NE(timeText(~u64{0}), "");
 }
 
