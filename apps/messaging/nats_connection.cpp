@@ -43,11 +43,11 @@ struct DestroyMessage {
 };
 using Message = std::unique_ptr<natsMsg, DestroyMessage>;
 
-/// Empty if it is not known.
+/// Empty if it is not known. The library's own text is not read: another thread may be changing it.
 std::string lastError(natsConnection* connection) {
-    const char* reason = nullptr;
-    natsConnection_GetLastError(connection, &reason);
-    return reason != nullptr ? reason : "";
+    const char* unsafeText = nullptr;
+    const natsStatus status = natsConnection_GetLastError(connection, &unsafeText);
+    return status != NATS_OK ? natsStatus_GetText(status) : "";
 }
 
 /// " (TEXT)"; nothing of an empty text.
@@ -125,7 +125,7 @@ struct NatsConnection::Events {
     unsigned connections = 0;
     bool isConnected = false;
     bool isClosed = false;
-    std::string whyClosed;
+    std::string whyRefused; ///< at the first try
 
     static void connected(natsConnection* /*connection*/, void* events) {
         static_cast<Events*>(events)->note(true, "connected");
@@ -137,17 +137,19 @@ struct NatsConnection::Events {
                                                       "; trying again each second");
     }
 
-    static void failed(natsConnection* connection, natsSubscription* /*subscription*/,
+    static void failed(natsConnection* /*connection*/, natsSubscription* /*subscription*/,
                        natsStatus error, void* events) {
-        const std::string reason = lastError(connection);
-        static_cast<Events*>(events)->noteError(reason.empty() ? natsStatus_GetText(error)
-                                                               : reason);
+        natsStatus status = NATS_OK;
+        const char* text = nats_GetLastError(&status); // of this thread
+        static_cast<Events*>(events)->noteError(text != nullptr ? text : natsStatus_GetText(error));
     }
 
     static void closed(natsConnection* connection, void* events) {
         auto* self = static_cast<Events*>(events);
         const std::lock_guard<std::mutex> lock(self->mutex);
-        self->whyClosed = lastError(connection);
+        if (self->whyRefused.empty()) {
+            self->whyRefused = lastError(connection);
+        }
         self->isConnected = false;
         self->isClosed = true;
         self->changed.notify_all();
@@ -162,6 +164,7 @@ private:
         if (connectedNow) {
             ++connections;
             errors.clear();
+            whyRefused.clear();
         }
         if (tellsState) {
             news.push_back(std::move(text));
@@ -207,6 +210,8 @@ NatsConnection::NatsConnection(const MessageServer& server, const std::string& c
         if (_events->tellsState) {
             _report((reason.empty() ? "no answer" : reason) + "; trying again each second");
         }
+        const std::lock_guard<std::mutex> lock(_events->mutex);
+        _events->whyRefused = reason;
         return;
     }
     throwIf(status, what);
@@ -229,20 +234,20 @@ bool NatsConnection::poll() {
     std::vector<std::string> news;
     bool isConnected = false;
     bool isClosed = false;
-    std::string whyClosed;
+    std::string whyRefused;
     {
         const std::lock_guard<std::mutex> lock(_events->mutex);
         news.swap(_events->news);
         isConnected = _events->isConnected;
         isClosed = _events->isClosed;
-        whyClosed = _events->whyClosed;
+        whyRefused = _events->whyRefused;
     }
     for (const std::string& text : news) {
         _report(text);
     }
     if (isClosed) {
         throw InputFailure("the message server ended the connection for good" +
-                           inBrackets(whyClosed));
+                           inBrackets(whyRefused));
     }
     return isConnected;
 }

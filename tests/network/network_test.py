@@ -45,7 +45,7 @@ def check_permissions(network):
         check=False, capture_output=True, text=True, timeout=30,
     )  # fmt: skip
     check("a feed without credentials: ends, and says why",
-          fed.returncode == 1 and "Authorization" in fed.stderr, fed.stderr)  # fmt: skip
+          fed.returncode == 1 and fed.stderr.count("Authentication") == 2, fed.stderr)  # fmt: skip
     forbidden = {
         "north": ["ondrel.v1.aircraft.ABCDEF", "ondrel.v1.to.worker1.0",
                   "$JS.API.STREAM.DELETE.ONDREL_REPLIES", "$JS.API.STREAM.PURGE.ONDREL_REPLIES"],
