@@ -87,7 +87,14 @@ void readBytesAsBatch(const std::string& bytes) {
     }
 }
 
-/// A batch as a site writes it, then cut off.
+/// Whether the stamp of a reply can stand in a batch: 31 bits and a sign.
+bool fits(u64 first, std::int64_t after) {
+    constexpr u64 furthest = 0x7FFFFFFF;
+    return after < 0 ? u64(-after) <= std::min(first, furthest)
+                     : u64(after) <= std::min(~first, furthest);
+}
+
+/// A batch as a site writes it, then with a wrong bit, then cut off.
 void readWrittenBatch(Input& input) {
     ReplyBatch batch;
     batch.started = input.take<u64>();
@@ -95,15 +102,18 @@ void readWrittenBatch(Input& input) {
     batch.site = std::string(1 + input.take<u8>() % 32, 'S');
     const u64 first = input.take<u64>();
     const std::size_t missing = 1 + input.take<u8>();
+    const u32 damaged = input.take<u32>();
     do {
         GradedReply reply;
         const u8 head = input.take<u8>();
         reply.confidence = static_cast<ModeSMessage::Confidence>(1 + head % 3);
         reply.signalAmplitude = input.take<u8>();
-        reply.stampMs = first + (batch.replies.empty() ? 0 : input.take<u32>() >> 1U);
+        const auto after = batch.replies.empty() ? 0 : input.take<std::int32_t>() * std::int64_t{2};
+        reply.stampMs = first + static_cast<u64>(after);
         reply.bytes = input.text(head < 0x80 ? 7 : 14);
         reply.bytes.resize(head < 0x80 ? 7 : 14);
-        if (fitsBatch(reply, first)) {
+        hold(fitsBatch(reply, first) == fits(first, after));
+        if (fits(first, after)) {
             batch.replies.push_back(reply);
         }
     } while (!input.empty());
@@ -111,6 +121,8 @@ void readWrittenBatch(Input& input) {
     hold(bytes.size() <= ReplyBatch::mostBytes);
     ReplyBatch again;
     hold(readBatch(bytes, again).empty() && same(again, batch));
+    const auto wrongBit = static_cast<unsigned>(damaged % (bytes.size() * 8));
+    readBytesAsBatch(test::inverted(bytes, {wrongBit}));
     readBytesAsBatch(bytes.substr(0, bytes.size() - std::min(missing, bytes.size())));
 }
 

@@ -108,6 +108,14 @@ void repair(const DFMessage& message, u32 wanted) {
     }
 }
 
+/// How two bits of a long frame, chosen by these bytes, change its parity. A short frame does not
+/// have most of them.
+u32 differenceOf(const std::string& bytes) {
+    const unsigned first = static_cast<u8>(bytes.back()) % 112;
+    const unsigned second = static_cast<u8>(bytes[1]) % 112;
+    return test::plainParity(test::inverted(std::string(14, '\0'), {first, second}), 112);
+}
+
 void read(const DFMessage& message, std::size_t receivedSize, u64 stamp) {
     hold(message.valid() && message.size() * 8 == message.bits());
     hold(message.data().size() == receivedSize && receivedSize >= message.size());
@@ -125,6 +133,7 @@ void read(const DFMessage& message, std::size_t receivedSize, u64 stamp) {
     repair(message, message.calculatedParity());
     repair(message, message.icaoAddress());
     repair(message, message.calculatedParity() ^ message.icaoAddress());
+    repair(message, message.calculatedParity() ^ differenceOf(message.data()));
 }
 
 bool same(const DFMessage& one, const DFMessage& other) {

@@ -68,36 +68,76 @@ bool beginsWith(const std::string& text, const std::string& begin) {
     return text.compare(0, begin.size(), begin) == 0;
 }
 
+/// More bytes than are read at once, which cannot be packed.
+std::string noise() {
+    constexpr std::size_t size = 70000;
+    std::string bytes;
+    for (u32 state = 1; bytes.size() < size;) {
+        state = state * 1664525 + 1013904223;
+        bytes += static_cast<char>(state >> 24U);
+    }
+    return bytes;
+}
+
+/// What of a file that holds the content in two members is damaged: nothing, its end, or a bit.
+enum class Damage { None, CutOff, WrongBit };
+
+struct Case {
+    std::string content;
+    std::size_t middle;
+    std::size_t zeros; ///< between the members
+    Damage damage;
+    u32 place; ///< of the damage
+    std::size_t piece;
+};
+
+void readPacked(const Case& c) {
+    const std::string first = packed(c.content.substr(0, c.middle));
+    const std::string second = packed(c.content.substr(c.middle));
+    std::string bytes = first + std::string(c.zeros, '\0') + second;
+    if (c.damage == Damage::None) {
+        const Unpacked result = unpacked(bytes, c.piece);
+        hold(!result.failed && result.content == c.content);
+    } else if (c.damage == Damage::CutOff) {
+        const std::size_t length = c.place % bytes.size();
+        const Unpacked result = unpacked(bytes.substr(0, length), c.piece);
+        const bool isBetween = length >= first.size() && length <= first.size() + c.zeros;
+        hold(length < 2 || (result.failed != isBetween && beginsWith(c.content, result.content)));
+        hold(!isBetween || result.content.size() == c.middle);
+    } else {
+        const std::size_t wrong = c.place / 8 % bytes.size();
+        bytes[wrong] ^= static_cast<char>(1U << c.place % 8);
+        const Unpacked result = unpacked(bytes, c.piece);
+        // Each member ends with the sum of its contents and their size, 8 bytes. Some bits of its
+        // head tell nothing of the contents.
+        const bool isSum =
+            (wrong < first.size() && wrong + 8 >= first.size()) || wrong + 8 >= bytes.size();
+        const bool isSame = result.content == c.content || !beginsWith(bytes, "\x1F\x8B");
+        hold(result.failed || (isSame && !isSum));
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
     const u8 control = input.take<u8>();
-    const auto place = input.take<std::uint16_t>();
-    const std::size_t piece = 2 + (control >> 2U);
+    const auto middle = input.take<std::uint16_t>();
+    std::size_t zeros = input.take<u8>() % 8;
+    const auto place = input.take<u32>();
+    std::size_t piece = 2 + input.take<u8>();
     std::string content = input.text(size);
     if ((control & 3U) == 3) { // whatever it is
-        const bool isPacked = beginsWith(content, "\x1F\x8B");
         const Unpacked result = unpacked(content, piece);
-        hold(isPacked || (!result.failed && result.content == content));
+        hold(beginsWith(content, "\x1F\x8B") || (!result.failed && result.content == content));
         return 0;
     }
-    const std::size_t middle = place % (content.size() + 1);
-    const std::string first = packed(content.substr(0, middle));
-    std::string bytes = first + std::string(place % 7, '\0') + packed(content.substr(middle));
-    if ((control & 3U) == 0) {
-        const Unpacked result = unpacked(bytes, piece);
-        hold(!result.failed && result.content == content);
-    } else if ((control & 3U) == 1) {
-        const std::size_t length = place % bytes.size();
-        const Unpacked result = unpacked(bytes.substr(0, length), piece);
-        const bool isBetween = length >= first.size() && length <= first.size() + place % 7;
-        hold(length < 2 || (result.failed != isBetween && beginsWith(content, result.content)));
-    } else {
-        bytes[place % bytes.size()] ^= static_cast<char>(1U << (control >> 5U));
-        const Unpacked result = unpacked(bytes, piece);
-        // Some bits of the head tell nothing of the contents.
-        hold(result.failed || result.content == content || !beginsWith(bytes, "\x1F\x8B"));
+    if (control >= 0xF0) { // takes long
+        content += noise();
+        zeros *= 10000;
+        piece *= 100;
     }
+    readPacked({content, middle % (content.size() + 1), zeros, static_cast<Damage>(control & 3U),
+                place, piece});
     return 0;
 }

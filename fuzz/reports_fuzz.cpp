@@ -126,9 +126,8 @@ void readTracked(Input& input, bool withPages) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzzing::checkLog();
     Input input(data, size);
-    const u8 control = input.take<u8>();
-    const bool withPages = control >= 0xF0; // they take long
-    switch (control % 4) {
+    const bool withPages = fuzzing::mayTakeLong(data, size, 32);
+    switch (input.take<u8>() % 4) {
     case 0:
         readWrittenReport(input);
         break;

@@ -128,7 +128,7 @@ Inputs tracking() {
         inputs.push_back(input);
     }
     // More aircraft than fit, with an ending that lets the target make them.
-    const std::string crowd = "\xFF" + number(4199, 2) + heardByTracker(hear(1, 0).front());
+    const std::string crowd = "\xFF" + number(199, 1) + heardByTracker(hear(1, 0).front());
     for (unsigned ending = 0;; ++ending) {
         const std::string input = crowd + number(ending, 2);
         const auto add = [](std::uint32_t sum, char c) {
@@ -170,7 +170,7 @@ Inputs packed() {
     const std::string text = recordedAll(first(hear(2, 0)), RecordingForm::Seconds);
     Inputs inputs;
     for (const unsigned kind : {0U, 1U, 2U, 3U}) {
-        inputs.push_back(number(kind + 0x40, 1) + number(77, 2) + text);
+        inputs.push_back(number(kind, 1) + number(0x400203004D, 9) + text);
     }
     return inputs;
 }
@@ -210,8 +210,6 @@ Inputs reports() {
         std::string(1, '\0') + tracked,
         "\x01" + tracked,
         "\x02" + report,
-        "\xF1" + tracked,
-        "\xF2" + report, // with pages
     };
 }
 
