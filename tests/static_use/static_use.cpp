@@ -3,6 +3,7 @@
 // has the lines that are right. This file must not include <iostream>, which would make the streams
 // in time.
 #include <ondrel/adsb_decoder.h>
+#include <ondrel/adsb_service_status.h>
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
@@ -41,6 +42,11 @@ public:
         receive("8DA05629 C021485CBF3F8C"_hex);
         receive(test::surveillance(5, 0x40621D, 0x0808));
         receive(test::surveillance(21, 0x40621D, 0x0A0A));
+        for (const unsigned format : {0U, 4U, 16U, 20U}) {
+            receive(test::surveillance(format, 0x40621D));
+        }
+        receive(test::allCall(0x40621D, 0));
+        receive(test::squitter(0x40621D, 18));
         receive(test::head(19, 1, 0x123456) + "00 00 00 00 00 00 00 00 00 00"_hex);
         receive(test::head(24, 0, 0x123456));
         payload(MOPSVersion0, "9B06B6AF189400"_hex);
@@ -53,6 +59,8 @@ public:
         ADSBIdentityMessage().decode("58C382D690C8AC"_hex);
         DF4Message().decode(test::surveillance(5, 0x40621D));
         list();
+        passOn();
+        print("service " + std::to_string(ADSBServiceStatus().serviceId()));
         print("killed: " + std::to_string(_tracker.killTargets(stamp).size()));
     }
 
@@ -90,6 +98,14 @@ private:
                   report.squawkString() + ' ' + report.positionString());
             const std::string page = report.toHtml("");
             print(page.find(report.icaoAddressString()) != std::string::npos ? "page" : "no page");
+        }
+    }
+
+    void passOn() {
+        ADSBTracker other;
+        for (const ADSBTarget& target : _tracker.allTargetsSince(stamp - 1, stamp)) {
+            const ADSBTargetReport report = target.report();
+            print("passed on: " + other.procTargetReport(&report)->report().positionString());
         }
     }
 

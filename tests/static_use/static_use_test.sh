@@ -47,6 +47,34 @@ Downlink, FS: AIR; ID: 3600
   MB, Message, Comm-B
   AP, Address/parity
 [INFO    ][ADSBTarget   ] Squawk Change old = 1200 new = 3600
+Downlink, VS: AIR; AC: 36000
+  VS, Vertical status
+  AC, Altitude code
+  AP, Address/parity
+Downlink, FS: AIR; AC: 36000
+  FS, Flight status
+  AC, Altitude code
+  AP, Address/parity
+Downlink, VS: AIR; AC: 36000
+  VS, Vertical status
+  AC, Altitude code
+  MV, Message, ACAS
+  AP, Address/parity
+Downlink, FS: AIR; AC: 36000
+  FS, Flight status
+  AC, Altitude code
+  MB, Message, Comm-B
+  AP, Address/parity
+Downlink, CA: 5; AA: 40621D; PI: 4F94D0
+  CA, Capability
+  AA, Address announced
+  PI, Parity/interrogator identifier
+Downlink, CF: 0; AA: 40621D; ME: 202CC371C32CE0
+  CF, Control field
+  AA, Address announced
+  ME, Message, extended squitter
+  PI, Parity/interrogator identifier
+[WARNING ][ADSBTracker  ] Unsupported DF-18 message detected.
 [INFO    ][DF19Message  ] AF = 1, reserved for military applications.
 Downlink, AF: 1; AA: 00; ME: 
   AF, Application field
@@ -94,6 +122,11 @@ refused
 page
 4840D6 KLM1023  0000 000000S0000000W
 page
+[INFO    ][ADSBDecoder  ] Initialized.
+[INFO    ][ADSBTracker  ] Initialized.
+passed on: 521557N0035620E
+passed on: 000000S0000000W
+service 1
 [DEBUG   ][ADSBTracker  ] Target #2 killed.
 [DEBUG   ][ADSBTracker  ] Target #1 killed.
 killed: 2
