@@ -2,9 +2,24 @@
 
 #include "apps/common/text.h"
 
+#include <algorithm>
+
 namespace tolvarin::ondrel::client {
 
+namespace {
+
+bool isPlain(char character) {
+    return character >= ' ' && character <= '~';
+}
+
+} // namespace
+
 std::string htmlText(std::string_view text) {
+    std::string shown;
+    if (!std::all_of(text.begin(), text.end(), isPlain)) { // most texts are, and take less time
+        shown = shownName(text);
+        text = shown;
+    }
     std::string escaped;
     escaped.reserve(text.size());
     for (const char character : text) {
@@ -25,7 +40,7 @@ std::string htmlText(std::string_view text) {
             escaped += "&#39;";
             break;
         default:
-            escaped += static_cast<u8>(character) < ' ' || character == '\x7F' ? '?' : character;
+            escaped += character;
         }
     }
     return escaped;

@@ -9,7 +9,7 @@
 namespace tolvarin::ondrel::client {
 
 /// Plain text in the form in which it stands in a page or in a quoted attribute. Control characters
-/// become "?".
+/// and bytes that belong to no character of UTF-8 are shown as on the terminal, as `\x1B`.
 std::string htmlText(std::string_view text);
 
 /// ` name="value"`. The value is plain text.
