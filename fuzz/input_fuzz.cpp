@@ -219,11 +219,12 @@ void readWrittenLines(Input& input, std::size_t piece) {
     hold(transcript.unreadable.empty() && same(transcript.replies, expected));
 }
 
-/// Bytes that are no frame and begin none: an escape that stands twice, and one with another byte.
+/// Bytes that are no frame and begin none: an escape with another byte, or one that stands twice,
+/// and behind it what would be a frame.
 std::string takeRubbish(Input& input) {
     std::string rubbish = input.take<bool>() ? "\x1A\x1A" : "\x1A";
-    rubbish += rubbish.size() == 2 ? "3" : "x";
-    for (const char byte : input.text(5)) {
+    rubbish += rubbish.size() == 2 ? "2" : "x";
+    for (const char byte : input.text(16)) {
         rubbish += byte == '\x1A' ? 'x' : byte;
     }
     return rubbish;

@@ -119,7 +119,8 @@ Inputs tracking() {
     Inputs inputs;
     for (unsigned seed = 1; seed <= 6; ++seed) {
         Replies replies = hear(seed, 0.02);
-        std::string input;
+        // Altitudes may differ by 133 feet in 20 seconds, or by anything.
+        std::string input = seed % 2 == 0 ? "\x85" + number(20, 4) : "";
         unsigned step = 0;
         for (const Reply& reply : first(replies)) {
             input += heardByTracker(reply);

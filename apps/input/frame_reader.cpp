@@ -36,7 +36,7 @@ std::size_t bodySize(char type) {
 std::size_t findFrame(std::string_view bytes) {
     std::size_t i = bytes.find(escape);
     while (i < bytes.size() && i + 1 < bytes.size() && !isType(bytes[i + 1])) {
-        i = bytes.find(escape, i + (bytes[i + 1] == escape ? 2 : 1));
+        i = bytes.find(escape, i + 2); // two escapes stand for one byte, and begin nothing
     }
     return std::min(i, bytes.size());
 }
