@@ -242,7 +242,7 @@ void readWrittenFrames(Input& input, std::size_t piece) {
         const u8 control = input.take<u8>();
         const u64 counter = takeCounter(input, control);
         Reply reply;
-        reply.signalAmplitude = input.take<u8>();
+        reply.signalAmplitude = (control & 0x10U) != 0 ? u8{escape} : input.take<u8>();
         setCounter(reply, counter);
         reply.bytes = takeReplyBytes(input);
         std::string body = numberBytes(counter, 6) + static_cast<char>(reply.signalAmplitude);
