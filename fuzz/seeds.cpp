@@ -74,6 +74,23 @@ std::vector<std::string> payloads(const Replies& replies) {
     return found;
 }
 
+/// A frame to which the target adds the parity, with an address and an overlay up to 7.
+std::string unfinishedFrame(unsigned format, unsigned address, unsigned overlay) {
+    return "\x1C" + number((address << 24) + (format << 3), 13) + byte(overlay << 5);
+}
+
+/// An interrogator becomes reliable by ten replies of a known aircraft, or nearly so. Another
+/// aircraft answers it, at once or 60 seconds later.
+std::string runOfInterrogator(unsigned replies, bool pauses) {
+    std::string input = unfinishedFrame(17, 1, 0);
+    for (unsigned i = 0; i < replies; ++i) {
+        input += unfinishedFrame(11, 1, 7);
+    }
+    const std::string copyAfter30Seconds = "\x58";
+    input += pauses ? copyAfter30Seconds + copyAfter30Seconds : "";
+    return input + unfinishedFrame(11, 2, 7) + unfinishedFrame(5, 0, 2);
+}
+
 Inputs modeS() {
     Inputs inputs;
     for (unsigned seed = 1; seed <= 6; ++seed) {
@@ -86,6 +103,10 @@ Inputs modeS() {
             input += reply.bytes;
         }
         inputs.push_back(input + "\x18\x19\x1A\x1B");
+    }
+    for (const unsigned replies : {9U, 10U}) {
+        inputs.push_back(runOfInterrogator(replies, false));
+        inputs.push_back(runOfInterrogator(replies, true));
     }
     return inputs;
 }
