@@ -369,6 +369,20 @@ TEST(Memory, ADecodeThatIsInterruptedLeavesNoValidMessage) {
                            ASSERT_TRUE(payload.decode(groundSpeed));
                        });
 
+    const std::string callsign = "202CC371C32CE0"_hex; // of another type
+    ADSBAirborneVelocityMessageV1 refusing;
+    ASSERT_TRUE(refusing.decode(groundSpeed));
+    refusing.decode(callsign);
+    const std::string afterRefusal = textOf(refusing);
+    ADSBAirborneVelocityMessageV1 interrupted;
+    ASSERT_TRUE(interrupted.decode(groundSpeed));
+    const std::string before = textOf(interrupted);
+    exhaustAtLeastOnce([&] { interrupted.decode(callsign); },
+                       [&] {
+                           const std::string after = textOf(interrupted);
+                           EXPECT_TRUE(after == before || after == afterRefusal) << after;
+                       });
+
     const std::string listed = "B8000000000000"_hex;
     exhaustAtLeastOnce(
         [&] {
@@ -435,6 +449,17 @@ TEST(Memory, ALineIsWrittenWholeOrNotAtAll) {
     log.clear();
     exhaustAtLeastOnce([&] { Log::log(Log::Info, module, "%s", "a line"); },
                        [&] { EXPECT_EQ(log.lines(), ""); });
+    EXPECT_EQ(log.lines(), "[INFO    ][" + module + "] a line\n");
+
+    // Nor does the name of a line that there was no memory for widen the column.
+    const std::string longName = "ModuleOfMoreThan20Characters";
+    const std::string message(2000, 'x');
+    log.clear();
+    {
+        const test::FailingAllocation failing(0);
+        EXPECT_THROW(Log::log(Log::Info, longName, message), std::bad_alloc);
+    }
+    Log::log(Log::Info, module, "%s", "a line");
     EXPECT_EQ(log.lines(), "[INFO    ][" + module + "] a line\n");
 }
 

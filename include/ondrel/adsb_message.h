@@ -132,7 +132,8 @@ struct FieldGroup;
 ///
 /// A message belongs to one thread at a time. Only exhausted memory throws. A decode() that it ends
 /// leaves the message as it was, or not valid with each value as it was or as decoded, and can have
-/// added fields to the list. Any other operation that it ends changes nothing.
+/// added fields to the list; after a payload of another type it is as after any refusal of one. Any
+/// other operation that it ends changes nothing.
 class ONDREL_EXPORT ADSBMessage {
 public:
     /// The kinds of payload, by type code.

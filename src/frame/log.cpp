@@ -39,14 +39,13 @@ constexpr std::array<LabelRow, 6> labelRows = {{
 }};
 static_assert(keysCountFrom0(labelRows));
 
-/// Raises `width` to `length` if that is more; gives the larger of the two. If another thread
-/// raises the width at the same time, the larger value stays.
-u64 widen(std::atomic<u64>& width, u64 length) {
+/// Raises `width` to `length` if that is more. If another thread raises the width at the same time,
+/// the larger value stays.
+void widen(std::atomic<u64>& width, u64 length) {
     u64 current = width.load(std::memory_order_relaxed);
     while (current < length &&
            !width.compare_exchange_weak(current, length, std::memory_order_relaxed)) {
     }
-    return std::max(current, length);
 }
 
 /// The line with its label and with the module padded to `width`.
@@ -75,7 +74,12 @@ void writeToStandardLog(std::string line) {
     std::clog.flush();
 }
 
-void write(const std::atomic<LogHandler*>& installed, std::string line) {
+void write(const std::atomic<LogHandler*>& installed, std::atomic<u64>& width, Log::Level level,
+           const std::string& module, std::string_view message) {
+    std::string line =
+        lineOf(level, module, std::max<u64>(width.load(std::memory_order_relaxed), module.size()),
+               message);
+    widen(width, module.size()); // not for a line that there was no memory for
     // Acquire and release: what the application wrote to its handler before it installed it is
     // visible in the thread that calls the handler.
     if (LogHandler* handler = installed.load(std::memory_order_acquire)) {
@@ -93,8 +97,7 @@ std::atomic<u64> Log::_moduleWidth{10};
 
 void Log::log(Level level, const std::string& module, const std::string& message) {
     if (level >= _showLevel.load(std::memory_order_relaxed)) {
-        const u64 width = widen(_moduleWidth, module.size());
-        write(_logHandler, lineOf(level, module, width, message));
+        write(_logHandler, _moduleWidth, level, module, message);
     }
 }
 
@@ -124,8 +127,7 @@ void Log::log(Level level, const std::string& module, const char* format, ...) {
         va_end(arguments);
         buffer.back() = '\0';
     }
-    const u64 width = widen(_moduleWidth, module.size());
-    write(_logHandler, lineOf(level, module, width, buffer.data()));
+    write(_logHandler, _moduleWidth, level, module, buffer.data());
 }
 
 void Log::setShowLevel(Level level) {
