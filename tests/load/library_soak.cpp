@@ -4,7 +4,8 @@
 //
 // One fleet after the other flies by. Fails if the table holds an aircraft that was neither sent
 // nor counted as a false one, if a squitter with one or two wrong bits is taken for another
-// aircraft's, if noise is repaired more or less often than chance has it, or if the memory grows.
+// aircraft's, if noise or badly damaged squitters are repaired more or less often than chance has
+// it, if other damaged replies meet an address too often, or if the memory grows.
 
 #include "simulator/random.h"
 #include "simulator/traffic.h"
@@ -54,12 +55,34 @@ constexpr double noiseShare() {
     return (1 + bits + bits * (bits - 1) / 2) / (1 << 24);
 }
 
+/// The same for squitters with 3 to 12 wrong bits, as often of each number. They need their format
+/// bits. The polynomial has the factor x + 1, so that a sum tells whether the number of wrong bits
+/// is even: then none or two bits are inverted, otherwise one.
+constexpr double repairShare() {
+    constexpr double bits = 83;
+    double share = 0;
+    double formatIsGood = 1;
+    for (int wrong = 1; wrong <= 12; ++wrong) {
+        formatIsGood *= (107.0 - (wrong - 1)) / (112.0 - (wrong - 1));
+        const double sums = wrong % 2 == 0 ? 1 + bits * (bits - 1) / 2 : bits;
+        share += wrong < 3 ? 0 : formatIsGood * sums / (1 << 23) / 10;
+    }
+    return share;
+}
+
+/// Damage and noise may meet an address that is known: those of three fleets, the false ones among
+/// them. Addresses of a state stand close together, so a few wrong bits meet another one more often
+/// than chance: four times is the limit.
+constexpr double mostFalseShare = 4.0 * 3 * fleetSize / (1 << 24);
+
 struct Counts {
     u64 fleets = 0;
     u64 replies = 0;
     u64 badlyDamaged = 0; ///< long squitters with more than two wrong bits
-    u64 falseRepairs = 0; ///< of those: taken for another aircraft's
-    u64 otherFalse = 0;   ///< other damaged replies and noise that the table took for another's
+    u64 repaired = 0;     ///< of those: taken for good after a repair
+    u64 falseRepairs = 0; ///< of those: into another aircraft's
+    u64 otherDamaged = 0; ///< other damaged replies, and noise
+    u64 otherFalse = 0;   ///< of those: what the table took for another aircraft's
     u64 noise = 0;        ///< frames behind DF-17
     u64 noiseRepaired = 0;
     std::size_t mostTracked = 0;
@@ -122,14 +145,17 @@ private:
             _sent.insert(address);
         }
         const bool isDamagedSquitter = isSquitter(reply.sent) && reply.damage == Damage::ManyBits;
+        const bool isDamaged = reply.damage != Damage::None && !isDamagedSquitter;
         _counts.badlyDamaged += isDamagedSquitter ? 1U : 0U;
+        _counts.otherDamaged += isDamaged ? 1U : 0U;
         const std::unique_ptr<ModeSMessage> message(
             _decoder.decode(ModeSMessage::Downlink, reply.bytes, reply.timeMs));
+        const auto* squitter = dynamic_cast<const DF17Message*>(message.get());
+        _counts.repaired += isDamagedSquitter && squitter != nullptr ? 1U : 0U;
         const ADSBTarget* target = _tracker.procModeSMsg(message.get());
         if (target == nullptr || target->icaoAddr() == address) {
             return;
         }
-        const auto* squitter = dynamic_cast<const DF17Message*>(message.get());
         if (squitter != nullptr && reply.damage < Damage::ManyBits && isSquitter(reply.sent)) {
             throw std::runtime_error("a squitter with few wrong bits was taken for another one's");
         }
@@ -181,12 +207,14 @@ void print(const Counts& counts, u64 early, u64 late) {
     const auto number = [](u64 value) { return static_cast<unsigned long long>(value); };
     std::printf("fleets       %llu of %u aircraft, %zu in the table at most\n",
                 number(counts.fleets), fleetSize, counts.mostTracked);
-    std::printf("replies      %llu; %llu damaged ones met the address of another aircraft\n",
-                number(counts.replies), number(counts.otherFalse));
-    std::printf("repairs      %llu squitters with 3 to 12 wrong bits, %llu repaired into another "
-                "aircraft's: %.0f in a million\n",
-                number(counts.badlyDamaged), number(counts.falseRepairs),
-                inMillion(counts.falseRepairs, counts.badlyDamaged));
+    std::printf("replies      %llu, %llu damaged or noise; of those, %.0f in a million met the "
+                "address of another aircraft; %.0f allowed\n",
+                number(counts.replies), number(counts.otherDamaged),
+                inMillion(counts.otherFalse, counts.otherDamaged), 1e6 * mostFalseShare);
+    std::printf("repairs      %llu squitters with 3 to 12 wrong bits, %.0f in a million repaired, "
+                "%.0f into another aircraft's; %.0f expected\n",
+                number(counts.badlyDamaged), inMillion(counts.repaired, counts.badlyDamaged),
+                inMillion(counts.falseRepairs, counts.badlyDamaged), 1e6 * repairShare());
     std::printf(
         "noise        %llu frames behind DF-17, %.0f in a million taken for squitters; %.0f "
         "expected\n",
@@ -196,11 +224,10 @@ void print(const Counts& counts, u64 early, u64 late) {
 }
 
 /// Beyond six standard deviations, it is not chance.
-void checkNoise(const Counts& counts) {
-    const double expected = noiseShare() * static_cast<double>(counts.noise);
-    const double found = static_cast<double>(counts.noiseRepaired);
-    if (std::abs(found - expected) > 6 * std::sqrt(expected)) {
-        throw std::runtime_error("noise is not repaired as often as chance has it");
+void checkRepairs(const char* what, u64 repaired, double share, u64 all) {
+    const double expected = share * static_cast<double>(all);
+    if (std::abs(static_cast<double>(repaired) - expected) > 6 * std::sqrt(expected)) {
+        throw std::runtime_error(std::string(what) + " not repaired as often as chance has it");
     }
 }
 
@@ -218,7 +245,13 @@ void run(std::chrono::duration<double> length) {
     const u64 early = *std::max_element(memory.begin(), half);
     const u64 late = *std::max_element(half + (memory.end() - half) / 2, memory.end());
     print(soak.counts(), early, late);
-    checkNoise(soak.counts());
+    const Counts& counts = soak.counts();
+    checkRepairs("noise is", counts.noiseRepaired, noiseShare(), counts.noise);
+    checkRepairs("damaged squitters are", counts.repaired, repairShare(), counts.badlyDamaged);
+    if (static_cast<double>(counts.otherFalse) >
+        mostFalseShare * static_cast<double>(counts.otherDamaged)) {
+        throw std::runtime_error("damage meets the addresses of other aircraft too often");
+    }
     if (late > early + early / 10 + growthKb) {
         throw std::runtime_error("the memory grows");
     }
