@@ -1,6 +1,7 @@
 #include "apps/messaging/aircraft_reports.h"
 
 #include "apps/common/interruption.h"
+#include "apps/common/text.h"
 #include "apps/messaging/aircraft_message.h"
 #include "apps/messaging/nats_connection.h"
 #include "apps/messaging/stream.h"
@@ -55,7 +56,7 @@ public:
     SourceState state() const { return {_url, _isUp}; }
 
 private:
-    void report(const std::string& text) const { _events.report(_url + ": " + text); }
+    void report(const std::string& text) const { _events.report(shownName(_url) + ": " + text); }
 
     /// Reports a text that is not the one of the last attempt.
     void reportOnce(const std::string& text) {

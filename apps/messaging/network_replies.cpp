@@ -84,7 +84,7 @@ private:
     };
 
     void report(const std::string& text) const {
-        _events.report(_options.server.url + ": " + text);
+        _events.report(shownName(_options.server.url) + ": " + text);
     }
 
     /// Reports a text that is not the one of the last attempt.

@@ -2,6 +2,7 @@
 
 #include "apps/common/failure.h"
 #include "apps/common/interruption.h"
+#include "apps/common/text.h"
 #include "apps/input/arrival_clock.h"
 #include "apps/input/byte_buffer.h"
 #include "apps/input/file_source.h"
@@ -34,8 +35,9 @@ constexpr u64 longestGap = 3600000; // ms, in a recording that is played
 /// What Feeds reads from. It stands in the queue of those that are ready until take() gives false.
 class Feed {
 public:
-    Feed(asio::io_context& context, std::deque<Feed*>& ready, std::string name, SourceEvents events)
-        : _timer(context), _ready(ready), _name(std::move(name)), _events(std::move(events)) {}
+    Feed(asio::io_context& context, std::deque<Feed*>& ready, const std::string& name,
+         SourceEvents events)
+        : _timer(context), _ready(ready), _name(shownName(name)), _events(std::move(events)) {}
 
     /// What its replies have as their source.
     unsigned source = 0;
@@ -51,6 +53,7 @@ public:
 
     virtual SourceCounts counts() const = 0;
     virtual bool isUp() const = 0;
+    /// As it is shown.
     const std::string& name() const { return _name; }
 
 protected:
@@ -340,7 +343,7 @@ Feeds::Feeds(const std::vector<std::string>& names, ReceiverCounter::Kind counte
              const SourceEvents& events)
     : _network(std::make_unique<Network>(names, counter, events)) {
     for (const std::string& name : names) {
-        _name += (_name.empty() ? "" : ", ") + name;
+        _name += (_name.empty() ? "" : ", ") + shownName(name);
     }
 }
 
