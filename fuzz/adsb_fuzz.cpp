@@ -159,6 +159,14 @@ void copyAs(ADSBMessage& message) {
     (copy<Messages>(message), ...);
 }
 
+void copy(ADSBMessage& message) {
+    copyAs<ADSBIdentityMessage, ADSBSurfacePositionMessage, ADSBAirbornePositionMessageV0,
+           ADSBAirbornePositionMessageV1, ADSBAirbornePositionMessageV2,
+           ADSBAirborneVelocityMessageV0, ADSBAirborneVelocityMessageV1, ADSBTestMessage,
+           ADSBAircraftOperationalStatusMessage, ADSBAircraftStatusMessageV2,
+           ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2>(message);
+}
+
 /// Values that are no enumerators, log lines of such levels, and fields that stand nowhere.
 void readNames(Input& input) {
     const auto designator = input.take<ADSBMessageField::Designator>();
@@ -207,12 +215,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     hold(message->timeStamp() == ~u64{first} && message->signalAmplitude() == first);
     while (!input.empty()) {
         const std::size_t left = input.left(payloadBytes);
-        decodeAgain(*message, input.bytes(left), left);
+        const std::uint8_t* next = input.bytes(left);
+        if (next[0] % 8 == 3) {
+            copy(*message);
+        }
+        decodeAgain(*message, next, left);
     }
-    copyAs<ADSBIdentityMessage, ADSBSurfacePositionMessage, ADSBAirbornePositionMessageV0,
-           ADSBAirbornePositionMessageV1, ADSBAirbornePositionMessageV2,
-           ADSBAirborneVelocityMessageV0, ADSBAirborneVelocityMessageV1, ADSBTestMessage,
-           ADSBAircraftOperationalStatusMessage, ADSBAircraftStatusMessageV2,
-           ADSBTargetStatusMessageV1, ADSBTargetStatusMessageV2>(*message);
+    copy(*message);
     return 0;
 }

@@ -193,9 +193,27 @@ void decodeField(const std::string& bytes, u8 pos) {
     hold(other.valid() == decoded && other.description() == description);
 }
 
+/// The overlay, with any number as the parity or as what it overlays.
+void setOverlay(const std::string& bytes, u8 pos, u32 number) {
+    ModeSMessageFieldAP address;
+    address.decode(bytes, pos);
+    hold(address.setParity(number) == address.icaoAddress() && address.parity() == number);
+    hold(address.addressParity() == (number ^ address.icaoAddress()));
+    ModeSMessageFieldPI identifier;
+    identifier.decode(bytes, pos);
+    hold(identifier.setParity(number) == identifier.interrogatorId());
+    hold(identifier.parity() == number);
+    hold(identifier.parityInterrogatorId() == (number ^ identifier.interrogatorId()));
+    hold(identifier.setInterrogatorId(number) == identifier.parity());
+    hold(identifier.interrogatorId() == number);
+    hold(identifier.parityInterrogatorId() == (number ^ identifier.parity()));
+    hold(identifier.interrogatorIdValid() == (number <= 79));
+}
+
 void decodeFields(Input& input) {
     const u8 pos = input.take<u8>();
     const std::string bytes = input.text(input.take<u8>() & 31U);
+    setOverlay(bytes, pos, input.take<u32>());
     decodeField<ModeSMessageFieldAA>(bytes, pos);
     decodeField<ModeSMessageFieldAC>(bytes, pos);
     decodeField<ModeSMessageFieldAF>(bytes, pos);
