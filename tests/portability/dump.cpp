@@ -1,10 +1,12 @@
-// Prints all that the library says of the replies of a recording, and of damaged and random ones:
+// Prints what the library says of the replies of a recording, and of damaged and random ones:
 // messages, fields, payloads, log lines, aircraft, reports and their pages. The text is the same on
 // every machine.
 //
 //   ondrel_dump RECORDING    text with lines of the form SECONDS.FRACTION,HEX
 
+#include <ondrel/adsb_airborne_velocity_message.h>
 #include <ondrel/adsb_decoder.h>
+#include <ondrel/adsb_surface_position_message.h>
 #include <ondrel/adsb_tracker.h>
 #include <ondrel/log.h>
 #include <ondrel/mode_s_decoder.h>
@@ -48,7 +50,15 @@ void print(const ADSBTarget& target) {
     DatumPrinter printer;
     std::cout << "target " << target.callsign();
     test::visitData(printer, target);
-    std::cout << ' ' << target.statisticDfMsgCount() << '\n';
+    std::cout << ' ' << target.statisticDfMsgCount();
+    for (int i = DFMessage::DF0; i <= DFMessage::DF24; ++i) {
+        std::cout << ' ' << target.statisticDfMsgCount(static_cast<DFMessage::DownlinkFormat>(i));
+    }
+    for (int i = ADSBMessage::ACID; i <= ADSBMessage::RESERVED; ++i) {
+        std::cout << ' '
+                  << target.statisticADSBMsgCount(static_cast<ADSBMessage::ADSBMessageType>(i));
+    }
+    std::cout << '\n';
 }
 
 void print(const ADSBTargetReport& report) {
@@ -69,9 +79,23 @@ void print(const ModeSMessage& message) {
     }
 }
 
+/// What is worked out in floating point.
+void printNumbers(const ADSBMessage& payload) {
+    const DatumPrinter printer;
+    if (const auto* surface = dynamic_cast<const ADSBSurfacePositionMessage*>(&payload)) {
+        printer(0, "speed", surface->groundSpeed());
+        printer(0, "heading", surface->heading());
+    } else if (const auto* velocity = dynamic_cast<const ADSBAirborneVelocityMessage*>(&payload)) {
+        printer(0, "speed", velocity->groundSpeed());
+        printer(0, "heading", velocity->heading());
+    }
+    std::cout << '\n';
+}
+
 void print(const ADSBMessage& payload) {
     std::cout << "payload " << payload.typeName() << ' ' << payload.typeCode() + 0 << ' '
               << payload.description() << '\n';
+    printNumbers(payload);
     for (const ADSBMessageField& field : payload.fields()) {
         std::cout << "  " << field.pos() + 0 << ' ' << field.bits() + 0 << ' ' << field.valid()
                   << ' ' << field.name() << ' ' << field.description() << '\n';
@@ -138,7 +162,12 @@ private:
     }
 
     void kill(u64 now) {
-        std::cout << _tracker.allTargetsSince(now - longestSilence / 2).size() << " heard\n";
+        const u64 lately = now - longestSilence / 2;
+        std::cout << _tracker.allTargetsSince(lately).size() << " heard\n";
+        for (const ADSBTarget& target : _tracker.allTargetsSince(now - longestSilence, lately)) {
+            std::cout << "quiet ";
+            print(target);
+        }
         for (const ADSBTarget& target : _tracker.killTargets(now - longestSilence)) {
             std::cout << "silent ";
             print(target);

@@ -108,7 +108,7 @@ TEST(FrameReader, GoesOnAtTheNextFrame) {
              {"\x1A"s + "5" + std::string(20, '\x07'), "these bytes are no frame"},
              {std::string(100000, '\x1A') + "x", "these bytes are no frame"},
              {longFrame.substr(0, 12), "the frame is too short"},
-             {longFrame.substr(0, 12) + "\x1A" + std::string(9, 'x'), "the frame is too short"},
+             {longFrame.substr(0, 13) + "\x1A" + std::string(10, 'x'), "the frame is too short"},
              {"\x1A"s + "2" + "\x00\x00\x00\x00\x2E\xE0\x64"s + squitter.substr(0, 7),
               "the length of the reply does not fit"},
          }) {
