@@ -146,13 +146,21 @@ std::string takeReplyBytes(Input& input) {
     return bytes;
 }
 
-void setCounter(Reply& reply, u64 counter) {
+void setCounter(Reply& reply, u64 counter, Kind kind) {
     reply.byCounter = counter != 0 && counter != multilateration;
-    reply.stampMs = reply.byCounter ? std::optional<u64>(counter / 12000) : std::nullopt;
+    if (reply.byCounter) {
+        reply.stampMs = kind == Kind::Gps ? (counter >> 30U) * 1000 + counter % (1 << 30) / 1000000
+                                          : counter / 12000;
+    }
 }
 
-u64 takeCounter(Input& input, unsigned control) {
-    const u64 counter = input.take<u64>() & 0xFFFFFFFFFFFF;
+/// A counter of GPS stays in the first half of a day, so that none is of another day.
+u64 takeCounter(Input& input, unsigned control, Kind kind) {
+    constexpr u64 halfDay = 43200; // s
+    u64 counter = input.take<u64>() & 0xFFFFFFFFFFFF;
+    if (kind == Kind::Gps) {
+        counter = (counter >> 30U) % halfDay << 30U | counter % (1 << 30);
+    }
     return (control & 0x80U) == 0 ? counter : counter % 2 == 0 ? 0 : multilateration;
 }
 
@@ -166,7 +174,7 @@ std::string secondsText(Input& input, Reply& reply) {
 }
 
 /// A line, and the reply that it holds.
-std::string takeLine(Input& input, Reply& reply) {
+std::string takeLine(Input& input, Reply& reply, Kind kind) {
     const u8 control = input.take<u8>();
     const bool small = (control & 0x08U) != 0;
     reply.bytes = takeReplyBytes(input);
@@ -179,9 +187,9 @@ std::string takeLine(Input& input, Reply& reply) {
     case 1:
     case 2:
     case 3: {
-        const u64 counter = takeCounter(input, control);
+        const u64 counter = takeCounter(input, control, kind);
         const char mark = "@%<"[(control & 7U) - 1];
-        setCounter(reply, counter);
+        setCounter(reply, counter, kind);
         std::string signal;
         if (mark == '<') {
             reply.signalAmplitude = input.take<u8>();
@@ -206,16 +214,16 @@ std::string takeLine(Input& input, Reply& reply) {
     }
 }
 
-void readWrittenLines(Input& input, std::size_t piece) {
+void readWrittenLines(Input& input, Kind kind, std::size_t piece) {
     std::string content;
     std::vector<Reply> expected;
     while (!input.empty()) {
         Reply reply;
-        content += takeLine(input, reply);
+        content += takeLine(input, reply, kind);
         expected.push_back(reply);
         content += (reply.bytes[0] & 1) != 0 ? "# a comment\n\n" : "";
     }
-    const Transcript transcript = readBy<TextReader>(content, Kind::TwelveMHz, piece);
+    const Transcript transcript = readBy<TextReader>(content, kind, piece);
     hold(transcript.unreadable.empty() && same(transcript.replies, expected));
 }
 
@@ -232,7 +240,7 @@ std::string takeRubbish(Input& input) {
 
 /// Mode A/C, short, long or status, which may have any length. Some frames are cut short, and
 /// rubbish follows on some; this costs no other frame.
-void readWrittenFrames(Input& input, std::size_t piece) {
+void readWrittenFrames(Input& input, Kind kind, std::size_t piece) {
     constexpr char escape = '\x1A';
     std::string content;
     std::vector<Reply> expected;
@@ -240,10 +248,10 @@ void readWrittenFrames(Input& input, std::size_t piece) {
     bool isDamaged = false;
     while (!input.empty()) {
         const u8 control = input.take<u8>();
-        const u64 counter = takeCounter(input, control);
+        const u64 counter = takeCounter(input, control, kind);
         Reply reply;
         reply.signalAmplitude = (control & 0x10U) != 0 ? u8{escape} : input.take<u8>();
-        setCounter(reply, counter);
+        setCounter(reply, counter, kind);
         reply.bytes = takeReplyBytes(input);
         std::string body = numberBytes(counter, 6) + static_cast<char>(reply.signalAmplitude);
         char type = reply.bytes.size() == 7 ? '2' : '3';
@@ -272,7 +280,7 @@ void readWrittenFrames(Input& input, std::size_t piece) {
             content += isCut ? "\x1Ax" : takeRubbish(input);
         }
     }
-    const Transcript transcript = readBy<FrameReader>(content, Kind::TwelveMHz, piece);
+    const Transcript transcript = readBy<FrameReader>(content, kind, piece);
     hold((isDamaged || transcript.unreadable.empty()) && same(transcript.replies, expected));
     hold(transcript.modeAC == modeAC);
 }
@@ -286,10 +294,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Kind counter = (control & 8U) != 0 ? Kind::Gps : Kind::TwelveMHz;
     switch (control & 7U) {
     case 0:
-        readWrittenLines(input, piece);
+        readWrittenLines(input, counter, piece);
         break;
     case 1:
-        readWrittenFrames(input, piece);
+        readWrittenFrames(input, counter, piece);
         break;
     case 2:
     case 3:
