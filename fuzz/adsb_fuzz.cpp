@@ -12,6 +12,7 @@
 #include <ondrel/adsb_test_message.h>
 
 #include "fuzzing.h"
+#include "support/bytes.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -44,8 +45,19 @@ ADSBMessage::ADSBMessageType typeOf(unsigned code) {
                         : ADSBMessage::RESERVED;
 }
 
-bool isCompactPosition(i32 latitude, i32 longitude) {
-    return latitude >= 0 && latitude < 1 << 17 && longitude >= 0 && longitude < 1 << 17;
+/// The bits of a position are those of the payload, if it was decoded.
+bool isCompactPosition(const ADSBMessage& message, i32 latitude, i32 longitude) {
+    const auto isAt = [&](unsigned place, i32 value) {
+        return value >= 0 && value < 1 << 17 &&
+               (!message.valid() || test::bitsOf(message.data(), place, 17) == u64(value));
+    };
+    return isAt(22, latitude) && isAt(39, longitude);
+}
+
+bool isVerticalRate(const ADSBMessage& message, i32 rate) {
+    const auto code = static_cast<i32>(test::bitsOf(message.data(), 37, 9));
+    const i32 size = code == 0 ? 0 : (code - 1) * 64;
+    return !message.valid() || rate == (test::bitOf(message.data(), 36) ? -size : size);
 }
 
 void readValues(const ADSBMessage& message) {
@@ -55,15 +67,16 @@ void readValues(const ADSBMessage& message) {
         hold(gnd->movementCode() < 128 && gnd->groundSpeed() >= 0 && gnd->groundSpeed() <= 175);
         hold(gnd->movement() || gnd->groundSpeed() <= 0);
         hold(gnd->heading() >= 0 && gnd->heading() < (gnd->headingValid() ? 360 : 1));
-        hold(isCompactPosition(gnd->cprLatitude(), gnd->cprLongitude()));
+        hold(isCompactPosition(message, gnd->cprLatitude(), gnd->cprLongitude()));
     } else if (const auto* air = dynamic_cast<const ADSBAirbornePositionMessage*>(&message)) {
         hold(air->altitude() >= -1000 && air->altitude() <= 203700);
         hold((air->altitude() + 1000) % air->altResolution() == 0);
-        hold(isCompactPosition(air->cprLatitude(), air->cprLongitude()));
+        hold(isCompactPosition(message, air->cprLatitude(), air->cprLongitude()));
     } else if (const auto* vel = dynamic_cast<const ADSBAirborneVelocityMessage*>(&message)) {
         hold(vel->groundSpeed() >= 0 && vel->groundSpeed() < 5782);
         hold(vel->heading() >= 0 && vel->heading() < 360);
         hold(vel->verticalRate() % 64 == 0 && std::abs(vel->verticalRate()) <= 32640);
+        hold(isVerticalRate(message, vel->verticalRate()));
         hold(vel->velocityType() >= 1 && vel->velocityType() <= 4);
     } else if (const auto* test = dynamic_cast<const ADSBTestMessage*>(&message)) {
         hold(test->subtype() < 8 && test->testData() == message.data().substr(1));

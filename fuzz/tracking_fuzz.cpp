@@ -136,8 +136,15 @@ void read(const ADSBTarget& target) {
     const ADSBTarget* taken = fresh.procTargetReport(&report);
     hold((taken != nullptr) == report.valid());
     hold(taken == nullptr || fuzzing::same(taken->report(), passedOn(report)));
-    const ADSBTarget copy(target);
+    ADSBTarget copy(target);
     hold(same(copy, target));
+    ADSBTarget assigned(1);
+    assigned = copy;
+    const ADSBTarget& itself = assigned;
+    assigned = itself;
+    hold(same(assigned, target));
+    assigned = std::move(copy);
+    hold(same(ADSBTarget(std::move(assigned)), target));
     for (const int number : {-1, 25, 1 << 30}) {
         hold(target.statisticDfMsgCount(static_cast<DFMessage::DownlinkFormat>(number)) == 0);
         hold(target.statisticADSBMsgCount(static_cast<ADSBMessage::ADSBMessageType>(number)) == 0);
